@@ -1,0 +1,3 @@
+#include "HEXError.h"
+
+HEXError::HEXError(const ComMsgMgrInstance &msg) : HEXAll(msg.format()), m_msg(msg) {}

@@ -1,0 +1,93 @@
+// Caches that map a native object to the script handle made for it, one per
+// scripting language and class. A scripted class's destructor removes its
+// object, so that a handle that outlives the object is seen as stale rather
+// than followed to freed memory.
+#ifndef BOARDLIB_PLATFORM_NATIVECACHE_H
+#define BOARDLIB_PLATFORM_NATIVECACHE_H
+
+#include <functional>
+#include <mutex>
+#include <unordered_map>
+
+namespace zeb {
+namespace detail {
+
+/// One cache: native object address to handle. Thread-safe.
+class NativeCacheTable {
+public:
+  using Handle = void *;
+  /// Called with the handle of an object that is removed while cached.
+  using Invalidator = std::function<void(Handle)>;
+
+  void insert(const void *object, Handle handle) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_map[object] = handle;
+  }
+  Handle lookup(const void *object) const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    auto it = m_map.find(object);
+    return it == m_map.end() ? nullptr : it->second;
+  }
+  bool contains(const void *object) const { return lookup(object) != nullptr; }
+  void remove(const void *object) {
+    Handle handle = nullptr;
+    Invalidator invalidate;
+    {
+      std::lock_guard<std::mutex> lock(m_mutex);
+      auto it = m_map.find(object);
+      if (it == m_map.end())
+        return;
+      handle = it->second;
+      m_map.erase(it);
+      invalidate = m_invalidator;
+    }
+    if (invalidate)
+      invalidate(handle);
+  }
+  void setInvalidator(Invalidator fn) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_invalidator = std::move(fn);
+  }
+  std::size_t size() const {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_map.size();
+  }
+
+private:
+  mutable std::mutex m_mutex;
+  std::unordered_map<const void *, Handle> m_map;
+  Invalidator m_invalidator;
+};
+
+} // namespace detail
+
+namespace tcltasks {
+/// The Tcl handles of objects of pointer type \p T.
+template <typename T> struct native_cache {
+  static detail::NativeCacheTable &table() {
+    static detail::NativeCacheTable t;
+    return t;
+  }
+  static void insert(T object, void *handle) { table().insert(object, handle); }
+  static void *lookup(T object) { return table().lookup(object); }
+  static bool contains(T object) { return table().contains(object); }
+  static void remove(T object) { table().remove(object); }
+};
+} // namespace tcltasks
+
+namespace pyinfra {
+/// The Python handles of objects of pointer type \p T.
+template <typename T> struct py_native_cache {
+  static detail::NativeCacheTable &table() {
+    static detail::NativeCacheTable t;
+    return t;
+  }
+  static void insert(T object, void *handle) { table().insert(object, handle); }
+  static void *lookup(T object) { return table().lookup(object); }
+  static bool contains(T object) { return table().contains(object); }
+  static void remove(T object) { table().remove(object); }
+};
+} // namespace pyinfra
+} // namespace zeb
+
+#endif
