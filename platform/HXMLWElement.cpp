@@ -2,6 +2,7 @@
 #include "HXMLWInterface.h"
 
 #include <pugixml.hpp>
+#include <cstring>
 #include <strings.h>
 
 namespace {
@@ -13,6 +14,14 @@ inline bool isElement(const pugi::xml_node &n) { return n.type() == pugi::node_e
 } // namespace
 
 std::string HXMLWElement::getTag() const { return m_node ? node(m_node).name() : ""; }
+
+bool HXMLWElement::isTag(const char *tag) const {
+  return m_node && strcasecmp(node(m_node).name(), tag) == 0;
+}
+
+bool HXMLWElement::isTagExactly(const char *tag) const {
+  return m_node && std::strcmp(node(m_node).name(), tag) == 0;
+}
 
 std::string HXMLWElement::getText() const {
   std::string text;
@@ -110,4 +119,20 @@ int HXMLWElement::getLine() const {
     return 0;
   std::ptrdiff_t offset = node(m_node).offset_debug();
   return offset < 0 ? 0 : m_doc->lineOfOffset(offset);
+}
+
+pugi::xml_attribute_struct *HXMLWElement::attrBegin_() const {
+  return m_node ? node(m_node).first_attribute().internal_object() : nullptr;
+}
+
+pugi::xml_attribute_struct *HXMLWElement::attrNext_(pugi::xml_attribute_struct *cursor) {
+  return pugi::xml_attribute(cursor).next_attribute().internal_object();
+}
+
+const char *HXMLWElement::attrName_(pugi::xml_attribute_struct *cursor) {
+  return pugi::xml_attribute(cursor).name();
+}
+
+const char *HXMLWElement::attrValue_(pugi::xml_attribute_struct *cursor) {
+  return pugi::xml_attribute(cursor).value();
 }

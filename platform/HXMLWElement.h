@@ -9,7 +9,8 @@
 
 namespace pugi {
 struct xml_node_struct;
-}
+struct xml_attribute_struct;
+} // namespace pugi
 class HXMLWInterface;
 
 class HXMLWElement {
@@ -22,6 +23,10 @@ public:
 
   /// The tag name as written.
   std::string getTag() const;
+  /// Whether the tag equals \p tag ignoring case (ASCII), without copying it.
+  bool isTag(const char *tag) const;
+  /// Whether the tag equals \p tag exactly.
+  bool isTagExactly(const char *tag) const;
   /// The element's own text: its text and CDATA children, joined.
   std::string getText() const;
 
@@ -35,6 +40,12 @@ public:
   /// when out of range.
   std::string getAttributeName(std::size_t index) const;
   std::string getAttributeValue(std::size_t index) const;
+  /// Calls \p visit with the name and value of each attribute in document
+  /// order; the cheap way to look at every attribute.
+  template <typename Visitor> void forEachAttribute(Visitor &&visit) const {
+    for (pugi::xml_attribute_struct *it = attrBegin_(); it; it = attrNext_(it))
+      visit(attrName_(it), attrValue_(it));
+  }
 
   /// Child elements only: text, comments and processing instructions are
   /// not children.
@@ -53,6 +64,13 @@ public:
   bool operator!=(const HXMLWElement &o) const { return m_node != o.m_node; }
 
 private:
+  // Attribute walking without exposing the XML library's classes: the
+  // cursor is its opaque attribute record.
+  pugi::xml_attribute_struct *attrBegin_() const;
+  static pugi::xml_attribute_struct *attrNext_(pugi::xml_attribute_struct *cursor);
+  static const char *attrName_(pugi::xml_attribute_struct *cursor);
+  static const char *attrValue_(pugi::xml_attribute_struct *cursor);
+
   pugi::xml_node_struct *m_node = nullptr;
   const HXMLWInterface *m_doc = nullptr;
 };

@@ -1,0 +1,72 @@
+// One record of a board's preset file: either a preset (parameter values to
+// apply to an IP) or an associated-interface record (an IP's interfaces
+// mapped to board interfaces).
+#ifndef BOARDLIB_HBOIPPRESET_H
+#define BOARDLIB_HBOIPPRESET_H
+
+#include <map>
+#include <string>
+
+class HBOBoard;
+
+class HBOIpPreset {
+public:
+  HBOIpPreset() = default;
+  /// Drops the object from the script caches.
+  ~HBOIpPreset();
+  HBOIpPreset(const HBOIpPreset &) = delete;
+  HBOIpPreset &operator=(const HBOIpPreset &) = delete;
+
+  const std::string &getVendor() const { return m_vendor; }
+  void setVendor(std::string vendor) { m_vendor = std::move(vendor); }
+  const std::string &getLibrary() const { return m_library; }
+  void setLibrary(std::string library) { m_library = std::move(library); }
+  const std::string &getName() const { return m_name; }
+  void setName(std::string name) { m_name = std::move(name); }
+  const std::string &getPresetProcName() const { return m_presetProcName; }
+  void setPresetProcName(std::string name) { m_presetProcName = std::move(name); }
+  const std::string &getVersion() const { return m_version; }
+  void setVersion(std::string version) { m_version = std::move(version); }
+  const std::string &getIpInterface() const { return m_ipInterface; }
+  void setIpInterface(std::string ipInterface) { m_ipInterface = std::move(ipInterface); }
+  const std::string &getPresetName() const { return m_presetName; }
+  void setPresetName(std::string presetName) { m_presetName = std::move(presetName); }
+
+  /// "preset" or "assoc_intf".
+  void setPresetorAssocIntf(std::string kind) { m_kind = std::move(kind); }
+  /// The kind compared ignoring case; a kind that is neither word answers
+  /// false to both.
+  bool isPreset() const;
+  bool isAssocIntf() const;
+
+  const std::map<std::string, std::string> &getParamList() const { return m_params; }
+  /// False, \p value untouched, when \p name is not there.
+  bool getParamValue(const std::string &name, std::string &value) const;
+  /// Stores \p value under \p name; a bare file name ending in ".csv" is
+  /// resolved beside the owner's board file when it exists there. False
+  /// only for an empty name.
+  bool setParam(const std::string &name, const std::string &value);
+
+  const std::string &getValueType() const { return m_valueType; }
+  void setValueType(std::string valueType) { m_valueType = std::move(valueType); }
+  HBOBoard *getOwner() const { return m_owner; }
+  void setOwner(HBOBoard *owner) { m_owner = owner; }
+
+  /// One debug line on standard output.
+  void display(int indent) const;
+
+private:
+  std::string m_vendor;
+  std::string m_library;
+  std::string m_name;
+  std::string m_presetProcName;
+  std::string m_version;
+  std::string m_ipInterface;
+  std::string m_presetName;
+  std::string m_kind = "preset";
+  std::map<std::string, std::string> m_params;
+  std::string m_valueType;
+  HBOBoard *m_owner = nullptr;
+};
+
+#endif

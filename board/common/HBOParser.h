@@ -1,0 +1,17 @@
+// The door through which every board file enters: it reads the file's
+// schema version and hands it to the reader of that schema.
+#ifndef BOARDLIB_HBOPARSER_H
+#define BOARDLIB_HBOPARSER_H
+
+#include <string>
+
+class HBOBoard;
+
+class HBOParser {
+public:
+  /// Reads \p fileName into \p board, whatever its schema. True when the
+  /// board was read; failures are told as messages, never thrown.
+  bool parseFile(const std::string &fileName, HBOBoard *board);
+};
+
+#endif

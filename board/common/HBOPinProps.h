@@ -1,0 +1,160 @@
+// One pin of a component: its name, index and location, the IO properties
+// that constraints need, and the interfaces that use it.
+//
+// A board carries about a thousand pins per component and an installation
+// thousands of boards, so a pin is kept compact: the port properties are
+// stored as small ids with a presence mask and only the non-empty values,
+// and the other maps are small sorted vectors behind map-shaped getters.
+#ifndef BOARDLIB_HBOPINPROPS_H
+#define BOARDLIB_HBOPINPROPS_H
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+class HBOBoardComponent;
+class HBOModelPort;
+
+class HBOPinProps {
+public:
+  using StringMap = std::map<std::string, std::string>;
+
+  HBOPinProps() = default;
+  /// Drops the object from the script caches.
+  ~HBOPinProps();
+  HBOPinProps(const HBOPinProps &) = delete;
+  HBOPinProps &operator=(const HBOPinProps &) = delete;
+
+  /// The 16 port property names that readers look for, in their fixed order.
+  static const std::vector<std::string> &getPortPropNames();
+
+  int getPinIndex() const { return m_pinIndex; }
+  bool getPinIndex(int &out) const;
+  void setPinIndex(int index) { m_pinIndex = index; }
+  HBOBoardComponent *getOwner() const { return m_owner; }
+  void setOwner(HBOBoardComponent *owner) { m_owner = owner; }
+  /// False, with \p out untouched, when there is no owner port.
+  bool getOwnerPort(HBOModelPort *&out) const;
+  void setOwnerPort(HBOModelPort *port) { m_ownerPort = port; }
+  const std::string &getName() const { return m_name; }
+  bool getName(std::string &out) const;
+  void setName(std::string name) { m_name = std::move(name); }
+  const std::string &getPinLoc() const { return m_loc; }
+  bool getPinLoc(std::string &out) const;
+  void setPinLoc(std::string loc) { m_loc = std::move(loc); }
+  bool hasPinLoc() const { return !m_loc.empty(); }
+  bool getPinInternalVref(std::string &out) const;
+  void setPinInternalVref(std::string vref) { m_internalVref = std::move(vref); }
+  const std::string &getGtLoc() const { return m_gtLoc; }
+  void setGtLoc(std::string gtLoc) { m_gtLoc = std::move(gtLoc); }
+
+  // Port properties. Names are lower-cased on the way in.
+
+  /// The stored value of \p name; asking creates an empty entry, which
+  /// getPortProps shows from then on. The reference stays valid until the
+  /// next change of this pin's port properties.
+  std::string &getPortProp(const std::string &name) const;
+  /// Creates or overwrites.
+  void setPortProp(const std::string &name, const std::string &value);
+  /// The value when the entry exists; otherwise \p out stays as it was and
+  /// no entry is made.
+  void getPortProp_(const std::string &name, std::string &out) const;
+  /// All entries, present-but-empty ones included, in name order.
+  StringMap getPortProps() const;
+
+  void getPinIOStandard(std::string &out) const;
+  std::string getPinIOStandard() const;
+  void setPinIOStandard(const std::string &value);
+  void getPinDiffTerm(std::string &out) const;
+  std::string getPinDiffTerm() const;
+  void setPinDiffTerm(const std::string &value);
+  void getPinDqsBias(std::string &out) const;
+  std::string getPinDqsBias() const;
+  void setPinDqsBias(const std::string &value);
+  void getPinDrive(std::string &out) const;
+  std::string getPinDrive() const;
+  void setPinDrive(const std::string &value);
+  void getPinEqualization(std::string &out) const;
+  void setPinEqualization(const std::string &value);
+  void getPinIbufLowPwr(std::string &out) const;
+  void setPinIbufLowPwr(const std::string &value);
+  void getPinOdt(std::string &out) const;
+  void setPinOdt(const std::string &value);
+  void getPinOutputImpedance(std::string &out) const;
+  void setPinOutputImpedance(const std::string &value);
+  void getPinPreEmphasis(std::string &out) const;
+  void setPinPreEmphasis(const std::string &value);
+  void getPinSlew(std::string &out) const;
+  std::string getPinSlew() const;
+  void setPinSlew(const std::string &value);
+
+  // IO bank properties: stored under the name as written, found ignoring case.
+
+  /// False for an empty name; otherwise creates or overwrites.
+  bool setIOBankProperty(const std::string &name, const std::string &value);
+  /// The value of the first name (in name order) equal to \p name ignoring
+  /// case, or an empty string.
+  std::string getIOBankPropertyValue(const std::string &name) const;
+  /// Replaces \p out by a copy; true.
+  bool getIOBankPropertyList(StringMap &out) const;
+  StringMap getIOBankProperties() const;
+
+  /// One map per grouping that the pin belongs to.
+  const std::vector<StringMap> &getPartOf() const { return m_partOf; }
+  void addPartOf(const StringMap &group) { m_partOf.push_back(group); }
+
+  /// Interface name to the physical port of that interface using this pin.
+  StringMap getIntfPortMap() const;
+  /// Creates or overwrites the entry of \p interfaceName.
+  void addIntfPortMap(const std::string &interfaceName, const std::string &port);
+  /// The port of that exact interface name, or an empty string.
+  std::string getPortForInterface(const std::string &interfaceName) const;
+
+  /// Takes over what \p other has filled in; empty values are not copied.
+  void copyIOPropertiesFrom(const HBOPinProps &other);
+  /// Fills the pin in one step; the location is upper-cased and empty
+  /// values are stored as present, empty entries.
+  bool setProp(int index, HBOModelPort *port, std::string name, std::string loc,
+               std::string diffTerm, std::string drive, std::string ioStandard, std::string slew,
+               std::string outputImpedance, std::string ibufLowPwr, std::string odt,
+               std::string equalization, std::string preEmphasis, std::string dqsBias);
+
+  /// One debug line on standard output.
+  void display(int indent) const;
+
+private:
+  using PropId = std::uint32_t;
+  struct PropValue {
+    PropId id;
+    std::string value;
+  };
+  using StringPairs = std::vector<std::pair<std::string, std::string>>;
+
+  bool isPresent_(PropId id) const;
+  const std::string *findValue_(PropId id) const;
+  std::string &materialise_(PropId id) const;
+  void setById_(PropId id, const std::string &value);
+  void getById_(PropId id, std::string &out) const;
+  std::string getByIdOrEmpty_(PropId id) const;
+
+  std::int32_t m_pinIndex = 0;
+  HBOBoardComponent *m_owner = nullptr;
+  HBOModelPort *m_ownerPort = nullptr;
+  std::string m_name;
+  std::string m_loc;
+  // Port properties. Ids below 64 are present when their bit is set, and
+  // have an entry in m_propValues only when the value is not empty (or a
+  // reference to it was handed out). Ids from 64 on are present exactly when
+  // they have an entry. Sorted by id.
+  mutable std::uint64_t m_propMask = 0;
+  mutable std::vector<PropValue> m_propValues;
+  std::string m_internalVref;
+  std::string m_gtLoc;
+  StringPairs m_ioBankProps; // sorted by name
+  std::vector<StringMap> m_partOf;
+  StringPairs m_intfPortMap; // sorted by interface name
+};
+
+#endif

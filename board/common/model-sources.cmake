@@ -1,0 +1,1 @@
+set(BL_MODEL_SOURCES)

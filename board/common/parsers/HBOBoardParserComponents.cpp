@@ -1,0 +1,321 @@
+// The reader of the components element: each component with its
+// parameters, images, drivers, mux positions, pins and design constraints.
+#include "HBOBoardParser.h"
+#include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardCompMuxPosition.h"
+#include "HBOBoardComponent.h"
+#include "HBOBoardComponentDriver.h"
+#include "HBOBoardUtils.h"
+#include "HBOImage.h"
+#include "HBOParameter.h"
+#include "HBOPinProps.h"
+#include "HPAParamMgr.h"
+#include "HSTStringUtils.h"
+#include "HUTConvert.h"
+#include "HUTFile.h"
+#include "HXMLWElement.h"
+
+#include <cctype>
+#include <memory>
+#include <stdexcept>
+#include <unordered_map>
+
+namespace {
+
+// Splits at every comma, keeping empty fields: "" gives one empty entry.
+std::vector<std::string> splitCommas(const std::string &text) {
+  std::vector<std::string> out;
+  std::string::size_type pos = 0;
+  for (;;) {
+    std::string::size_type comma = text.find(',', pos);
+    if (comma == std::string::npos) {
+      out.push_back(text.substr(pos));
+      return out;
+    }
+    out.push_back(text.substr(pos, comma - pos));
+    pos = comma + 1;
+  }
+}
+
+} // namespace
+
+std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &boardName) {
+  static const std::unordered_map<std::string, std::unordered_set<std::string>>
+      propNamesToSkipByVlnv = {
+          {"quarnel-ip:rb55:1.0", {"odt"}}, {"quarnel-ip:rb55:1.1", {"odt"}},
+          {"quarnel-ip:rb55:1.2", {"odt"}}, {"quarnel-ip:rb55:1.3", {"odt"}},
+          {"quarnel-ip:rb55:1.4", {"odt"}}, {"quarnel-ip:rb55:1.5", {"odt"}},
+      };
+  static const std::unordered_set<std::string> pre2019Dot2PropNames = {
+      "iostandard", "diff_term", "drive", "slew", "dqs_bias"};
+
+  if (HPAParamMgr::getParamMgr().getValueAsBool("board.usePre2019Dot2Mode")) {
+    // The old mode knows only five properties of a pin.
+    std::unordered_set<std::string> skip;
+    for (const std::string &name : HBOPinProps::getPortPropNames())
+      if (!pre2019Dot2PropNames.count(name))
+        skip.insert(name);
+    return skip;
+  }
+  auto it = propNamesToSkipByVlnv.find(boardName);
+  return it == propNamesToSkipByVlnv.end() ? std::unordered_set<std::string>() : it->second;
+}
+
+bool HBOBoardParser::readComponents(HXMLWElement *root, std::string &errorText) {
+  m_portPropsToSkip = getPortPropNamesToSkip_(m_board->getName());
+  if (!root) {
+    errorText = "Root XML element is NULL";
+    return false;
+  }
+  for (HXMLWElement &section : root->getChildren()) {
+    if (!section.isTag("components"))
+      continue;
+    for (HXMLWElement &element : section.getChildren()) {
+      // The first bad component ends the board; what it queued stays queued.
+      std::unique_ptr<HBOBoardComponent> component(new HBOBoardComponent());
+      if (!readComponentDetails(&element, component.get()))
+        return false;
+      if (!validateComponent(component.get()))
+        return false;
+      m_board->addBoardComponent(component.release());
+    }
+  }
+  return true;
+}
+
+bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardComponent *component) {
+  if (!element)
+    return false;
+  std::string name = element->getAttribute("name");
+  std::string displayName = element->getAttribute("display_name");
+  std::string type = element->getAttribute("type");
+  std::string subType = element->getAttribute("sub_type");
+  std::string majorGroup = element->getAttribute("major_group");
+  std::string partName = element->getAttribute("part_name");
+  std::string pinMapFile = element->getAttribute("pin_map_file");
+  std::string vendor = element->getAttribute("vendor");
+  std::string specUrl = element->getAttribute("spec_url");
+  std::string connectedTo = element->getAttribute("connected_to");
+  component->setBoard(m_board);
+
+  name = HSTStringUtils::toLower(name);
+  std::string fullName = m_board->getVendor() + ":" + m_board->getBoardName() + ":" + name + ":" +
+                         m_board->getVersion();
+  component->setName(fullName);
+  component->setDisplayName(displayName);
+  component->setConnectedToLogicStr(connectedTo.empty() ? std::string("PL") : connectedTo);
+  component->setComponentName(name);
+  component->setType(type);
+  component->setSubType(subType);
+  component->setMajorGroup(majorGroup);
+  component->setPartName(partName);
+  component->setPinMapFile(pinMapFile);
+  component->setVendorName(vendor);
+  component->setSpecUrl(specUrl);
+  component->setDescription(m_board->getDescription());
+  component->setRtlFileParseStatus(true);
+  component->setLongDesc(m_board->getDescription());
+
+  // Exactly "fpga": a component typed "FPGA" passes validation but carries
+  // no part for the board.
+  if (type == "fpga") {
+    m_board->setActivePart(component);
+    m_board->setPartString(partName);
+  }
+
+  if (!pinMapFile.empty()) {
+    std::map<std::string, HBOPinProps *> pins;
+    std::vector<HBODesignConstr> constrs;
+    try {
+      parsePinFile(pinMapFile, pins, constrs);
+    } catch (...) {
+      for (auto &entry : pins)
+        delete entry.second;
+      throw;
+    }
+    component->setDesignConstrs(constrs);
+    for (auto &entry : pins) {
+      component->addPin(entry.second);
+      entry.second->setOwner(component);
+    }
+  }
+
+  const std::string boardDir =
+      HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
+  for (HXMLWElement &child : element->getChildren()) {
+    if (child.isTag("description")) {
+      component->setDescription(child.getText());
+    } else if (child.isTag("additional_supported_parts")) {
+      for (HXMLWElement &part : child.getChildren()) {
+        if (!part.isTagExactly("supported_part"))
+          continue;
+        std::string supported = HSTStringUtils::trim(part.getAttribute("part_name"));
+        if (!supported.empty() && component->getType() == "fpga")
+          component->addAdditionalSupportedPart(supported);
+      }
+    } else if (child.isTag("drivers")) {
+      for (HXMLWElement &d : child.getChildren()) {
+        std::unique_ptr<HBOBoardComponentDriver> driver(new HBOBoardComponentDriver());
+        driver->setDriverPath(HUTFile::parentPath(m_board->getBoardFile()));
+        driver->setName(d.getAttribute("name"));
+        driver->setVersion(d.getAttribute("version"));
+        driver->setVendor(d.getAttribute("vendor"));
+        driver->setPreCompiled(d.getAttribute("pre_compiled"));
+        driver->setOs(splitCommas(d.getAttribute("os")));
+        driver->setPlatform(splitCommas(d.getAttribute("platform")));
+        driver->setProcessorArchitecture(splitCommas(d.getAttribute("processor_architecture")));
+        for (HXMLWElement &dc : d.getChildren()) {
+          if (dc.isTag("description")) {
+            driver->setDescription(dc.getText());
+          } else if (dc.isTag("driver_files")) {
+            for (HXMLWElement &f : dc.getChildren())
+              if (f.isTag("file"))
+                driver->addFile(f.getText(), f.getAttribute("type"));
+          }
+        }
+        driver->setBoardComponent(component);
+        component->addDriver(driver.release());
+      }
+    } else if (child.isTag("parameters")) {
+      for (HXMLWElement &p : child.getChildren())
+        component->addParameter(new HBOParameter(
+            p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
+            p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
+    } else if (child.isTag("images")) {
+      for (HXMLWElement &img : child.getChildren()) {
+        std::string resolution = img.getAttribute("resolution");
+        if (resolution.empty())
+          resolution = "high";
+        std::string description;
+        for (HXMLWElement &d : img.getChildren())
+          if (d.isTag("description"))
+            description = d.getText();
+        HBOImage *image = new HBOImage();
+        image->setName(boardDir + img.getAttribute("name"));
+        image->setDisplayName(img.getAttribute("display_name"));
+        image->setDescription(description);
+        image->setResolution(resolution);
+        image->setSubType(img.getAttribute("sub_type"));
+        component->addImage(image);
+      }
+    } else if (child.isTag("positions")) {
+      std::vector<HXMLWElement> positions = child.getChildren();
+      for (std::size_t i = 0; i < positions.size(); ++i) {
+        HXMLWElement &pos = positions[i];
+        std::string target = pos.getAttribute("component");
+        std::string id = pos.getAttribute("id");
+        int number = id.empty() ? static_cast<int>(i) : convert2NonNegativeInteger(id, "position id");
+        HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
+        record->setPosition(number);
+        record->setComponent(target);
+        for (HXMLWElement &a : pos.getChildren()) {
+          if (!a.isTag("address"))
+            continue;
+          std::string low = a.getAttribute("low"), high = a.getAttribute("high");
+          record->addAddress(low, high);
+        }
+        component->addIICPosition(number, record);
+      }
+    } else if (child.isTag("param_table")) {
+      // Accepted and walked; it has no effect on the component.
+      for (HXMLWElement &list : child.getChildren())
+        if (list.isTagExactly("param_list"))
+          for (HXMLWElement &entry : list.getChildren())
+            (void)entry.getAttribute("name");
+    } else if (child.isTag("pins")) {
+      for (HXMLWElement &p : child.getChildren()) {
+        std::string pinName = p.getAttribute("name");
+        int index = convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
+        if (HBOPinProps *existing = component->getPinByIndex(index)) {
+          queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
+                   pinName, component->getComponentName());
+          continue;
+        }
+        HBOPinProps *pin = new HBOPinProps();
+        pin->setName(pinName);
+        pin->setPinIndex(index);
+        pin->setPinLoc(p.getAttribute("loc"));
+        for (const std::string &prop : HBOPinProps::getPortPropNames())
+          if (!m_portPropsToSkip.count(prop))
+            pin->setPortProp(prop, p.getAttribute(prop));
+        component->addPin(pin);
+      }
+    } else if (child.isTag("compatible_connectors")) {
+      for (HXMLWElement &row : child.getChildren())
+        component->addCompatibleConnector(row.getAttribute("board_vendor"),
+                                          row.getAttribute("board_name"),
+                                          row.getAttribute("board_version"),
+                                          row.getAttribute("connector_name"));
+    }
+    // Interfaces and component modes are read once their readers exist.
+  }
+  return true;
+}
+
+bool parseDesignConstrs_(HXMLWElement &element, std::string const &boardFile,
+                         HBOBoardParser const &parser, std::vector<HBODesignConstr> &constrs,
+                         HBOMessageQueue &messages) {
+  if (element.isNull())
+    return false;
+  std::string partName = element.getAttribute("part_name");
+  (void)partName;
+  // Bank numbers are held to the strict form whatever the schema.
+  const HBOBoardParser &conv = parser;
+  auto finding = [&](const std::string &text) {
+    ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-69@%s%s");
+    msg.arg(boardFile).arg(text);
+    messages.emplace_back(std::move(msg), false);
+  };
+  for (HXMLWElement &child : element.getChildren()) {
+    if (child.isTag("dci_cascade")) {
+      HBOBoardComponent::DciCascadeConstr constr;
+      constr.masterBank = conv.convert2NonNegativeInteger(child.getAttribute("master_bank_id"),
+                                                          "dci_cascade master attribute");
+      std::string slaves = child.getAttribute("slave_bank_ids");
+      if (slaves.empty())
+        finding("No \"slaves_ids\" attribute specified for dci_cascade.");
+      bool bad = false;
+      for (const std::string &token : HSTStringUtils::split(slaves, ", \t\r\n\f\v", false)) {
+        std::size_t used = 0;
+        int bank = 0;
+        try {
+          bank = std::stoi(token, &used);
+        } catch (const std::invalid_argument &) {
+          used = 0;
+        }
+        if (used == 0) {
+          finding("Incorrect format for \"slave_ids\" attribute (\"" + slaves +
+                  "\") in dci_cascade. The \"slave_ids\" attribute must be a comma-separated "
+                  "list of integer bank IDs.");
+          bad = true;
+          break;
+        }
+        constr.slaveBanks.push_back(bank);
+      }
+      if (!bad)
+        constrs.push_back(constr);
+    } else if (child.isTag("internal_vref")) {
+      HBOBoardComponent::InternalVrefConstr constr;
+      constr.bank = conv.convert2NonNegativeInteger(child.getAttribute("bank_id"),
+                                                    "internal_vref bank attribute");
+      std::string voltage = child.getAttribute("voltage");
+      float value = 0;
+      bool ok = true;
+      try {
+        std::size_t used = 0;
+        value = std::stof(voltage, &used);
+      } catch (const std::invalid_argument &) {
+        ok = false;
+      }
+      if (!ok || value < 0) {
+        finding("Incorrect format for \"voltage\" attribute (\"" + voltage +
+                "\") in internal_vref. Must be a floating point number.");
+        continue;
+      }
+      constr.voltage = value;
+      constrs.push_back(constr);
+    }
+  }
+  return true;
+}

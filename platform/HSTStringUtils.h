@@ -1,0 +1,30 @@
+// String helpers of the platform. Case and white space follow the "C"
+// locale whatever the process locale is, so that board data read the same
+// everywhere.
+#ifndef BOARDLIB_PLATFORM_HSTSTRINGUTILS_H
+#define BOARDLIB_PLATFORM_HSTSTRINGUTILS_H
+
+#include <string>
+#include <vector>
+
+namespace HSTStringUtils {
+/// Equal ignoring ASCII case.
+bool iequals(const std::string &a, const std::string &b);
+std::string toLower(std::string text);
+std::string toUpper(std::string text);
+/// Without the white space (blank, tab, new line, carriage return, vertical
+/// tab, form feed) at both ends.
+std::string trim(const std::string &text);
+/// Splits at every character of \p separators. With \p keepEmpty false,
+/// empty fields (from runs of separators or at the ends) are dropped; with
+/// it true, "a,,b" gives three fields and "" gives one empty field.
+std::vector<std::string> split(const std::string &text, const std::string &separators,
+                               bool keepEmpty);
+bool startsWith(const std::string &text, const std::string &prefix);
+bool endsWith(const std::string &text, const std::string &suffix);
+/// Every occurrence of \p from replaced by \p to, scanning left to right
+/// without rescanning replaced text. An empty \p from changes nothing.
+std::string replaceAll(std::string text, const std::string &from, const std::string &to);
+} // namespace HSTStringUtils
+
+#endif

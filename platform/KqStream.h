@@ -1,0 +1,45 @@
+// The packed-file stream: a board file stored gzip-compressed, read back as
+// text. kq::is_kq_format tells a packed file from a plain one by its first
+// bytes; filtering_stream decodes it so that std::getline yields its lines.
+#ifndef BOARDLIB_PLATFORM_KQSTREAM_H
+#define BOARDLIB_PLATFORM_KQSTREAM_H
+
+#include <istream>
+#include <memory>
+#include <string>
+
+namespace isl {
+namespace iostreams {
+
+namespace kq {
+/// True when the file starts with the gzip magic bytes 0x1f 0x8b. A file
+/// that cannot be read, or is shorter than two bytes, is no packed file.
+bool is_kq_format(const std::string &path);
+} // namespace kq
+
+/// An input stream over the decoded content of a packed file. A file that
+/// cannot be opened leaves the stream failed at once. A damaged or truncated
+/// body ends the stream with badbit set; reading never throws unless the
+/// caller asked for exceptions().
+class filtering_stream : public std::istream {
+public:
+  explicit filtering_stream(const std::string &path);
+  ~filtering_stream() override;
+  filtering_stream(const filtering_stream &) = delete;
+  filtering_stream &operator=(const filtering_stream &) = delete;
+
+  /// Whether the file could be opened.
+  bool isOpen() const;
+  /// The decoder's complaint once the body turned out damaged; empty while
+  /// all is well.
+  const std::string &getError() const;
+
+private:
+  class Buffer;
+  std::unique_ptr<Buffer> m_buffer;
+};
+
+} // namespace iostreams
+} // namespace isl
+
+#endif

@@ -1,0 +1,247 @@
+// The file entry: schema dispatch, the message queue's rules, and what bad
+// files do.
+#include "HBOBoard.h"
+#include "HBOBoardParser.h"
+#include "HBOParser.h"
+#include "HUTTrace.h"
+#include "ReaderTestSupport.h"
+
+#include <boost/iostreams/copy.hpp>
+#include <boost/iostreams/filter/gzip.hpp>
+#include <boost/iostreams/filtering_stream.hpp>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <unistd.h>
+
+using test::dataPath;
+
+namespace {
+
+struct TempDir {
+  std::string path;
+  TempDir() {
+    char tmpl[] = "/tmp/boardlib-test-XXXXXX";
+    path = mkdtemp(tmpl);
+  }
+  ~TempDir() { std::system(("rm -rf '" + path + "'").c_str()); }
+  std::string file(const std::string &name) const { return path + "/" + name; }
+};
+
+void writeFile(const std::string &path, const std::string &content) {
+  std::ofstream out(path, std::ios::binary);
+  out << content;
+}
+
+std::string readFile(const std::string &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+void gzipFile(const std::string &from, const std::string &to, std::size_t keepBytes = 0) {
+  std::ostringstream packed;
+  {
+    boost::iostreams::filtering_ostream out;
+    out.push(boost::iostreams::gzip_compressor());
+    out.push(packed);
+    out << readFile(from);
+  }
+  std::string bytes = packed.str();
+  if (keepBytes)
+    bytes.resize(keepBytes);
+  writeFile(to, bytes);
+}
+
+} // namespace
+
+TEST(SchemaDispatch, SchemaTwoGoesToTheBoardReader) {
+  test::Messages msgs;
+  HBOBoard board;
+  EXPECT_TRUE(HBOParser().parseFile(dataPath("schema_dispatch/v20/board.xml"), &board));
+  EXPECT_EQ("2.0", board.getBoardSchemaVersion());
+  EXPECT_TRUE(msgs.records.empty());
+}
+
+TEST(SchemaDispatch, LegacyVersionsAndSwitchedOffSchemaTwoTakeTheLegacyReader) {
+  struct Case {
+    const char *file;
+    const char *expectedSchema;
+  } cases[] = {{"schema_dispatch/v11/board.xml", "1.1"},
+               {"schema_dispatch/v12/board.xml", "1.0"},
+               {"schema_dispatch/noschema/board.xml", "1.0"}};
+  for (const Case &c : cases) {
+    test::Messages msgs;
+    HBOBoard board;
+    EXPECT_FALSE(HBOParser().parseFile(dataPath(c.file), &board)) << c.file;
+    EXPECT_EQ(c.expectedSchema, board.getBoardSchemaVersion()) << c.file;
+    // The legacy reader is not there yet: one clear message, with the file.
+    ASSERT_EQ(1u, msgs.count("49-4")) << c.file;
+    EXPECT_EQ(dataPath(c.file), msgs.find("49-4")->args.at(0));
+  }
+  test::ParamScope off("board.enableSchemaV2", "false");
+  HBOBoard board;
+  test::Messages msgs;
+  EXPECT_FALSE(HBOParser().parseFile(dataPath("schema_dispatch/v20/board.xml"), &board));
+  EXPECT_EQ("1.0", board.getBoardSchemaVersion());
+}
+
+TEST(SchemaDispatch, MissingFileIsOneWarningAndLeavesTheBoardAlone) {
+  test::Messages msgs;
+  HBOBoard board;
+  EXPECT_FALSE(HBOParser().parseFile(dataPath("no/such/board.xml"), &board));
+  ASSERT_EQ(1u, msgs.records.size());
+  EXPECT_EQ("49-36", msgs.records[0].id);
+  EXPECT_EQ("WARNING", msgs.records[0].severityName);
+  EXPECT_TRUE(board.getName().empty());
+  EXPECT_TRUE(board.getBoardSchemaVersion().empty());
+  EXPECT_FALSE(HBOParser().parseFile(dataPath("minimal/board.xml"), nullptr));
+}
+
+TEST(MessageQueue, QueuedFailureFailsASilentReadWithOnlyTheClosingMessage) {
+  // The second pin repeats an index: the reader queues and goes on.
+  test::Messages msgs;
+  HBOBoard board;
+  EXPECT_FALSE(HBOParser().parseFile(dataPath("dup_pin_index/board.xml"), &board));
+  ASSERT_EQ(std::vector<std::string>{"49-56"}, msgs.ids());
+  EXPECT_EQ("CRITICAL WARNING", msgs.records[0].severityName);
+  EXPECT_EQ("", msgs.records[0].args.at(1));
+}
+
+TEST(MessageQueue, ValidatingReadTellsEveryQueuedMessageInOrder) {
+  test::Messages msgs;
+  HBOBoard board;
+  HBOBoardParser parser;
+  EXPECT_FALSE(
+      parser.parseFile(dataPath("dup_pin_index/board.xml"), &board, true, "", nullptr));
+  ASSERT_EQ((std::vector<std::string>{"49-170", "49-56"}), msgs.ids());
+  const ComMsgRecord &dup = msgs.records[0];
+  EXPECT_EQ("@49-170@%d%s%s%s", dup.key);
+  ASSERT_EQ(4u, dup.args.size());
+  EXPECT_EQ(nullptr, parser.getBoard()) << "the board pointer is dropped after a read";
+}
+
+TEST(MessageQueue, IterateMessagesDecidesByTheFlagNotTheSeverity) {
+  test::Messages msgs;
+  HBOBoardParser parser;
+  EXPECT_TRUE(parser.iterateMessages(true));
+  parser.queueMsg(true, ComMsg::Error, "@49-36@%s", "told only");
+  EXPECT_TRUE(parser.iterateMessages(false));
+  parser.queueMsg(false, ComMsg::Info, "@49-36@%s", "fails");
+  EXPECT_FALSE(parser.iterateMessages(false));
+  EXPECT_TRUE(msgs.records.empty());
+  EXPECT_FALSE(parser.iterateMessages(true));
+  EXPECT_EQ(2u, msgs.count("49-36"));
+}
+
+TEST(MessageQueue, StrictChecksComeFromSchemaTwoPointTwoOrTheParameter) {
+  HBOBoard b1, b2, b3;
+  HBOBoardParser strict, lenient, forced;
+  // The strict file repeats an index in its pin file; only the strict rule catches it.
+  EXPECT_FALSE(strict.parseFile(dataPath("dup_pin_index_strict/board.xml"), &b1, false, "",
+                                nullptr));
+  EXPECT_TRUE(strict.isStrictChecks());
+  EXPECT_TRUE(lenient.parseFile(dataPath("minimal/board.xml"), &b2, false, "", nullptr));
+  EXPECT_FALSE(lenient.isStrictChecks());
+  test::ParamScope on("board.enable2020Checks", "true");
+  EXPECT_TRUE(forced.parseFile(dataPath("minimal/board.xml"), &b3, false, "", nullptr));
+  EXPECT_TRUE(forced.isStrictChecks());
+}
+
+TEST(BadInput, MalformedFilesFailWithAMessageNamingFileAndLine) {
+  const char *files[] = {"malformed/truncated/board.xml", "malformed/notxml/board.xml",
+                         "malformed/empty/board.xml", "malformed/unclosed/board.xml"};
+  for (const char *f : files) {
+    test::Messages msgs;
+    HBOBoard board;
+    EXPECT_FALSE(HBOParser().parseFile(dataPath(f), &board)) << f;
+    ASSERT_EQ(1u, msgs.count("50-1")) << f;
+    EXPECT_EQ(dataPath(f), msgs.find("50-1")->args.at(0));
+    EXPECT_EQ(1u, msgs.count("49-59")) << f;
+  }
+}
+
+TEST(BadInput, BinaryAndDeeplyNestedFilesDoNotCrash) {
+  TempDir dir;
+  std::string binary;
+  for (int i = 0; i < 4096; ++i)
+    binary += static_cast<char>((i * 7919) & 0xff);
+  writeFile(dir.file("binary.xml"), binary);
+  std::string deep = "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\"><file_version>1"
+                     "</file_version><components>";
+  for (int i = 0; i < 200000; ++i)
+    deep += "<c>";
+  writeFile(dir.file("deep.xml"), deep);
+  std::string deepClosed = deep;
+  for (int i = 0; i < 200000; ++i)
+    deepClosed += "</c>";
+  deepClosed += "</components></board>";
+  writeFile(dir.file("deep_closed.xml"), deepClosed);
+
+  test::Messages msgs;
+  for (const char *f : {"binary.xml", "deep.xml", "deep_closed.xml"}) {
+    HBOBoard board;
+    EXPECT_FALSE(HBOParser().parseFile(dir.file(f), &board)) << f;
+  }
+}
+
+TEST(BadInput, ReaderExceptionsNeverLeaveTheParser) {
+  // A strict file whose pin index is no number raises inside the reader.
+  TempDir dir;
+  writeFile(dir.file("board.xml"),
+            "<board schema_version=\"2.2\" vendor=\"v\" name=\"n\"><file_version>1</file_version>"
+            "<compatible_board_revisions><revision id=\"x\">r</revision>"
+            "</compatible_board_revisions></board>");
+  test::Messages msgs;
+  HBOBoard board;
+  HBOBoardParser parser;
+  EXPECT_FALSE(parser.parseFile(dir.file("board.xml"), &board, true, "", nullptr));
+  // Told with the sending flag: the conversion's own message, then the closing one.
+  EXPECT_EQ((std::vector<std::string>{"49-69", "49-56"}), msgs.ids());
+  EXPECT_TRUE(msgs.mentions("revision id value \"x\" is not valid"));
+}
+
+TEST(PackedFiles, GzipBoardAndPinFileReadLikePlainOnes) {
+  TempDir dir;
+  gzipFile(dataPath("minimal/board.xml"), dir.file("board.xml"));
+  gzipFile(dataPath("minimal/part0_pins.xml"), dir.file("part0_pins.xml"));
+  test::Messages msgs;
+  HBOBoard packed, plain;
+  ASSERT_TRUE(HBOParser().parseFile(dir.file("board.xml"), &packed));
+  ASSERT_TRUE(HBOParser().parseFile(dataPath("minimal/board.xml"), &plain));
+  EXPECT_EQ(plain.getName(), packed.getName());
+  ASSERT_NE(nullptr, packed.getActivePart());
+  EXPECT_EQ(plain.getActivePart()->getPins().size(), packed.getActivePart()->getPins().size());
+  EXPECT_TRUE(msgs.records.empty());
+}
+
+TEST(PackedFiles, TruncatedGzipFailsWithoutCrashing) {
+  TempDir dir;
+  gzipFile(dataPath("full/board.xml"), dir.file("board.xml"), 40);
+  test::Messages msgs;
+  HBOBoard board;
+  EXPECT_FALSE(HBOParser().parseFile(dir.file("board.xml"), &board));
+  EXPECT_FALSE(msgs.records.empty());
+}
+
+TEST(Trace, EachBoardReadIsOneTraceEvent) {
+  TempDir dir;
+  HUTTrace::setOutput(dir.file("trace.json"));
+  HBOBoard b1, b2;
+  HBOParser().parseFile(dataPath("minimal/board.xml"), &b1);
+  HBOParser().parseFile(dataPath("full/board.xml"), &b2);
+  HUTTrace::flush();
+  HUTTrace::setOutput("");
+  std::string trace = readFile(dir.file("trace.json"));
+  std::size_t events = 0;
+  for (std::size_t pos = 0; (pos = trace.find("\"HBOBoardParser::parseFile\"", pos)) !=
+                            std::string::npos;
+       ++pos)
+    ++events;
+  EXPECT_EQ(2u, events);
+  EXPECT_NE(std::string::npos, trace.find("minimal/board.xml"));
+}

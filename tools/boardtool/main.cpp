@@ -1,0 +1,47 @@
+// boardtool: reads, checks and shows board definitions from the command line.
+#include "Commands.h"
+
+#include <cstring>
+#include <iostream>
+
+namespace {
+
+const boardtool::Command *const kCommands[] = {
+    &boardtool::readCommand,
+    &boardtool::paramsCommand,
+};
+
+void printHelp(std::ostream &out) {
+  out << "usage: boardtool COMMAND [OPTIONS] [ARGS]\n\n"
+      << "Reads, checks and shows FPGA board definitions (board.xml with its pin and\n"
+      << "preset files).\n\nCommands:\n";
+  for (const boardtool::Command *c : kCommands)
+    out << "  " << c->name << std::string(10 - std::strlen(c->name), ' ') << c->summary << "\n";
+  out << "\nRun 'boardtool COMMAND --help' for a command's options.\n"
+      << "Environment: BOARDLIB_DATA_DIRS (data directories, ':'-separated),\n"
+      << "BOARDLIB_PARAMS (NAME=VALUE;...), BOARDLIB_DEBUG (debug scopes, ','-separated),\n"
+      << "BOARDLIB_TRACE (file for a Chrome/Perfetto JSON trace of the reads).\n";
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  if (argc < 2) {
+    printHelp(std::cerr);
+    return boardtool::Usage;
+  }
+  std::string name = argv[1];
+  if (name == "--help" || name == "-h" || name == "help") {
+    printHelp(std::cout);
+    return boardtool::Success;
+  }
+  for (const boardtool::Command *c : kCommands) {
+    if (name != c->name)
+      continue;
+    std::vector<std::string> args(argv + 2, argv + argc);
+    return c->run(args);
+  }
+  std::cerr << "boardtool: unknown command '" << name << "'\n";
+  printHelp(std::cerr);
+  return boardtool::Usage;
+}
