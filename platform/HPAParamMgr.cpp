@@ -38,6 +38,14 @@ bool normaliseValue(HPAParam::Kind kind, const std::string &in, std::string &out
   return false;
 }
 
+// Values change while other threads read them through the pointers that
+// findParam hands out; they have a lock of their own, always taken after the
+// manager's.
+std::mutex &valueMutex() {
+  static std::mutex m;
+  return m;
+}
+
 } // namespace
 
 HPAParam::HPAParam(std::string name, Kind kind, std::string description, std::string defaultValue)
@@ -56,14 +64,24 @@ const char *HPAParam::getKindName() const {
   return "string";
 }
 
-std::string HPAParam::getValueAsString() const { return m_value; }
+std::string HPAParam::getValueAsString() const {
+  std::lock_guard<std::mutex> lock(valueMutex());
+  return m_value;
+}
 
 bool HPAParam::getValueAsBool() const {
   bool b = false;
-  return HUTConvert::stringToBoolean(m_value, b, false) && b;
+  return HUTConvert::stringToBoolean(getValueAsString(), b, false) && b;
 }
 
-long long HPAParam::getValueAsInt() const { return std::strtoll(m_value.c_str(), nullptr, 10); }
+long long HPAParam::getValueAsInt() const {
+  return std::strtoll(getValueAsString().c_str(), nullptr, 10);
+}
+
+void HPAParam::setValue_(const std::string &value) {
+  std::lock_guard<std::mutex> lock(valueMutex());
+  m_value = value;
+}
 
 HPAParamMgr &HPAParamMgr::getParamMgr() {
   static HPAParamMgr *mgr = new HPAParamMgr(); // lives as long as the process
@@ -93,12 +111,12 @@ void HPAParamMgr::register_(HPAParam::Kind kind, const std::string &name,
   if (HPAParam *existing = find_(name)) {
     // A second registration renews the description and default; a value set
     // meanwhile is kept.
-    bool changed = existing->m_value != existing->m_default;
+    bool changed = existing->getValueAsString() != existing->m_default;
     existing->m_kind = kind;
     existing->m_description = description;
     existing->m_default = value;
     if (!changed)
-      existing->m_value = value;
+      existing->setValue_(value);
     return;
   }
   m_params.emplace(name, new HPAParam(name, kind, description, value));
@@ -150,7 +168,7 @@ long long HPAParamMgr::getValueAsInt(const std::string &name) const {
 std::string HPAParamMgr::getValueAsString(const std::string &name) const {
   std::lock_guard<std::mutex> lock(m_mutex);
   HPAParam *p = find_(name);
-  return p ? p->m_value : std::string();
+  return p ? p->getValueAsString() : std::string();
 }
 
 bool HPAParamMgr::setValue(const std::string &name, const std::string &value, std::string *error) {
@@ -168,7 +186,7 @@ bool HPAParamMgr::setValue(const std::string &name, const std::string &value, st
                "'";
     return false;
   }
-  p->m_value = normalised;
+  p->setValue_(normalised);
   return true;
 }
 
@@ -177,7 +195,7 @@ bool HPAParamMgr::resetValue(const std::string &name) {
   HPAParam *p = find_(name);
   if (!p)
     return false;
-  p->m_value = p->m_default;
+  p->setValue_(p->m_default);
   return true;
 }
 

@@ -29,6 +29,8 @@ public:
 
 private:
   friend class HPAParamMgr;
+  void setValue_(const std::string &value);
+
   std::string m_name;
   Kind m_kind;
   std::string m_description;

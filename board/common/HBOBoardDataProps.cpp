@@ -96,11 +96,11 @@ std::string HBOBoardDataProps::asXmlStr(std::size_t indent) const {
   struct Frame {
     const DataMap *group;
     DataMap::const_iterator next;
-    std::string name; // empty for the root, which has no tags of its own
     std::size_t indent;
   };
   std::string text;
-  std::vector<Frame> stack{{&m_data, m_data.begin(), std::string(), indent}};
+  // The root frame has no tags of its own; every other frame is a group.
+  std::vector<Frame> stack{{&m_data, m_data.begin(), indent}};
   while (!stack.empty()) {
     Frame &frame = stack.back();
     if (frame.next == frame.group->end()) {
@@ -117,7 +117,8 @@ std::string HBOBoardDataProps::asXmlStr(std::size_t indent) const {
     } else if (const DataMap *inner = boost::any_cast<DataMap>(&entry.second)) {
       text += blanks + "<data_property_group name=\"" + entry.first + "\">\n";
       const std::size_t innerIndent = frame.indent + 2;
-      stack.push_back({inner, inner->begin(), entry.first, innerIndent});
+      // frame may dangle once the stack grows; nothing uses it after this.
+      stack.push_back({inner, inner->begin(), innerIndent});
     }
   }
   return text;

@@ -37,7 +37,7 @@ TEST_F(FullBoard, IdentityAndFiles) {
 }
 
 TEST_F(FullBoard, OddAttributeValuesAreReadAsTheRulesSay) {
-  EXPECT_FALSE(board.isSupportsCED()) << "supports_ced=\"maybe\" is no boolean";
+  EXPECT_FALSE(board.getSupportsCED()) << "supports_ced=\"maybe\" is no boolean";
   EXPECT_FALSE(board.isIntegratedBoard()) << "only the exact text \"true\" integrates";
 }
 

@@ -7,7 +7,6 @@
 #include "HBOPinProps.h"
 #include "ReaderTestSupport.h"
 
-#include <boost/variant/get.hpp>
 #include <gtest/gtest.h>
 
 using test::dataPath;
@@ -41,10 +40,10 @@ TEST(PinFile, DesignConstraintsAreKeptOnTheComponent) {
   ASSERT_TRUE(HBOParser().parseFile(dataPath("components/board.xml"), &board));
   const auto &constrs = board.getActivePart()->getDesignConstrs();
   ASSERT_EQ(2u, constrs.size());
-  const auto &dci = boost::get<HBOBoardComponent::DciCascadeConstr>(constrs[0]);
+  const auto &dci = std::get<HBOBoardComponent::DciCascadeConstr>(constrs[0]);
   EXPECT_EQ(14, dci.masterBank);
   EXPECT_EQ((std::vector<int>{15, 16, 17}), dci.slaveBanks);
-  const auto &vref = boost::get<HBOBoardComponent::InternalVrefConstr>(constrs[1]);
+  const auto &vref = std::get<HBOBoardComponent::InternalVrefConstr>(constrs[1]);
   EXPECT_EQ(15, vref.bank);
   EXPECT_FLOAT_EQ(0.75f, vref.voltage);
 }
@@ -69,17 +68,23 @@ TEST(PinFile, FindingsThatFailTheRead) {
     HBOBoardParser parser;
     EXPECT_FALSE(parser.parseFile(dataPath(c.file), &board, true, "", nullptr)) << c.file;
     EXPECT_EQ(c.ids, msgs.ids()) << c.file;
-    if (c.text)
+    if (c.text) {
       EXPECT_TRUE(msgs.mentions(c.text)) << c.file;
+    }
   }
 }
 
 TEST(PinFile, LenientChecksLetRepeatsPassAndAMissingFileOnlyWarn) {
   test::Messages msgs;
-  HBOBoard board;
+  HBOBoard lenient;
   HBOBoardParser parser;
-  // The same repeated index read without strict checks passes in silence.
-  parser.setStrictChecks(false);
+  ASSERT_TRUE(parser.parseFile(dataPath("dup_pin_lenient/board.xml"), &lenient, true, "", nullptr));
+  EXPECT_TRUE(msgs.records.empty());
+  HBOBoardComponent *fpga = lenient.getActivePart();
+  ASSERT_EQ(4u, fpga->getPins().size()) << "a repeated name keeps the last pin";
+  EXPECT_EQ(4, fpga->findPin("led0")->getPinIndex());
+  EXPECT_EQ("P5", fpga->findPin("led0")->getPinLoc());
+
   HBOBoard missing;
   EXPECT_TRUE(HBOParser().parseFile(dataPath("missing_pin_file/board.xml"), &missing));
   ASSERT_EQ(std::vector<std::string>{"49-55"}, msgs.ids());

@@ -12,7 +12,7 @@
 
 namespace {
 
-struct Run {
+struct Result {
   int status = -1;
   std::string out, err;
 };
@@ -24,14 +24,14 @@ std::string slurp(const std::string &path) {
   return s.str();
 }
 
-Run boardtool(const std::string &args) {
+Result boardtool(const std::string &args) {
   char outName[] = "/tmp/boardtool-out-XXXXXX";
   char errName[] = "/tmp/boardtool-err-XXXXXX";
   close(mkstemp(outName));
   close(mkstemp(errName));
   std::string cmd = std::string("env -u BOARDLIB_PARAMS -u BOARDLIB_DEBUG ") + BOARDTOOL_PATH +
                     " " + args + " >" + outName + " 2>" + errName;
-  Run r;
+  Result r;
   int raw = std::system(cmd.c_str());
   r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
   r.out = slurp(outName);
@@ -46,7 +46,7 @@ std::string data(const std::string &rel) { return std::string(BOARDLIB_TEST_DATA
 } // namespace
 
 TEST(BoardtoolRead, SampleBoardPrintsAndExitsZero) {
-  Run r = boardtool(std::string("read ") + BOARDLIB_SAMPLE_BOARD);
+  Result r = boardtool(std::string("read ") + BOARDLIB_SAMPLE_BOARD);
   EXPECT_EQ(0, r.status) << r.err;
   EXPECT_EQ("", r.err);
   EXPECT_EQ(0u, r.out.find("Board - Name: falcon_eval, Fullname: kestrel-boards:falcon_eval:1.0"))
@@ -55,32 +55,32 @@ TEST(BoardtoolRead, SampleBoardPrintsAndExitsZero) {
 }
 
 TEST(BoardtoolRead, FailuresExitOneWithTheirMessages) {
-  Run dup = boardtool("read " + data("dup_pin_index/board.xml"));
+  Result dup = boardtool("read " + data("dup_pin_index/board.xml"));
   EXPECT_EQ(1, dup.status);
   EXPECT_EQ("", dup.out);
   EXPECT_NE(std::string::npos, dup.err.find("CRITICAL WARNING: [Board 49-56] "));
 
-  Run type = boardtool("read " + data("bad_component_type/board.xml"));
+  Result type = boardtool("read " + data("bad_component_type/board.xml"));
   EXPECT_EQ(1, type.status);
   EXPECT_NE(std::string::npos, type.err.find("[Board 49-56]"));
 
   // With debug output of the reader, the findings behind a failure are shown.
-  Run debug = boardtool("read --debug board.parse " + data("dup_pin_index/board.xml"));
+  Result debug = boardtool("read --debug board.parse " + data("dup_pin_index/board.xml"));
   EXPECT_NE(std::string::npos, debug.err.find("[Board 49-170]"));
 
-  Run missing = boardtool("read " + data("no_such_dir/board.xml"));
+  Result missing = boardtool("read " + data("no_such_dir/board.xml"));
   EXPECT_EQ(1, missing.status);
   EXPECT_NE(std::string::npos, missing.err.find("WARNING: [Board 49-36] "));
 }
 
 TEST(BoardtoolRead, MissingPinFileWarnsAndTheBoardStillReads) {
-  Run r = boardtool("read " + data("missing_pin_file/board.xml"));
+  Result r = boardtool("read " + data("missing_pin_file/board.xml"));
   EXPECT_EQ(0, r.status);
   EXPECT_NE(std::string::npos, r.err.find("WARNING: [Board 49-55] "));
 }
 
 TEST(BoardtoolRead, JsonMessagesAreOneArray) {
-  Run r = boardtool("read --messages=json " + data("malformed/unclosed/board.xml"));
+  Result r = boardtool("read --messages=json " + data("malformed/unclosed/board.xml"));
   EXPECT_EQ(1, r.status);
   ASSERT_FALSE(r.err.empty());
   EXPECT_EQ('[', r.err.front());
@@ -93,14 +93,14 @@ TEST(BoardtoolRead, JsonMessagesAreOneArray) {
                       r.err + "\nEOF";
   EXPECT_EQ(0, std::system(check.c_str()));
 
-  Run ok = boardtool(std::string("read --messages=json ") + BOARDLIB_SAMPLE_BOARD);
+  Result ok = boardtool(std::string("read --messages=json ") + BOARDLIB_SAMPLE_BOARD);
   EXPECT_EQ(0, ok.status);
   EXPECT_EQ("[]\n", ok.err);
 }
 
 TEST(BoardtoolRead, ParametersFromTheCommandLineAndTheEnvironment) {
   // With schema 2 switched off the file goes to the legacy reader.
-  Run off = boardtool("read --param board.enableSchemaV2=false " + data("minimal/board.xml"));
+  Result off = boardtool("read --param board.enableSchemaV2=false " + data("minimal/board.xml"));
   EXPECT_EQ(1, off.status);
   EXPECT_NE(std::string::npos, off.err.find("[Board 49-4]"));
   std::string env = std::string("env BOARDLIB_PARAMS='board.enableSchemaV2=0' ") + BOARDTOOL_PATH +
@@ -108,18 +108,18 @@ TEST(BoardtoolRead, ParametersFromTheCommandLineAndTheEnvironment) {
   int raw = std::system(env.c_str());
   EXPECT_EQ(1, WEXITSTATUS(raw));
 
-  Run bad = boardtool("read --param board.enableSchemaV2=perhaps " + data("minimal/board.xml"));
+  Result bad = boardtool("read --param board.enableSchemaV2=perhaps " + data("minimal/board.xml"));
   EXPECT_EQ(2, bad.status);
   EXPECT_NE(std::string::npos, bad.err.find("board.enableSchemaV2"));
-  Run unknown = boardtool("read --param no.such.param=1 " + data("minimal/board.xml"));
+  Result unknown = boardtool("read --param no.such.param=1 " + data("minimal/board.xml"));
   EXPECT_EQ(2, unknown.status);
 }
 
 TEST(BoardtoolUsage, HelpAndBadUsage) {
-  Run help = boardtool("--help");
+  Result help = boardtool("--help");
   EXPECT_EQ(0, help.status);
   EXPECT_NE(std::string::npos, help.out.find("read"));
-  Run readHelp = boardtool("read --help");
+  Result readHelp = boardtool("read --help");
   EXPECT_EQ(0, readHelp.status);
   EXPECT_NE(std::string::npos, readHelp.out.find("--messages=json"));
   EXPECT_EQ(2, boardtool("").status);
@@ -127,7 +127,7 @@ TEST(BoardtoolUsage, HelpAndBadUsage) {
   EXPECT_EQ(2, boardtool("read a.xml b.xml").status);
   EXPECT_EQ(2, boardtool("read --frobnicate a.xml").status);
   EXPECT_EQ(2, boardtool("frobnicate").status);
-  Run params = boardtool("params");
+  Result params = boardtool("params");
   EXPECT_EQ(0, params.status);
   EXPECT_NE(std::string::npos, params.out.find("board.enableSchemaV2"));
   EXPECT_EQ(std::string::npos, params.out.find("board.debugMemory")) << "hidden without --all";

@@ -80,17 +80,14 @@ TEST_F(BoardParams, RegisteredAtLoadWithKindsDefaultsAndHiddenFlags) {
             "appear a board file.");
 }
 
-TEST_F(BoardParams, SchemaSwitchesFollowTheParameters) {
+TEST_F(BoardParams, SwitchesAndRepoPaths) {
   EXPECT_TRUE(HBOBoardUtils::isV2SchemaEnabled());
-  EXPECT_FALSE(HBOBoardUtils::isBoardIntegraterSupportEnabled());
   set("board.enableSchemaV2", "false");
   set("board.enableBoardIntegratorSupport", "true");
   EXPECT_FALSE(HBOBoardUtils::isV2SchemaEnabled());
   // Nothing ties the integrator switch to the schema switch.
   EXPECT_TRUE(HBOBoardUtils::isBoardIntegraterSupportEnabled());
-}
 
-TEST_F(BoardParams, UserRepoPaths) {
   std::string out = "old";
   EXPECT_TRUE(HBOBoardUtils::getUserRepoPathFromParam(out));
   EXPECT_EQ(out, "");

@@ -23,19 +23,24 @@ void HBOBoardParser::queueFinding(const std::string &file, const std::string &te
 
 bool HBOBoardParser::iterateMessages(bool send) {
   bool passed = true;
-  bool trace = !send && ComMsgMgr::hasScope("board.parse");
   for (const auto &entry : m_messages) {
     if (!entry.second)
       passed = false;
     if (send)
       ComMsgMgr::sendMessage(entry.first);
-    else if (trace)
-      // Untold findings stay visible to whoever debugs a silent failure.
-      ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "queued%s: %s",
-                               entry.second ? "" : " (fails the read)",
-                               entry.first.format().c_str());
   }
   return passed;
+}
+
+void HBOBoardParser::tellQueue_(bool send) {
+  iterateMessages(send);
+  if (send || !ComMsgMgr::hasScope("board.parse"))
+    return;
+  // A silent read keeps its findings to itself; whoever debugs it sees them.
+  for (const auto &entry : m_messages)
+    ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "queued%s: %s",
+                             entry.second ? "" : " (fails the read)",
+                             entry.first.format().c_str());
 }
 
 bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, bool validate,
@@ -67,7 +72,7 @@ bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, boo
     bool result = parse(fileName) && iterateMessages(false);
     m_schemaDir.clear();
     // The one point at which queued messages reach the user.
-    iterateMessages(m_sendMessages);
+    tellQueue_(m_sendMessages);
     if (result) {
       m_board = nullptr;
       return true;
@@ -75,17 +80,17 @@ bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, boo
   } catch (const HEXError &e) {
     if (m_sendMessages)
       ComMsgMgr::sendMessage(e.getMessage());
-    iterateMessages(m_sendMessages);
+    tellQueue_(m_sendMessages);
   } catch (const std::exception &e) {
     if (m_sendMessages)
       errorText = e.what();
-    iterateMessages(m_sendMessages);
+    tellQueue_(m_sendMessages);
   } catch (const std::string &e) {
     if (m_sendMessages)
       errorText = e;
-    iterateMessages(m_sendMessages);
+    tellQueue_(m_sendMessages);
   } catch (...) {
-    iterateMessages(m_sendMessages);
+    tellQueue_(m_sendMessages);
   }
   m_schemaDir.clear();
   ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-56@%s%s", fileName,

@@ -7,9 +7,6 @@
 #include "ComMsgMgrInstance.h"
 #include "HBOBoardComponent.h"
 
-#include <boost/any.hpp>
-#include <boost/variant.hpp>
-
 #include <map>
 #include <string>
 #include <unordered_set>
@@ -38,8 +35,7 @@ struct HBOParsedVLNVs {
   std::unordered_set<std::string> preferredIpVlnvs;
 };
 
-using HBODesignConstr =
-    boost::variant<HBOBoardComponent::DciCascadeConstr, HBOBoardComponent::InternalVrefConstr>;
+using HBODesignConstr = HBOBoardComponent::DesignConstr;
 using HBOMessageQueue = std::vector<std::pair<ComMsgMgrInstance, bool>>;
 
 class HBOBoardParser {
@@ -125,6 +121,10 @@ public:
   void queueFinding(const std::string &file, const std::string &text, bool tellOnly);
 
 private:
+  /// The closing iterateMessages of a read, plus a debug trace of what a
+  /// silent read does not tell.
+  void tellQueue_(bool send);
+
   HBOBoard *m_board = nullptr;
   bool m_sendMessages = false;
   bool m_validate = false;

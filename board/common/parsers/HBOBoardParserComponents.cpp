@@ -215,7 +215,7 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
           std::string low = a.getAttribute("low"), high = a.getAttribute("high");
           record->addAddress(low, high);
         }
-        component->addIICPosition(number, record);
+        component->addIICPosition(record);
       }
     } else if (child.isTag("param_table")) {
       // Accepted and walked; it has no effect on the component.

@@ -1,0 +1,322 @@
+// One thing on a board: the FPGA, a chip or a connector. It owns nearly all
+// that lies below the board: interfaces, pins, modes, parameters, images,
+// drivers, mux positions, design constraints and compatible-connector rows.
+//
+// Interfaces and model ports are found by upper-cased names, so look-ups
+// ignore case; pin names are case-sensitive.
+#ifndef BOARDLIB_HBOBOARDCOMPONENT_H
+#define BOARDLIB_HBOBOARDCOMPONENT_H
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <tuple>
+#include <variant>
+#include <vector>
+
+class HBOBoard;
+class HBOBoardCompMuxPosition;
+class HBOBoardComponentDriver;
+class HBOBusIf;
+class HBOComponentMode;
+class HBOImage;
+class HBOModelPort;
+class HBOParameter;
+class HBOPinProps;
+
+class HBOBoardComponent {
+public:
+  /// A DCI cascade: one master bank and its slave banks.
+  struct DciCascadeConstr {
+    int masterBank = 0;
+    std::vector<int> slaveBanks;
+  };
+  /// An internal reference voltage of one bank.
+  struct InternalVrefConstr {
+    int bank = 0;
+    float voltage = 0;
+  };
+  using DesignConstr = std::variant<DciCascadeConstr, InternalVrefConstr>;
+  using DesignConstrVec = std::vector<DesignConstr>;
+  /// (board vendor, board name, board version, connector name).
+  using CompatibleConnector = std::tuple<std::string, std::string, std::string, std::string>;
+
+  /// Pin indexes below this are found by one array access.
+  static constexpr int s_pinSlots = 401;
+
+  HBOBoardComponent();
+  /// Drops the object from the script caches, then deletes parameters,
+  /// images, interfaces, pins, modes, mux positions, drivers and, last, the
+  /// model ports that went through setModelPort.
+  ~HBOBoardComponent();
+  HBOBoardComponent(const HBOBoardComponent &) = delete;
+  HBOBoardComponent &operator=(const HBOBoardComponent &) = delete;
+
+  // ---- identity ----
+
+  /// The full name vendor:board:component:version.
+  const std::string &getName() const { return m_name; }
+  void setName(std::string name) { m_name = std::move(name); }
+  /// Legacy form: stores the four fields and composes the full name; vendor,
+  /// board name, part name and full name are lower-cased, the version not.
+  void setName(const std::string &vendor, const std::string &boardName,
+               const std::string &partName, const std::string &version);
+  /// The lower-cased `name` attribute: the handle of look-ups.
+  const std::string &getComponentName() const { return m_componentName; }
+  void setComponentName(std::string name) { m_componentName = std::move(name); }
+  const std::string &getType() const { return m_type; }
+  void setType(std::string type) { m_type = std::move(type); }
+  const std::string &getSubType() const { return m_subType; }
+  void setSubType(std::string subType) { m_subType = std::move(subType); }
+  const std::string &getMajorGroup() const { return m_majorGroup; }
+  void setMajorGroup(std::string group) { m_majorGroup = std::move(group); }
+  /// The major group, or "Others" when it is empty.
+  const std::string &getConnectorCategory() const;
+  const std::string &getPinMapFile() const { return m_pinMapFile; }
+  void setPinMapFile(std::string file) { m_pinMapFile = std::move(file); }
+  /// One field behind three getters: the device or chip ordering code.
+  const std::string &getPartName() const { return m_partName; }
+  const std::string &getBoardPartName() const { return m_partName; }
+  const std::string &getPartString() const { return m_partName; }
+  void setPartName(std::string name) { m_partName = std::move(name); }
+  bool setPartString(const std::string &name);
+  /// The maker of the chip or connector (not the board's vendor).
+  const std::string &getVendorName() const { return m_vendorName; }
+  const std::string &getVendor() const { return m_vendorName; }
+  void setVendorName(std::string vendor) { m_vendorName = std::move(vendor); }
+  const std::string &getConnectedToLogicStr() const { return m_connectedTo; }
+  void setConnectedToLogicStr(std::string text) { m_connectedTo = std::move(text); }
+  const std::string &getRepository() const { return m_repository; }
+  void setRepository(std::string repository) { m_repository = std::move(repository); }
+  const std::string &getIsEnabled() const { return m_isEnabled; }
+  void setIsEnabled(std::string isEnabled) { m_isEnabled = std::move(isEnabled); }
+  bool isUserDefined() const { return m_userDefined; }
+  void setUserDefinedFlag(bool flag) { m_userDefined = flag; }
+  void setRtlFileParseStatus(bool status) { m_fileParseStatus = status; }
+  bool isConstraintsDataPopulated() const { return m_constraintsPopulated; }
+  const std::string &getBoardChangeLogFilename() const { return m_changeLogFile; }
+  void setBoardChangeLogFilename(std::string file) { m_changeLogFile = std::move(file); }
+  const std::string &getBoardFile() const { return m_boardFile; }
+  void setBoardFile(std::string file) { m_boardFile = std::move(file); }
+  /// The old pin constraint file read by populateConstraintsData. No reader
+  /// sets it; the setter is for whoever brings such files back.
+  const std::string &getConstraintsFile() const { return m_constraintsFile; }
+  void setConstraintsFile(std::string file) { m_constraintsFile = std::move(file); }
+  const std::string &getImageFile() const { return m_imageFile; }
+  /// A bare file name is placed in the board file's directory.
+  void setImageFile(const std::string &path);
+  const std::string &getLibrary() const { return m_library; }
+  const std::string &getBoardName() const { return m_boardName; }
+  const std::string &getVersion() const { return m_version; }
+  const std::string &getBoardRevision() const { return m_boardRevision; }
+  /// Legacy identity: vendor, library, board name and board revision,
+  /// lower-cased, and their joined form.
+  void setVLNV(const std::string &vendor, const std::string &library, const std::string &name,
+               const std::string &version);
+  /// \p family is the fourth text.
+  void setBoardDetails(const std::string &a, const std::string &b, const std::string &c,
+                       const std::string &family);
+  const std::string &getFamily() const { return m_family; }
+  bool getFamily(std::string &out) const;
+  /// The legacy single JTAG position.
+  const std::string &getJtagPosition() const { return m_jtagPosition; }
+  void setJtagPosition(const std::string &position) { m_jtagPosition = position; }
+  const std::string &getSpecUrl() const { return m_specUrl; }
+  void setSpecUrl(std::string url) { m_specUrl = std::move(url); }
+  const std::string &getDisplayName() const { return m_displayName; }
+  void setDisplayName(std::string name) { m_displayName = std::move(name); }
+  const std::string &getDescription() const { return m_description; }
+  void setDescription(std::string description) { m_description = std::move(description); }
+  const std::string &getLongDesc() const { return m_longDesc; }
+  void setLongDesc(std::string description) { m_longDesc = std::move(description); }
+  /// The display name, or the full name when it is empty.
+  const std::string &getDisplayNameORVLNVName() const;
+  /// The same object, or the same full name.
+  bool equals(const HBOBoardComponent &other) const;
+
+  HBOBoard *getBoard() const { return m_board; }
+  void setBoard(HBOBoard *board) { m_board = board; }
+
+  // ---- interfaces and model ports ----
+
+  bool getBusIfByName(HBOBusIf *&out, const std::string &name) const;
+  HBOBusIf *getBusIfByName(const std::string &name) const;
+  bool getModelPortByName(HBOModelPort *&out, const std::string &name) const;
+  /// Stores \p busIf under its upper-cased name (replacing, not deleting)
+  /// and tells each model port of its port maps which interface it serves.
+  /// The model ports must be entered first.
+  void setBusIf(const std::string &name, HBOBusIf *const &busIf);
+  /// Stores under the interface's own upper-cased name, with no port work.
+  void addBoardInterface_(HBOBusIf *busIf);
+  /// Stores under the upper-cased name, replacing without deleting; the
+  /// component keeps every port given here and frees it with itself.
+  void setModelPort(const std::string &name, HBOModelPort *const &port);
+  /// Enters every port of every interface as a model port.
+  bool createModelPortsForInterfaces();
+  const std::map<std::string, HBOModelPort *> &getModelPorts() const { return m_modelPorts; }
+  /// Appends the non-null ports in name order.
+  bool getModelPortSeq(std::vector<HBOModelPort *> &out) const;
+  /// Replaces \p out by the model ports of the interface's port maps.
+  bool getModelPortsByBusIf(std::vector<HBOModelPort *> &out, const std::string &busIfName) const;
+  /// Replaces \p out by the pins of those ports.
+  bool getPinPropsByBusIf(std::vector<HBOPinProps *> &out, const std::string &busIfName) const;
+  /// Appends all interfaces in name order, null ones included.
+  void getInterfacesVec(std::vector<HBOBusIf *> &out) const;
+  /// Appends the non-null interfaces in name order; the flag has no effect.
+  bool getBusIfSeq(std::vector<HBOBusIf *> &out, bool unused) const;
+  /// Appends the interfaces of the abstract type; comparisons ignore case,
+  /// an empty version matches any, and "clock_rtl" accepts either library.
+  bool getBusIfSeq(std::vector<HBOBusIf *> &out, const std::string &vendor,
+                   const std::string &library, const std::string &name,
+                   const std::string &version) const;
+  /// Appends the names of the interfaces whose abstract type is \p vlnv.
+  bool getBusIfSeq(std::vector<std::string> &names, const std::string &vlnv) const;
+
+  // ---- pins ----
+
+  /// Enters \p pin under its name and, below 401, in its index slot. A
+  /// former pin of that name is deleted; a former holder of the index only
+  /// loses the slot. Collisions are the reader's to report.
+  void addPin(HBOPinProps *pin);
+  /// Slots for 0 to 400; any other index walks the pins in name order.
+  HBOPinProps *getPinByIndex(int index) const;
+  HBOPinProps *findPin(const std::string &name) const;
+  int findPinIndex(const std::string &name) const;
+  const std::map<std::string, HBOPinProps *> &getPins() const { return m_pins; }
+  /// Appends the pins in name order.
+  void getPinsVec(std::vector<HBOPinProps *> &out) const;
+  /// Fills the pins of an older board's ports from the constraints file,
+  /// once. Always false: isConstraintsDataPopulated tells the outcome.
+  bool populateConstraintsData(std::string file);
+
+  // ---- owned records ----
+
+  const std::vector<HBOParameter *> &getParameters() const { return m_parameters; }
+  void getParameters(std::vector<HBOParameter *> &out) const { out = m_parameters; }
+  void addParameter(HBOParameter *parameter);
+  /// The value of the first parameter of exactly this name.
+  bool getParamValue(const std::string &name, std::string &out) const;
+  const std::vector<HBOImage *> &getImages() const { return m_images; }
+  void getImages(std::vector<HBOImage *> &out) const { out = m_images; }
+  void addImage(HBOImage *image);
+  void getComponentModes(std::vector<HBOComponentMode *> &out) const { out = m_modes; }
+  void addComponentMode(HBOComponentMode *mode);
+  void getIICPositions(std::map<int, HBOBoardCompMuxPosition *> &out) const { out = m_muxPositions; }
+  /// Enters the position under its number; one entered before under that
+  /// number is deleted.
+  void addIICPosition(HBOBoardCompMuxPosition *position);
+  void getDrivers(std::vector<HBOBoardComponentDriver *> &out) const { out = m_drivers; }
+  void addDriver(HBOBoardComponentDriver *driver);
+  const DesignConstrVec &getDesignConstrs() const { return m_designConstrs; }
+  void setDesignConstrs(const DesignConstrVec &constrs) { m_designConstrs = constrs; }
+
+  // ---- JTAG ----
+
+  /// Chain name to position.
+  void getJtagPositions(std::map<std::string, std::string> &out) const { out = m_jtagPositions; }
+  void addJtagPosition(const std::string &chain, const std::string &position);
+  /// The position on \p chain, or an empty string.
+  std::string getJtagPosition(const std::string &chain) const;
+  /// The number of positions; with exactly one, \p out gets it, else empty.
+  int getJtagPositionForSingleChain(std::string &out) const;
+
+  // ---- supported parts ----
+
+  bool hasAdditionalSupportedParts() const { return !m_additionalParts.empty(); }
+  void addAdditionalSupportedPart(const std::string &part) { m_additionalParts.push_back(part); }
+  /// Replaces \p out by the part name (with \p includeMain) and the others.
+  void getAdditionalSupportedPartNames(std::vector<std::string> &out, bool includeMain) const;
+  bool isPartNameSupported(const std::string &name) const;
+  /// Swaps \p newName with the current part; false when it is not supported.
+  bool updatePartName(const std::string &newName);
+  bool isPartUpdated() const { return m_partUpdated; }
+
+  // ---- connection sides and kinds ----
+
+  bool isConnectedToLogicOnly() const;
+  bool isConnectedToPSOnly() const;
+  bool isConnectedToPSAndLogic() const;
+  /// True without a "compatible_som_vln" parameter, else when it matches.
+  bool isCompatibleWithSomVLN(const std::string &vln) const;
+
+  /// Connector predicates: the type must be "connector" and the sub type
+  /// one of the listed words, both compared exactly.
+  bool isLPCConnector() const;
+  bool isLPCPlusConnector() const;
+  bool isHPCConnector() const;
+  bool isLPCCategoryConnector() const;
+  bool isDIMMConnector() const;
+  bool isPMODConnector() const;
+  bool isSOM240Connector() const;
+  bool isSOM480Connector() const;
+  bool isSOMCategoryConnector() const;
+  bool isDockline160Connector() const;
+  bool isConnector() const;
+
+  /// Rows naming the daughter connectors this connector is declared to fit.
+  std::vector<CompatibleConnector> getCompatibleConnectors() const {
+    return m_compatibleConnectors;
+  }
+  void addCompatibleConnector(const std::string &vendor, const std::string &boardName,
+                              const std::string &boardVersion, const std::string &connectorName);
+
+  /// Debug dump on standard output.
+  void display(int indent) const;
+
+private:
+  bool isConnectorOfSubType_(const char *subType) const;
+
+  std::string m_name;
+  std::string m_componentName;
+  std::string m_type;
+  std::string m_subType;
+  std::string m_majorGroup;
+  std::string m_pinMapFile;
+  std::string m_partName;
+  std::string m_vendorName;
+  std::string m_connectedTo;
+  std::string m_repository;
+  std::string m_isEnabled = "true";
+  bool m_userDefined = false;
+  bool m_fileParseStatus = false;
+  bool m_constraintsPopulated = false;
+  std::string m_changeLogFile;
+  std::string m_boardFile;
+  std::string m_constraintsFile;
+  std::string m_imageFile;
+  std::string m_library;
+  std::string m_boardName;
+  std::string m_version;
+  std::string m_boardRevision;
+  std::string m_legacyVlnv;
+  std::string m_boardDetail1;
+  std::string m_boardDetail2;
+  std::string m_family;
+  std::string m_boardDetail3;
+  std::string m_jtagPosition;
+  std::string m_specUrl;
+  std::string m_displayName;
+  std::string m_description;
+  std::string m_longDesc;
+  std::map<std::string, HBOModelPort *> m_modelPorts;
+  std::vector<HBOParameter *> m_parameters;
+  std::vector<HBOImage *> m_images;
+  std::vector<HBOComponentMode *> m_modes;
+  std::map<std::string, HBOBusIf *> m_interfaces;
+  std::map<std::string, HBOPinProps *> m_pins;
+  std::array<HBOPinProps *, s_pinSlots> m_pinSlots;
+  std::map<std::string, std::string> m_jtagPositions;
+  std::map<int, HBOBoardCompMuxPosition *> m_muxPositions;
+  std::vector<HBOBoardComponentDriver *> m_drivers;
+  DesignConstrVec m_designConstrs;
+  std::vector<std::string> m_additionalParts;
+  bool m_partUpdated = false;
+  std::vector<CompatibleConnector> m_compatibleConnectors;
+  HBOBoard *m_board = nullptr;
+  // Every model port that went through setModelPort, possibly more than
+  // once; freed with the component.
+  std::vector<HBOModelPort *> m_ownedModelPorts;
+};
+
+#endif

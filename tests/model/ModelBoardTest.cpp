@@ -1,0 +1,343 @@
+// The board root: identity, active part and forwarding, look-ups over
+// components and connections, and what the board frees.
+#include "HBOBoard.h"
+#include "HBOBoardBus.h"
+#include "HBOBoardBusNet.h"
+#include "HBOBoardComponent.h"
+#include "HBOBoardDB.h"
+#include "HBOBusIf.h"
+#include "HBOImage.h"
+#include "HBOIpPreset.h"
+#include "HBOJumper.h"
+#include "HBOParameter.h"
+#include "ModelTestUtil.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+HBOBoardComponent *makeComponent(const std::string &name, const std::string &type,
+                                 const std::string &subType = std::string()) {
+  auto *component = new HBOBoardComponent();
+  component->setComponentName(name);
+  component->setName("acme:big:" + name + ":1.0");
+  component->setType(type);
+  component->setSubType(subType);
+  return component;
+}
+
+HBOBoardBus *makeBus(const std::string &name, const std::string &comp1,
+                     const std::string &comp2) {
+  auto *bus = new HBOBoardBus();
+  bus->setName(name);
+  bus->setComp1(comp1);
+  bus->setComp2(comp2);
+  return bus;
+}
+
+class CountingDB : public HBOBoardDB {
+public:
+  int saves = 0;
+  HBOBoard *last = nullptr;
+
+protected:
+  void save(HBOBoard *board) override {
+    ++saves;
+    last = board;
+  }
+};
+
+} // namespace
+
+TEST(ModelBoard, NameFormsAreLowerCasedButVersionFieldKeepsCase) {
+  HBOBoard board;
+  board.setName("ACME", "Big_Board", "1.2A");
+  EXPECT_EQ(board.getVendor(), "acme");
+  EXPECT_EQ(board.getBoardName(), "big_board");
+  EXPECT_EQ(board.getVersion(), "1.2A");
+  EXPECT_EQ(board.getName(), "acme:big_board:1.2a");
+}
+
+TEST(ModelBoard, OnlyTheBoardRevisionIsTrimmed) {
+  HBOBoard board;
+  board.setCompatibleBoardRevisions({{3, " r3 "}, {1, " r1 "}});
+  EXPECT_EQ(board.getBoardRevision(), "r3");
+  std::vector<std::string> texts{"stale"};
+  board.getCompatibleBoardRevisionsAsVec(texts);
+  EXPECT_EQ(texts, (std::vector<std::string>{"{1  r1 }", "{3  r3 }"}));
+
+  board.setCompatibleBoardRevisions({});
+  EXPECT_EQ(board.getBoardRevision(), "");
+}
+
+TEST(ModelBoard, ActivePartIsFirstFpgaByName) {
+  HBOBoard board;
+  board.addBoardComponent(makeComponent("fpga_b", "fpga"));
+  board.addBoardComponent(makeComponent("chip", "chip"));
+  EXPECT_EQ(board.getActivePart()->getComponentName(), "fpga_b");
+  board.addBoardComponent(makeComponent("fpga_a", "fpga"));
+  // The cache holds until it is overwritten.
+  EXPECT_EQ(board.getActivePart()->getComponentName(), "fpga_b");
+  board.setActivePart(nullptr);
+  EXPECT_EQ(board.getActivePart()->getComponentName(), "fpga_a");
+  EXPECT_EQ(board.findFpgaComponent("fpga_b")->getComponentName(), "fpga_b");
+  EXPECT_EQ(board.findFpgaComponent("chip"), nullptr);
+  EXPECT_TRUE(board.isReferenceBoard());
+  EXPECT_FALSE(board.isDaughterBoard());
+}
+
+TEST(ModelBoard, ForwardersWithoutActivePartAreHarmless) {
+  HBOBoard board;
+  board.addBoardComponent(makeComponent("fpga", "fpga"));
+  // Forwarders read the cache only; nothing has filled it yet.
+  EXPECT_EQ(board.getLibrary(), "");
+  EXPECT_EQ(board.getPartString(), "");
+  EXPECT_FALSE(board.setPartString("xc1"));
+  EXPECT_EQ(board.getBusIfByName("anything"), nullptr);
+  EXPECT_FALSE(board.isConstraintsDataPopulated());
+  EXPECT_EQ(board.getActivePartName(), "");
+  std::vector<std::string> parts{"stale"};
+  board.getAdditionalSupportedPartNames(parts, true);
+  EXPECT_TRUE(parts.empty());
+  board.setVLNV("V", "L", "N", "R");
+  board.setBoardFile("/x/board.xml");
+  EXPECT_EQ(board.findBoardComponent("fpga")->getBoardFile(), "");
+
+  // Once cached, the same calls reach the component.
+  HBOBoardComponent *active = board.getActivePart();
+  board.setPartString("xc1");
+  board.setVLNV("V", "Lib", "N", "R");
+  board.setBoardFile("/x/board.xml");
+  EXPECT_EQ(active->getPartString(), "xc1");
+  EXPECT_EQ(board.getLibrary(), "lib");
+  EXPECT_EQ(active->getBoardFile(), "/x/board.xml");
+  EXPECT_EQ(board.getActivePartName(), "acme:big:fpga:1.0");
+  board.getAdditionalSupportedPartNames(parts, true);
+  EXPECT_EQ(parts, std::vector<std::string>{"xc1"});
+}
+
+TEST(ModelBoard, UpdateBoardPartReportsAnUnsupportedPart) {
+  HBOBoard board;
+  board.setName("acme", "big", "1.0");
+  board.addBoardComponent(makeComponent("fpga", "fpga"));
+  HBOBoardComponent *active = board.getActivePart();
+  active->setPartString("xc1");
+  active->addAdditionalSupportedPart("xc2");
+
+  modeltest::MessageRecorder recorder;
+  board.updateBoardPart("xc2");
+  EXPECT_TRUE(recorder.records.empty());
+  EXPECT_EQ(board.getPartString(), "xc2");
+  EXPECT_TRUE(board.isPartUpdated());
+
+  board.updateBoardPart("xc9");
+  ASSERT_EQ(recorder.records.size(), 1u);
+  EXPECT_EQ(recorder.records[0].key, "@49-152@%s%s");
+  EXPECT_EQ(recorder.records[0].severity, ComMsg::Error);
+  EXPECT_EQ(recorder.records[0].args[0], "xc9");
+}
+
+TEST(ModelBoard, ComponentLookupCaseRules) {
+  HBOBoard board;
+  board.addBoardComponent(makeComponent("fpga_a", "fpga"));
+  EXPECT_NE(board.getCompByName("FPGA_A"), nullptr);
+  EXPECT_EQ(board.findBoardComponent("FPGA_A"), nullptr);
+  EXPECT_EQ(board.getCompByName(""), nullptr);
+  EXPECT_EQ(board.findBoardComponent(""), nullptr);
+}
+
+TEST(ModelBoard, PresetMapsUseUpperCasedNames) {
+  HBOBoard board;
+  auto *preset = new HBOIpPreset();
+  std::vector<HBOIpPreset *> presets{preset};
+  board.setIpPreset("axi", presets);
+  board.setIpPreset("", presets);
+  ASSERT_EQ(board.getIpPresets().size(), 1u);
+  EXPECT_EQ(board.getIpPresets().count("AXI"), 1u);
+  // The same record in the other map, twice: the board frees it once.
+  board.setIpAssociatedInterface("Axi", {preset, preset});
+  EXPECT_EQ(board.getIpAssociatedInterfaces().count("AXI"), 1u);
+}
+
+TEST(ModelBoard, BusLookupsAreDirectionalWhereSaid) {
+  HBOBoard board;
+  HBOBoardComponent *a = makeComponent("a", "chip");
+  HBOBoardComponent *b = makeComponent("b", "connector", "pmod");
+  HBOBoardComponent *c = makeComponent("c", "connector", "unknown_kind");
+  board.addBoardComponent(a);
+  board.addBoardComponent(b);
+  board.addBoardComponent(c);
+  HBOBoardBus *ba = makeBus("ba", "b", "a");
+  HBOBoardBus *ac = makeBus("ac", "a", "c");
+  auto *net = new HBOBoardBusNet();
+  ba->addBoardBusNet(net);
+  board.addBus(ba);
+  board.addBus(ac);
+
+  HSTVector<HBOBoardBus *> connecting;
+  board.getBoardBusesConnectingComponents(a, b, connecting);
+  EXPECT_TRUE(connecting.empty());
+  board.getBoardBusesConnectingComponents(b, a, connecting);
+  EXPECT_EQ(connecting, HSTVector<HBOBoardBus *>{ba});
+
+  std::vector<HBOBoardBus *> buses;
+  board.getBusesOfComponent("a", buses);
+  EXPECT_EQ(buses, (std::vector<HBOBoardBus *>{ba, ac}));
+  std::vector<HBOBoardBusNet *> nets;
+  board.getNetsOfComponent("a", nets);
+  EXPECT_EQ(nets, std::vector<HBOBoardBusNet *>{net});
+
+  // The other end counts by its type alone, not by the connector predicates.
+  std::vector<HBOBoardComponent *> connectors;
+  EXPECT_TRUE(board.getConnectedConnectors(a, connectors));
+  EXPECT_EQ(connectors, (std::vector<HBOBoardComponent *>{b, c}));
+  EXPECT_FALSE(board.getConnectedConnectors(nullptr, connectors));
+
+  HSTVector<HBOBoardComponent *> list;
+  board.getConnectorsList(list);
+  EXPECT_EQ(list, HSTVector<HBOBoardComponent *>{b});
+}
+
+TEST(ModelBoard, InterfacesThroughConnectorsSkipTheActivePart) {
+  HBOBoard board;
+  HBOBoardComponent *fpga = makeComponent("fpga", "fpga");
+  HBOBoardComponent *pmod = makeComponent("pmod", "connector", "pmod");
+  board.addBoardComponent(fpga);
+  board.addBoardComponent(pmod);
+  auto *onFpga = new HBOBusIf();
+  onFpga->setName("led");
+  fpga->addBoardInterface_(onFpga);
+  auto *onPmod = new HBOBusIf();
+  onPmod->setName("gpio");
+  pmod->addBoardInterface_(onPmod);
+
+  HBOBusIf *found = nullptr;
+  EXPECT_FALSE(board.getBusIfByNameUsingConnectors(found, "led"));
+  EXPECT_TRUE(board.getBusIfByNameUsingConnectors(found, "GPIO"));
+  EXPECT_EQ(found, onPmod);
+}
+
+TEST(ModelBoard, BaseBoardOnlyCountsWhenIntegrated) {
+  HBOBoard base;
+  base.setName("acme", "base", "1.0");
+  HBOBoardComponent *baseConnector = makeComponent("fmc", "connector", "fmc_hpc");
+  base.addBoardComponent(baseConnector);
+  HBOBoard daughter;
+  daughter.setName("acme", "card", "2.0");
+  HBOBoardComponent *card = makeComponent("fmc_card", "connector", "fmc_lpc");
+  daughter.addBoardComponent(card);
+
+  HBOBoard integrated;
+  integrated.setName("acme", "combo", "1.0");
+  integrated.addBoardComponent(makeComponent("fpga", "fpga"));
+  integrated.setBaseBoard(&base);
+  integrated.addIntegratedBoardConnection("fmc", &daughter, "fmc_card");
+  EXPECT_EQ(integrated.getBaseBoard(), nullptr);
+  EXPECT_EQ(integrated.getBaseBoardName(), "combo");
+  EXPECT_EQ(integrated.getConnectorConnected(baseConnector), nullptr);
+
+  integrated.setIntegratedBoard(true);
+  EXPECT_EQ(integrated.getBaseBoard(), &base);
+  EXPECT_EQ(integrated.getBaseBoardFullName(), "acme:base:1.0");
+  EXPECT_EQ(integrated.getBaseBoardActivePartName(), "acme:base:fpga:1.0");
+  EXPECT_FALSE(integrated.isReferenceBoard());
+  EXPECT_EQ(integrated.getConnectorConnected(baseConnector), card);
+  EXPECT_TRUE(integrated.isConnectorConnected(baseConnector));
+  HSTVector<std::pair<HBOBoardComponent *, HBOBoardComponent *>> pairs;
+  integrated.getConnectedConnectors(pairs);
+  ASSERT_EQ(pairs.size(), 1u);
+  EXPECT_EQ(pairs[0], std::make_pair(baseConnector, card));
+  EXPECT_EQ(integrated.getIntegratedBoardConnectionsAsString(), "fmc acme:big:fmc_card:1.0");
+  EXPECT_EQ(integrated.getIntegratedBoardConnectionsAsStringProperty(),
+            "{fmc acme:big:fmc_card:1.0}");
+
+  HBOBoard plain;
+  EXPECT_EQ(plain.getIntegratedBoardConnectionsAsStringProperty(), "{}");
+  EXPECT_TRUE(plain.isDaughterBoard());
+}
+
+TEST(ModelBoard, ConnectionTextQuotesElementsLikeTclLists) {
+  HBOBoard daughter;
+  HBOBoardComponent *card = makeComponent("card", "connector", "pmod");
+  card->setName("has blank");
+  daughter.addBoardComponent(card);
+  HBOBoard integrated;
+  integrated.addIntegratedBoardConnection("j1", &daughter, "card");
+  integrated.addIntegratedBoardConnection("j2", &daughter, "missing");
+  EXPECT_EQ(integrated.getIntegratedBoardConnectionsAsString(), "j1 {has blank} j2 {}");
+}
+
+TEST(ModelBoard, ParamValueAndConnectedMaps) {
+  HBOBoard board;
+  board.addParameter(new HBOParameter("speed", "fast", "", "", "", ""));
+  board.addParameter(new HBOParameter("speed", "slow", "", "", "", ""));
+  std::string value = "untouched";
+  EXPECT_FALSE(board.getParamValue("SPEED", value));
+  EXPECT_EQ(value, "untouched");
+  EXPECT_TRUE(board.getParamValue("speed", value));
+  EXPECT_EQ(value, "fast");
+
+  board.addConnectedComponents("b1", "j1", "b2", "j2");
+  board.addConnectedComponents("b1", "j1", "b3", "j3");
+  EXPECT_EQ(board.getConnectedComponents().at("b1#j1"), "b3#j3");
+  board.addConnectedBoard("alias", "id1");
+  board.addConnectedBoard("alias", "id2");
+  EXPECT_EQ(board.getConnectedBoards().at("alias"), "id2");
+}
+
+TEST(ModelBoard, JumperSavesThroughTheAttachedHook) {
+  HBOBoard board;
+  auto *jumper = new HBOJumper();
+  jumper->setOwner(&board);
+  board.addJumper(jumper);
+  board.saveBoard(); // no hook: nothing happens
+
+  CountingDB db;
+  board.attach(&db);
+  jumper->setValue(false, false);
+  EXPECT_EQ(db.saves, 0);
+  EXPECT_FALSE(jumper->getDefaultValue());
+  jumper->setValue(true, true);
+  EXPECT_EQ(db.saves, 1);
+  EXPECT_EQ(db.last, &board);
+  EXPECT_TRUE(jumper->getDefaultValue());
+
+  HBOJumper orphan;
+  orphan.setValue(false, true); // no owner: nothing to save, no crash
+  EXPECT_FALSE(orphan.getDefaultValue());
+}
+
+TEST(ModelBoard, DestructionFreesEverythingItHolds) {
+  // The sanitizer run checks that this leaks nothing and frees nothing twice.
+  auto *board = new HBOBoard();
+  board->addParameter(new HBOParameter());
+  board->addJumper(new HBOJumper());
+  board->addImage(new HBOImage());
+  HBOBoardComponent *component = makeComponent("fpga", "fpga");
+  board->addBoardComponent(component);
+  HBOBoardBus *bus = makeBus("m", "fpga", "fpga");
+  bus->addBoardBusNet(new HBOBoardBusNet());
+  board->addBus(bus);
+  auto *preset = new HBOIpPreset();
+  board->setIpPreset("p", {preset, preset});
+  board->setIpAssociatedInterface("p", {preset, new HBOIpPreset()});
+  board->setPowerRails({HBOPowerRail("r", {"s"}, {"s"}, {}, false, 0)});
+  delete board;
+}
+
+TEST(ModelBoard, DisplayStartsWithTheBoardLine) {
+  HBOBoard board;
+  board.setName("acme", "big", "1.0");
+  board.addParameter(new HBOParameter("p", "v", "t", "0", "9", "false"));
+  testing::internal::CaptureStdout();
+  board.display(1);
+  const std::string text = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(text.rfind("-Board - Name: big, Fullname: acme:big:1.0, Description: , Boardfile: \n"
+                       "---Parameters:\n"
+                       "-----Parameter - Name: p, Value: v, Type: t, Min: 0, Max: 9, "
+                       "Read Only: false\n\n"
+                       "---Jumpers:\n",
+                       0),
+            0u);
+  EXPECT_NE(text.find("\nIP Associated Presets:\n"), std::string::npos);
+}

@@ -1,0 +1,219 @@
+// Interfaces, model ports, port maps and port ranges.
+#include "HBOBoard.h"
+#include "HBOBoardComponent.h"
+#include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
+#include "HBOModelPort.h"
+#include "HBOParameter.h"
+#include "HBOPinProps.h"
+#include "HBOPortMap.h"
+#include "HBOPortVector.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+TEST(ModelPortVector, WidthIsTheSameInBothDirections) {
+  HBOPortVector range;
+  int out = 42;
+  EXPECT_FALSE(range.getWidth(out));
+  EXPECT_EQ(out, -1);
+  out = 42;
+  EXPECT_FALSE(range.getLeft(out));
+  EXPECT_EQ(out, 42);
+
+  EXPECT_TRUE(range.setVec(7, 0));
+  range.getWidth(out);
+  EXPECT_EQ(out, 8);
+  EXPECT_TRUE(range.setVec(0, 7));
+  range.getWidth(out);
+  EXPECT_EQ(out, 8);
+  EXPECT_TRUE(range.setVec(3, 3));
+  range.getWidth(out);
+  EXPECT_EQ(out, 1);
+  EXPECT_FALSE(range.setVec(-1, 0));
+  EXPECT_TRUE(range.getLeft(out));
+  EXPECT_EQ(out, 3);
+}
+
+TEST(ModelPort, ScalarAndVectorShapes) {
+  HBOModelPort port;
+  int value = 0;
+  EXPECT_TRUE(port.getPortWidth(value));
+  EXPECT_EQ(value, 1);
+  EXPECT_FALSE(port.getPortVecLeft(value));
+  EXPECT_EQ(value, -1);
+
+  port.setIsVector(true);
+  port.setRange(-1, 0); // refused: the vector stays without a range
+  port.getPortWidth(value);
+  EXPECT_EQ(value, -1);
+  EXPECT_TRUE(port.populatePinProps());
+  std::vector<HBOPinProps *> records;
+  EXPECT_FALSE(port.getPortPropsSeq(records));
+
+  port.setRange(8, 1);
+  port.getPortWidth(value);
+  EXPECT_EQ(value, 8);
+  EXPECT_TRUE(port.getPortVecRight(value));
+  EXPECT_EQ(value, 1);
+}
+
+TEST(ModelPort, PopulatePinPropsIndexesFromZero) {
+  HBOModelPort vec;
+  vec.setName("d");
+  vec.setIsVector(true);
+  vec.setRange(8, 6);
+  vec.populatePinProps();
+  std::vector<HBOPinProps *> records;
+  ASSERT_TRUE(vec.getPortPropsSeq(records));
+  ASSERT_EQ(records.size(), 3u);
+  EXPECT_EQ(records[0]->getName(), "d[0]");
+  EXPECT_EQ(records[2]->getName(), "d[2]");
+  EXPECT_EQ(records[2]->getPinIndex(), 2);
+  HBOModelPort *owner = nullptr;
+  EXPECT_TRUE(records[0]->getOwnerPort(owner));
+  EXPECT_EQ(owner, &vec);
+
+  HBOModelPort scalar;
+  scalar.setName("rst");
+  scalar.populatePinProps();
+  ASSERT_TRUE(scalar.getPortPropsSeq(records));
+  ASSERT_EQ(records.size(), 1u); // replaced, not appended, on an older board
+  EXPECT_EQ(records[0]->getName(), "rst");
+  EXPECT_EQ(records[0]->getPinIndex(), -1);
+}
+
+TEST(ModelPort, PinMapOrderIsTextualAndRenamesKeepKeys) {
+  HBOBoard board;
+  board.setBoardSchemaVersion("2.0");
+  HBOBoardComponent *component = new HBOBoardComponent();
+  component->setComponentName("fpga");
+  component->setBoard(&board);
+  board.addBoardComponent(component);
+  for (const char *name : {"P2", "P10", "Q2"}) {
+    auto *pin = new HBOPinProps();
+    pin->setName(name);
+    component->addPin(pin);
+  }
+  auto *busIf = new HBOBusIf();
+  busIf->setName("bus");
+  busIf->setOwnerComponent(component);
+  component->setBusIf("bus", busIf);
+  auto *port = new HBOModelPort();
+  port->setName("data");
+  port->setOwner(busIf);
+  busIf->addPort(port);
+  component->setModelPort("data", port);
+  port->addPinPortMap("2", "P2");
+  port->addPinPortMap("10", "P10");
+  port->addPinPortMap("3", "ghost");
+
+  std::vector<HBOPinProps *> pins;
+  port->getPins(pins);
+  ASSERT_EQ(pins.size(), 2u);
+  EXPECT_EQ(pins[0]->getName(), "P10"); // "10" sorts before "2"
+  EXPECT_EQ(pins[1]->getName(), "P2");
+
+  // On a schema 2 board the sequence appends.
+  EXPECT_TRUE(port->getPortPropsSeq(pins));
+  EXPECT_EQ(pins.size(), 4u);
+
+  busIf->updatePortPinMap({{"P2", "Q2"}, {"unused", "x"}});
+  std::string pin;
+  port->getPinPort("2", pin);
+  EXPECT_EQ(pin, "Q2");
+  port->getPinPort("10", pin);
+  EXPECT_EQ(pin, "P10");
+  port->getPinPort("99", pin);
+  EXPECT_EQ(pin, "");
+}
+
+TEST(ModelBusIf, ParameterTextsFindIgnoringCaseButStoreExactly) {
+  HBOBusIf busIf;
+  std::string value = "untouched";
+  EXPECT_FALSE(busIf.getParamValue("", value));
+  EXPECT_FALSE(busIf.getParamValue("frequency", value));
+
+  busIf.addParameter(new HBOParameter("frequency", "100", "", "", "", ""));
+  EXPECT_TRUE(busIf.getParamValue("FREQUENCY", value));
+  EXPECT_EQ(value, "100");
+  EXPECT_TRUE(busIf.setParam("FREQUENCY", "200"));
+  EXPECT_FALSE(busIf.setParam("", "1"));
+  std::map<std::string, std::string> list;
+  busIf.getParamList(list);
+  EXPECT_EQ(list.size(), 2u);
+  // The walk is in key order, so the upper-case entry is met first.
+  EXPECT_TRUE(busIf.getParamValue("Frequency", value));
+  EXPECT_EQ(value, "200");
+  std::vector<HBOParameter *> parameters;
+  busIf.getParameters(parameters);
+  EXPECT_EQ(parameters.size(), 1u);
+}
+
+TEST(ModelBusIf, PortMapsAndTypeText) {
+  HBOBusIf busIf;
+  for (auto [logical, physical] : {std::pair<const char *, const char *>{"", "empty_lp"},
+                                   {"CLK_P", "clk_p"},
+                                   {"clk_p", "second"}}) {
+    HBOPortMap *portMap = new HBOPortMap();
+    portMap->setLogicalPort(logical);
+    portMap->setPhysicalPort(physical);
+    busIf.populatePortMap(portMap);
+  }
+  std::string physical = "untouched";
+  EXPECT_FALSE(busIf.getPPortByLPort("", physical));
+  EXPECT_EQ(physical, "untouched");
+  EXPECT_TRUE(busIf.getPPortByLPort("clk_P", physical));
+  EXPECT_EQ(physical, "clk_p");
+  EXPECT_FALSE(busIf.getPPortByLPort("clk_n", physical));
+  std::vector<std::string> ports{"kept"};
+  busIf.getPhysicalPortSeq(ports);
+  EXPECT_EQ(ports, (std::vector<std::string>{"kept", "empty_lp", "clk_p", "second"}));
+  EXPECT_EQ(busIf.getPortMapSize(), 3u);
+
+  busIf.setAbstractTypeVendor("quarnel-ip");
+  busIf.setAbstractTypeLibrary("interface");
+  busIf.setAbstractTypeName("gpio_rtl");
+  busIf.setAbstractTypeVersion("1.0");
+  std::string vlnv;
+  busIf.getAbstractTypeVLNV(vlnv, ":");
+  EXPECT_EQ(vlnv, "quarnel-ip:interface:gpio_rtl:1.0");
+  EXPECT_EQ(busIf.getIsEnabled(), "true");
+}
+
+TEST(ModelBusIf, OwnsPreferencesAndPortMapsButNotPorts) {
+  auto port = std::make_unique<HBOModelPort>();
+  port->setName("p");
+  {
+    HBOBusIf busIf;
+    busIf.addPort(port.get());
+    auto *preference = new HBOBusIfPreference();
+    busIf.setPreferences(preference);
+    busIf.setPreference(preference);
+    busIf.addJumper("j1", true);
+    busIf.addJumper("j1", false);
+    EXPECT_FALSE(busIf.getJumpers().at("j1"));
+    EXPECT_EQ(busIf.getPortMaps().at("p"), port.get());
+  }
+  EXPECT_EQ(port->getName(), "p");
+}
+
+TEST(ModelBusIf, DisplayPrintsTheFixedPreferredIpText) {
+  HBOBusIf busIf;
+  busIf.setName("leds");
+  busIf.setInterfaceMode("master");
+  busIf.setOfComponent("led_chip");
+  HBOModelPort port;
+  port.setName("led");
+  port.setOwnerBusIf("leds", "TRI_O");
+  port.addPinPortMap("0", "A1");
+  busIf.addPort(&port);
+  testing::internal::CaptureStdout();
+  busIf.display(0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "Interface - Name:leds, Mode:master, VLNV::::, Preferred IP:TBD, "
+            "Of Component:led_chip Preset Proc:\n--Ports:\n"
+            "----Port - Logical Name: TRI_O, Physical Name: led, Direction: , Left: -1, "
+            "Right: -1, Width: 1\n------Port Index: 0, FPGA Pin: A1\n");
+}

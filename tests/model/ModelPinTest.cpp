@@ -1,0 +1,177 @@
+// Pin records: the port property semantics behind the compact storage, IO
+// bank properties, and copying properties between pins.
+#include "HBOPinProps.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+TEST(ModelPin, PropertyNamesAreLowerCasedOnTheWayIn) {
+  HBOPinProps pin;
+  pin.setPortProp("IOSTANDARD", "LVDS");
+  std::string out;
+  pin.getPinIOStandard(out);
+  EXPECT_EQ(out, "LVDS");
+  pin.setPinIOStandard("SSTL12");
+  EXPECT_EQ(pin.getPortProps(), (HBOPinProps::StringMap{{"iostandard", "SSTL12"}}));
+  EXPECT_EQ(pin.getPortProp("IoStandard"), "SSTL12");
+}
+
+TEST(ModelPin, AskingForAPropertyCreatesAnEmptyEntry) {
+  HBOPinProps pin;
+  std::string out = "untouched";
+  pin.getPinIOStandard(out);
+  pin.getPortProp_("pull_type", out);
+  EXPECT_EQ(out, "untouched");
+  EXPECT_TRUE(pin.getPortProps().empty());
+
+  EXPECT_EQ(pin.getPortProp("Vendor_Specific"), "");
+  EXPECT_EQ(pin.getPortProp("slew"), "");
+  EXPECT_EQ(pin.getPortProps(),
+            (HBOPinProps::StringMap{{"slew", ""}, {"vendor_specific", ""}}));
+  pin.getPinSlew(out);
+  EXPECT_EQ(out, ""); // present now, so the out-argument is written
+
+  // The reference refers to the stored value.
+  pin.getPortProp("drive") = "12";
+  EXPECT_EQ(pin.getPinDrive(), "12");
+  pin.getPortProp("vendor_specific") = "yes";
+  pin.getPortProp_("VENDOR_SPECIFIC", out);
+  EXPECT_EQ(out, "yes");
+}
+
+TEST(ModelPin, AllKnownNamesSetEmptyStayVisible) {
+  // What a reader does for every pin: all names, mostly empty values.
+  HBOPinProps pin;
+  for (const std::string &name : HBOPinProps::getPortPropNames())
+    pin.setPortProp(name, name == "iostandard" ? "LVCMOS33" : "");
+  const HBOPinProps::StringMap props = pin.getPortProps();
+  ASSERT_EQ(props.size(), 16u);
+  EXPECT_EQ(props.at("iostandard"), "LVCMOS33");
+  EXPECT_EQ(props.at("pcb_max_delay"), "");
+  // Overwriting a value with an empty one keeps the entry.
+  pin.setPinIOStandard("");
+  EXPECT_EQ(pin.getPortProps().size(), 16u);
+  EXPECT_EQ(pin.getPortProps().at("iostandard"), "");
+  EXPECT_EQ(HBOPinProps::getPortPropNames().front(), "diff_term");
+  EXPECT_EQ(HBOPinProps::getPortPropNames().back(), "pcb_max_delay");
+}
+
+TEST(ModelPin, ManyUnknownNamesAreKeptApart) {
+  // More names than fit the presence mask go through the value list alone.
+  HBOPinProps pin;
+  for (int i = 0; i < 80; ++i)
+    pin.setPortProp("extra_" + std::to_string(i), i % 2 ? std::to_string(i) : "");
+  const HBOPinProps::StringMap props = pin.getPortProps();
+  ASSERT_EQ(props.size(), 80u);
+  EXPECT_EQ(props.at("extra_79"), "79");
+  EXPECT_EQ(props.at("extra_78"), "");
+  HBOPinProps other;
+  std::string out = "untouched";
+  other.getPortProp_("extra_79", out);
+  EXPECT_EQ(out, "untouched");
+}
+
+TEST(ModelPin, NameTableIsSafeAcrossThreads) {
+  auto work = [](int base) {
+    HBOPinProps pin;
+    for (int i = 0; i < 200; ++i)
+      pin.setPortProp("threaded_" + std::to_string((base + i) % 50), "v");
+    return pin.getPortProps().size();
+  };
+  std::size_t a = 0, b = 0;
+  std::thread t1([&] { a = work(0); });
+  std::thread t2([&] { b = work(25); });
+  t1.join();
+  t2.join();
+  EXPECT_EQ(a, 50u);
+  EXPECT_EQ(b, 50u);
+}
+
+TEST(ModelPin, IOBankPropertiesKeepCaseButFindIgnoringIt) {
+  HBOPinProps pin;
+  EXPECT_FALSE(pin.setIOBankProperty("", "x"));
+  EXPECT_EQ(pin.getIOBankPropertyValue("vcco"), "");
+  EXPECT_TRUE(pin.setIOBankProperty("VCCO", "1.8"));
+  EXPECT_TRUE(pin.setIOBankProperty("vcco", "3.3"));
+  EXPECT_EQ(pin.getIOBankPropertyValue("Vcco"), "1.8"); // "VCCO" sorts first
+  EXPECT_EQ(pin.getIOBankPropertyValue(""), "");
+  HBOPinProps::StringMap list{{"stale", "x"}};
+  EXPECT_TRUE(pin.getIOBankPropertyList(list));
+  EXPECT_EQ(list, (HBOPinProps::StringMap{{"VCCO", "1.8"}, {"vcco", "3.3"}}));
+}
+
+TEST(ModelPin, CopyIOPropertiesTakesOnlyWhatIsFilled) {
+  HBOPinProps target;
+  target.setPinLoc("A1");
+  target.setPinSlew("SLOW");
+  target.setPinDrive("8");
+  target.setGtLoc("GT0");
+  target.setIOBankProperty("vcco", "1.8");
+
+  HBOPinProps source;
+  source.setPinSlew("FAST");
+  source.setPinDrive("");
+  source.setPortProp("custom", "c");
+  source.setPinInternalVref("0.9");
+  source.setIOBankProperty("vcco", "");
+  source.setIOBankProperty("vref", "0.75");
+  target.copyIOPropertiesFrom(source);
+
+  EXPECT_EQ(target.getPinLoc(), "A1");
+  EXPECT_EQ(target.getPinSlew(), "FAST");
+  EXPECT_EQ(target.getPinDrive(), "8");
+  EXPECT_EQ(target.getPortProps().at("custom"), "c");
+  std::string vref;
+  target.getPinInternalVref(vref);
+  EXPECT_EQ(vref, "0.9");
+  EXPECT_EQ(target.getGtLoc(), "GT0");
+  EXPECT_EQ(target.getIOBankPropertyValue("vcco"), "1.8");
+  EXPECT_EQ(target.getIOBankPropertyValue("vref"), "0.75");
+}
+
+TEST(ModelPin, SetPropStoresAllTenNamesAndUpperCasesTheLocation) {
+  HBOPinProps pin;
+  pin.setProp(3, nullptr, "d[3]", "ab12", "TRUE", "", "LVDS", "", "", "", "", "", "", "");
+  EXPECT_EQ(pin.getPinLoc(), "AB12");
+  EXPECT_TRUE(pin.hasPinLoc());
+  EXPECT_EQ(pin.getPinIndex(), 3);
+  EXPECT_EQ(pin.getPortProps().size(), 10u);
+  EXPECT_EQ(pin.getPinDiffTerm(), "TRUE");
+  HBOModelPort *port = nullptr;
+  EXPECT_FALSE(pin.getOwnerPort(port));
+}
+
+TEST(ModelPin, InterfacePortMapAndGroupings) {
+  HBOPinProps pin;
+  pin.addIntfPortMap("ddr", "dq");
+  pin.addIntfPortMap("ddr", "dqs");
+  pin.addIntfPortMap("cfg", "d0");
+  EXPECT_EQ(pin.getIntfPortMap(), (HBOPinProps::StringMap{{"cfg", "d0"}, {"ddr", "dqs"}}));
+  EXPECT_EQ(pin.getPortForInterface("DDR"), "");
+  EXPECT_EQ(pin.getPortForInterface("ddr"), "dqs");
+  pin.addPartOf({{"group", "g1"}});
+  ASSERT_EQ(pin.getPartOf().size(), 1u);
+  EXPECT_EQ(pin.getPartOf()[0].at("group"), "g1");
+}
+
+TEST(ModelPin, StaysCompact) {
+  // Thousands of boards with a thousand pins each: a per-pin std::map for
+  // the properties would blow this budget.
+  EXPECT_LE(sizeof(HBOPinProps), 256u);
+}
+
+TEST(ModelPin, DisplayShowsTheMainPropertiesFirst) {
+  HBOPinProps pin;
+  pin.setName("A1");
+  pin.setPinIndex(4);
+  pin.setPinLoc("A1");
+  pin.setPinIOStandard("LVCMOS18");
+  pin.setPortProp("pull_type", "PULLUP");
+  pin.setIOBankProperty("vcco", "1.8");
+  testing::internal::CaptureStdout();
+  pin.display(2);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "--Pin - index:4, name:A1, iostd:LVCMOS18, loc:A1, drive:, slew:, diff_term:, "
+            "pull_type:PULLUP, iobank.vcco:1.8\n");
+}

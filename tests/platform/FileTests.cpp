@@ -1,0 +1,219 @@
+#include "HSTStringUtils.h"
+#include "HUTEnv.h"
+#include "HUTFile.h"
+#include "HUTFileUtils.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <unistd.h>
+
+using testsupport::TempDir;
+using testsupport::writeFile;
+using Status = HUTFile::Status;
+
+// --- HUTFile ---------------------------------------------------------------
+
+TEST(HUTFile, StatusOfEveryKindOfPath) {
+  TempDir dir;
+  writeFile(dir.file("f.xml"), "x");
+  ASSERT_EQ(::symlink("f.xml", dir.file("link").c_str()), 0);
+  ASSERT_EQ(::symlink("nowhere", dir.file("dangling").c_str()), 0);
+  ASSERT_EQ(::symlink("loop2", dir.file("loop1").c_str()), 0);
+  ASSERT_EQ(::symlink("loop1", dir.file("loop2").c_str()), 0);
+
+  EXPECT_EQ(HUTFile::status(dir.file("f.xml")), Status::Regular);
+  EXPECT_EQ(HUTFile::status(dir.file("link")), Status::Regular);
+  EXPECT_EQ(HUTFile::status(dir.path()), Status::Directory);
+  EXPECT_EQ(HUTFile::status(dir.file("missing")), Status::NotFound);
+  EXPECT_EQ(HUTFile::status(dir.file("dangling")), Status::NotFound);
+  EXPECT_EQ(HUTFile::status(dir.file("f.xml/below")), Status::NotFound);
+  EXPECT_EQ(HUTFile::status(""), Status::NotFound);
+  EXPECT_EQ(HUTFile::status("/dev/null"), Status::Other);
+  EXPECT_EQ(HUTFile::status(dir.file("loop1")), Status::Error);
+  EXPECT_EQ(HUTFile::status(dir.path() + "/" + std::string(5000, 'n')), Status::Error);
+
+  EXPECT_TRUE(HUTFile::exists(dir.file("f.xml")));
+  EXPECT_TRUE(HUTFile::exists("/dev/null"));
+  EXPECT_FALSE(HUTFile::exists(dir.file("loop1")));
+  EXPECT_FALSE(HUTFile::exists(dir.file("missing")));
+  EXPECT_TRUE(HUTFile::isRegularFile(dir.file("link")));
+  EXPECT_FALSE(HUTFile::isRegularFile(dir.path()));
+  EXPECT_TRUE(HUTFile::isDirectory(dir.path()));
+  EXPECT_FALSE(HUTFile::isDirectory(dir.file("f.xml")));
+}
+
+TEST(HUTFile, PathPieces) {
+  EXPECT_EQ(HUTFile::parentPath("x"), "");
+  EXPECT_EQ(HUTFile::parentPath("./x"), ".");
+  EXPECT_EQ(HUTFile::parentPath("/x"), "/");
+  EXPECT_EQ(HUTFile::parentPath("a/b/board.xml"), "a/b");
+  EXPECT_EQ(HUTFile::parentPath(""), "");
+  EXPECT_EQ(HUTFile::fileName("a/b/board.xml"), "board.xml");
+  EXPECT_EQ(HUTFile::fileName("board.xml"), "board.xml");
+  EXPECT_EQ(HUTFile::join("", "part0_pins.xml"), "part0_pins.xml");
+  EXPECT_EQ(HUTFile::join("a/b", "part0_pins.xml"), "a/b/part0_pins.xml");
+}
+
+// --- HUTFileUtils ----------------------------------------------------------
+
+TEST(HUTFileUtils, FindFilesWalksTheWholeTreeInOrder) {
+  TempDir dir;
+  writeFile(dir.file("z/board.xml"), "");
+  writeFile(dir.file("a/b/c/d/board.xml"), "");
+  writeFile(dir.file("board.xml"), "");
+  writeFile(dir.file("a/Board.xml"), "");     // other case: not a match
+  writeFile(dir.file("a/board.xml.bak"), ""); // other name
+  writeFile(dir.file("dir/board.xml/inner"), ""); // a directory of that name
+  writeFile(dir.file("target/board.xml"), "");
+  ASSERT_EQ(::symlink("../../target/board.xml", dir.file("a/b/board.xml").c_str()), 0);
+  ASSERT_EQ(::symlink("..", dir.file("a/up").c_str()), 0); // a loop if followed
+
+  std::vector<std::string> found = HUTFileUtils::findFiles(dir.path(), "board.xml");
+  std::vector<std::string> expected = {dir.file("a/b/board.xml"), dir.file("a/b/c/d/board.xml"),
+                                       dir.file("board.xml"), dir.file("target/board.xml"),
+                                       dir.file("z/board.xml")};
+  EXPECT_EQ(found, expected);
+
+  EXPECT_TRUE(HUTFileUtils::findFiles(dir.file("missing"), "board.xml").empty());
+  EXPECT_TRUE(HUTFileUtils::findFiles(dir.file("board.xml"), "board.xml").empty());
+  EXPECT_TRUE(HUTFileUtils::findFiles("", "board.xml").empty());
+}
+
+TEST(HUTFileUtils, UnreadableSubdirectoryIsSkipped) {
+  if (::geteuid() == 0)
+    GTEST_SKIP() << "permissions do not bind root";
+  TempDir dir;
+  writeFile(dir.file("open/board.xml"), "");
+  writeFile(dir.file("closed/board.xml"), "");
+  ASSERT_EQ(::chmod(dir.file("closed").c_str(), 0), 0);
+  std::vector<std::string> found = HUTFileUtils::findFiles(dir.path(), "board.xml");
+  ::chmod(dir.file("closed").c_str(), 0755);
+  EXPECT_EQ(found, std::vector<std::string>{dir.file("open/board.xml")});
+}
+
+TEST(HUTFileUtils, ReadFileAndCanonical) {
+  TempDir dir;
+  std::string bytes("a\0b\r\n\xff", 6);
+  writeFile(dir.file("sub/data.bin"), bytes);
+  std::string out, error;
+  ASSERT_TRUE(HUTFileUtils::readFile(dir.file("sub/data.bin"), out, &error));
+  EXPECT_EQ(out, bytes);
+
+  out = "stale";
+  EXPECT_FALSE(HUTFileUtils::readFile(dir.file("missing"), out, &error));
+  EXPECT_TRUE(out.empty());
+  EXPECT_FALSE(error.empty());
+  EXPECT_FALSE(HUTFileUtils::readFile(dir.path(), out, nullptr));
+
+  std::string real = HUTFileUtils::canonical(dir.path());
+  EXPECT_EQ(HUTFileUtils::canonical(dir.file("sub/../sub/./data.bin")), real + "/sub/data.bin");
+  EXPECT_EQ(HUTFileUtils::canonical(dir.file("nope/../x")), dir.file("nope/../x"));
+  EXPECT_EQ(HUTFileUtils::canonical(""), "");
+}
+
+// --- HSTStringUtils --------------------------------------------------------
+
+TEST(HSTStringUtils, CaseAndWhiteSpaceAreAscii) {
+  using namespace HSTStringUtils;
+  EXPECT_TRUE(iequals("Part0_Pins.XML", "part0_pins.xml"));
+  EXPECT_FALSE(iequals("abc", "abcd"));
+  EXPECT_FALSE(iequals("a", "b"));
+  EXPECT_TRUE(iequals("", ""));
+  // Bytes outside ASCII are left alone, whatever the locale would say.
+  EXPECT_EQ(toLower("Ä-BoArD\xC9"), "Ä-board\xC9");
+  EXPECT_EQ(toUpper("ä-bOaRd\xE9"), "ä-BOARD\xE9");
+  EXPECT_FALSE(iequals("\xC9", "\xE9"));
+
+  EXPECT_EQ(trim(" \t\r\n\v\f value  x \n"), "value  x");
+  EXPECT_EQ(trim(" \t "), "");
+  EXPECT_EQ(trim(""), "");
+  EXPECT_EQ(trim("\xA0x\xA0"), "\xA0x\xA0");
+}
+
+TEST(HSTStringUtils, SplitWithAndWithoutEmptyFields) {
+  using V = std::vector<std::string>;
+  using HSTStringUtils::split;
+  EXPECT_EQ(split("a,,b,", ",", true), (V{"a", "", "b", ""}));
+  EXPECT_EQ(split("a,,b,", ",", false), (V{"a", "b"}));
+  EXPECT_EQ(split("a, b;c", ", ;", false), (V{"a", "b", "c"}));
+  EXPECT_EQ(split("", ",", true), (V{""}));
+  EXPECT_EQ(split("", ",", false), V{});
+  EXPECT_EQ(split(",", ",", true), (V{"", ""}));
+  EXPECT_EQ(split("abc", "", true), (V{"abc"}));
+  EXPECT_EQ(split("xilinx.com:kcu105:part0:1.1", ":", false).size(), 4u);
+}
+
+TEST(HSTStringUtils, AffixesAndReplace) {
+  using namespace HSTStringUtils;
+  EXPECT_TRUE(startsWith("board.xml", ""));
+  EXPECT_TRUE(startsWith("board.xml", "board"));
+  EXPECT_FALSE(startsWith("bo", "board"));
+  EXPECT_TRUE(endsWith("board.xml", ".xml"));
+  EXPECT_FALSE(endsWith("xml", "board.xml"));
+  EXPECT_TRUE(endsWith("", ""));
+
+  EXPECT_EQ(replaceAll("aaa", "aa", "b"), "ba");
+  EXPECT_EQ(replaceAll("a.b.c", ".", "::"), "a::b::c");
+  EXPECT_EQ(replaceAll("aXa", "a", "aa"), "aaXaa");
+  EXPECT_EQ(replaceAll("abc", "", "x"), "abc");
+  EXPECT_EQ(replaceAll("abc", "b", ""), "ac");
+}
+
+// --- HUTEnv ----------------------------------------------------------------
+
+namespace {
+
+// Sets or unsets an environment variable and puts it back at the end.
+class ScopedEnv {
+public:
+  ScopedEnv(const char *name, const char *value) : m_name(name) {
+    if (const char *old = std::getenv(name)) {
+      m_had = true;
+      m_old = old;
+    }
+    if (value)
+      ::setenv(name, value, 1);
+    else
+      ::unsetenv(name);
+  }
+  ~ScopedEnv() {
+    if (m_had)
+      ::setenv(m_name, m_old.c_str(), 1);
+    else
+      ::unsetenv(m_name);
+  }
+
+private:
+  const char *m_name;
+  bool m_had = false;
+  std::string m_old;
+};
+
+} // namespace
+
+TEST(HUTEnv, DataDirectoriesFromTheEnvironmentOrBuiltIn) {
+  using V = std::vector<std::string>;
+  {
+    ScopedEnv env("BOARDLIB_DATA_DIRS", "/one::/two/:");
+    EXPECT_EQ(HUTEnv::getZRTDataDirList(), (V{"/one", "/two/"}));
+  }
+  {
+    ScopedEnv env("BOARDLIB_DATA_DIRS", "/only");
+    EXPECT_EQ(HUTEnv::getZRTDataDirList(), V{"/only"});
+  }
+  for (const char *value : {static_cast<const char *>(nullptr), "", ":::"}) {
+    ScopedEnv env("BOARDLIB_DATA_DIRS", value);
+    EXPECT_EQ(HUTEnv::getZRTDataDirList(), V{BOARDLIB_DATA_DIR});
+  }
+}
+
+TEST(HUTEnv, AppRootFromTheEnvironmentOrBuiltIn) {
+  {
+    ScopedEnv env("BOARDLIB_APP_ROOT", "/opt/suite");
+    EXPECT_EQ(HUTEnv::getZRTAppRoot(), "/opt/suite");
+  }
+  ScopedEnv env("BOARDLIB_APP_ROOT", nullptr);
+  EXPECT_EQ(HUTEnv::getZRTAppRoot(), BOARDLIB_APP_ROOT);
+}

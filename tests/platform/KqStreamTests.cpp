@@ -1,0 +1,164 @@
+#include "KqStream.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <fstream>
+#include <sstream>
+
+using isl::iostreams::filtering_stream;
+using isl::iostreams::kq::is_kq_format;
+using testsupport::TempDir;
+using testsupport::writeFile;
+
+namespace {
+
+void writeGzip(const std::string &path, const std::string &content) {
+  gzFile out = gzopen(path.c_str(), "wb");
+  ASSERT_NE(out, nullptr);
+  if (!content.empty()) {
+    ASSERT_EQ(gzwrite(out, content.data(), static_cast<unsigned>(content.size())),
+              static_cast<int>(content.size()));
+  }
+  ASSERT_EQ(gzclose(out), Z_OK);
+}
+
+std::string readAll(const std::string &path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+std::vector<std::string> lines(std::istream &in) {
+  std::vector<std::string> out;
+  std::string line;
+  while (std::getline(in, line))
+    out.push_back(line);
+  return out;
+}
+
+// Big enough to cross the decoder's buffers several times, with an empty
+// line, a CR and a last line without a new line.
+std::string sampleText() {
+  std::string text = "<?xml version=\"1.0\"?>\n<board>\n\n";
+  for (int i = 0; i < 20000; ++i)
+    text += "  <pin index=\"" + std::to_string(i) + "\" loc=\"A" + std::to_string(i) + "\"/>\r\n";
+  text += "</board>";
+  return text;
+}
+
+} // namespace
+
+TEST(KqStream, ReadsLineByLineLikeThePlainFile) {
+  TempDir dir;
+  std::string text = sampleText();
+  writeFile(dir.file("plain.xml"), text);
+  writeGzip(dir.file("packed.xml"), text);
+
+  std::ifstream plain(dir.file("plain.xml"));
+  filtering_stream packed(dir.file("packed.xml"));
+  ASSERT_TRUE(packed.isOpen());
+  ASSERT_TRUE(packed.good());
+  std::vector<std::string> expected = lines(plain);
+  std::vector<std::string> got = lines(packed);
+  EXPECT_EQ(got.size(), expected.size());
+  EXPECT_TRUE(got == expected);
+  EXPECT_TRUE(packed.eof());
+  EXPECT_FALSE(packed.bad());
+  EXPECT_TRUE(packed.getError().empty());
+}
+
+TEST(KqStream, EmptyPackedFileHasNoLines) {
+  TempDir dir;
+  writeGzip(dir.file("empty.gz"), "");
+  ASSERT_TRUE(is_kq_format(dir.file("empty.gz")));
+  filtering_stream in(dir.file("empty.gz"));
+  EXPECT_TRUE(in.isOpen());
+  EXPECT_TRUE(lines(in).empty());
+  EXPECT_FALSE(in.bad());
+}
+
+TEST(KqStream, FormatIsToldByTheFirstTwoBytes) {
+  TempDir dir;
+  writeFile(dir.file("plain.xml"), "<board/>");
+  writeGzip(dir.file("packed.xml"), "<board/>");
+  writeFile(dir.file("empty"), "");
+  writeFile(dir.file("one"), "\x1f");
+  writeFile(dir.file("magic-only"), "\x1f\x8b");
+  EXPECT_FALSE(is_kq_format(dir.file("plain.xml")));
+  EXPECT_TRUE(is_kq_format(dir.file("packed.xml")));
+  EXPECT_FALSE(is_kq_format(dir.file("empty")));
+  EXPECT_FALSE(is_kq_format(dir.file("one")));
+  EXPECT_TRUE(is_kq_format(dir.file("magic-only")));
+  EXPECT_FALSE(is_kq_format(dir.file("missing")));
+  EXPECT_FALSE(is_kq_format(dir.path()));
+  EXPECT_FALSE(is_kq_format(""));
+}
+
+TEST(KqStream, UnopenableFileFailsAtOnce) {
+  TempDir dir;
+  filtering_stream in(dir.file("missing.gz"));
+  EXPECT_FALSE(in.isOpen());
+  EXPECT_TRUE(in.fail());
+  std::string line;
+  EXPECT_FALSE(std::getline(in, line));
+
+  // A directory may open, but it yields nothing and the stream goes bad.
+  filtering_stream folder(dir.path());
+  EXPECT_FALSE(std::getline(folder, line));
+  EXPECT_TRUE(folder.fail());
+}
+
+TEST(KqStream, DamagedFilesEndTheStreamWithoutCrashing) {
+  TempDir dir;
+  std::string text = sampleText();
+  writeGzip(dir.file("good.gz"), text);
+  std::string packed = readAll(dir.file("good.gz"));
+  ASSERT_GT(packed.size(), 100u);
+
+  std::string flipped = packed;
+  for (std::size_t i = packed.size() / 3; i < packed.size() / 3 + 64; ++i)
+    flipped[i] = static_cast<char>(~flipped[i]);
+  std::string badCrc = packed;
+  badCrc[badCrc.size() - 6] = static_cast<char>(~badCrc[badCrc.size() - 6]);
+
+  const std::pair<const char *, std::string> cases[] = {
+      {"truncated", packed.substr(0, packed.size() / 2)},
+      {"no-footer", packed.substr(0, packed.size() - 4)},
+      {"header-only", packed.substr(0, 10)},
+      {"magic-only", packed.substr(0, 2)},
+      {"flipped", flipped},
+      {"bad-crc", badCrc},
+      {"not-gzip", "<board/>\n"},
+  };
+  std::vector<std::string> all;
+  {
+    std::istringstream whole(text);
+    all = lines(whole);
+  }
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.first);
+    writeFile(dir.file(c.first), c.second);
+    filtering_stream in(dir.file(c.first));
+    ASSERT_TRUE(in.isOpen());
+    std::vector<std::string> got = lines(in);
+    EXPECT_TRUE(in.bad());
+    EXPECT_FALSE(in.getError().empty());
+    // Whatever came out before the damage is the real beginning.
+    ASSERT_LE(got.size(), all.size());
+    if (!got.empty() && std::string(c.first) != "flipped") {
+      EXPECT_EQ(got.front(), all.front());
+    }
+  }
+}
+
+TEST(KqStream, ExceptionsAreThrownOnlyWhenAskedFor) {
+  TempDir dir;
+  writeFile(dir.file("not-gzip"), "plain text\n");
+  filtering_stream in(dir.file("not-gzip"));
+  in.exceptions(std::ios::badbit);
+  std::string line;
+  EXPECT_ANY_THROW(std::getline(in, line));
+}

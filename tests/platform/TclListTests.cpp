@@ -1,0 +1,110 @@
+#include "HTCTaskHelpers.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <random>
+
+using testsupport::TempDir;
+using testsupport::writeFile;
+
+namespace {
+
+std::string toHex(const std::string &s) {
+  static const char digits[] = "0123456789abcdef";
+  std::string out;
+  for (unsigned char c : s) {
+    out += digits[c >> 4];
+    out += digits[c & 0xF];
+  }
+  return out;
+}
+
+std::string fromHex(const std::string &hex) {
+  std::string out;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+    out += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+  return out;
+}
+
+// Asks the real Tcl how it quotes each text as the one element of a list.
+// Texts travel as hex so that no byte is lost on the way. Empty when tclsh
+// cannot be run.
+std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
+  TempDir dir;
+  std::string input;
+  for (const std::string &t : texts)
+    input += toHex(t) + "\n";
+  writeFile(dir.file("in.txt"), input);
+  writeFile(dir.file("quote.tcl"),
+            "set f [open [lindex $argv 0]]\n"
+            "while {[gets $f hex] >= 0} {\n"
+            "  set s [encoding convertfrom iso8859-1 [binary decode hex $hex]]\n"
+            "  puts [binary encode hex [encoding convertto iso8859-1 [list $s]]]\n"
+            "}\n");
+  std::string command = "tclsh8.6 " + dir.file("quote.tcl") + " " + dir.file("in.txt") + " 2>/dev/null";
+  std::vector<std::string> out;
+  FILE *pipe = ::popen(command.c_str(), "r");
+  if (!pipe)
+    return out;
+  std::string line;
+  int c;
+  while ((c = std::fgetc(pipe)) != EOF) {
+    if (c == '\n') {
+      out.push_back(fromHex(line));
+      line.clear();
+    } else {
+      line += static_cast<char>(c);
+    }
+  }
+  if (::pclose(pipe) != 0 || out.size() != texts.size())
+    out.clear();
+  return out;
+}
+
+} // namespace
+
+TEST(TclBrace, PlainCases) {
+  using HTCTaskHelpers::brace;
+  EXPECT_EQ(brace("ddr4_sdram"), "ddr4_sdram");
+  EXPECT_EQ(brace(""), "{}");
+  EXPECT_EQ(brace("a b"), "{a b}");
+  EXPECT_EQ(brace("#x"), "{#x}");
+  EXPECT_EQ(brace("a#x"), "a#x");
+  EXPECT_EQ(brace("a{b"), "a\\{b");
+  EXPECT_EQ(brace("{a b} c"), "{{a b} c}");
+  EXPECT_EQ(brace("a\\"), "a\\\\");
+}
+
+TEST(TclBrace, QuotesExactlyAsTclDoes) {
+  std::vector<std::string> texts = {
+      "", "a", "a b", " ", "\t", "\n", "a\nb", "{", "}", "{}", "}{", "{a}", "{a", "a}", "a{b}c",
+      "{a b}", "[", "]", "a]", "a[b]", "$x", "a$", ";", "a;b", "\"", "\"a\"", "a\"b", "#",
+      "#a", "a#", "#{", "#}", "#]", "# a", "\\", "a\\", "\\a", "\\{", "\\}", "\\\\", "a\\\nb",
+      "\\\n", "{\\}", "\\{a", "a\\}", "x\\ y", "\f\v\r", "]{}", "a]{", "]\"{}", "\"{",
+      "\xC3\xA4 \xE2\x82\xAC", "\xff", std::string("a\0b", 3), "{{}}", "}}{{", "{ }", "a}{b",
+      "quarnel-ip:interface:diff_clock_rtl:1.0", "{a true}} {b false}",
+  };
+  // Random texts over the characters that matter.
+  const std::string alphabet = "ab {}[]$;\\\"#\t\n\r\f\v";
+  std::mt19937 rng(2024);
+  for (int i = 0; i < 3000; ++i) {
+    std::string t;
+    int len = static_cast<int>(rng() % 8);
+    for (int k = 0; k < len; ++k)
+      t += alphabet[rng() % alphabet.size()];
+    texts.push_back(t);
+  }
+  std::vector<std::string> expected = tclQuote(texts);
+  if (expected.empty())
+    GTEST_SKIP() << "tclsh8.6 is not available";
+  int mismatches = 0;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    std::string got = HTCTaskHelpers::brace(texts[i]);
+    if (got != expected[i] && ++mismatches <= 10)
+      ADD_FAILURE() << "text [" << texts[i] << "]: ours [" << got << "], Tcl's [" << expected[i]
+                    << "]";
+  }
+  EXPECT_EQ(mismatches, 0);
+}

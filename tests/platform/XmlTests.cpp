@@ -1,0 +1,209 @@
+#include "HXMLWInterface.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using testsupport::CollectingSink;
+using testsupport::TempDir;
+using testsupport::writeFile;
+
+TEST(Xml, AttributesByNameAndIndex) {
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer("<board vendor=\"acme\" name='b&amp;c' empty=\"\"/>", "mem"));
+  HXMLWElement *root = doc.getRootElement();
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(root->getTag(), "board");
+  EXPECT_EQ(root->getAttribute("name"), "b&c");
+  EXPECT_EQ(root->getAttribute("absent"), "");
+  EXPECT_TRUE(root->hasAttribute("empty"));
+  EXPECT_FALSE(root->hasAttribute("Vendor")); // attribute names keep their case
+
+  std::string out = "untouched";
+  EXPECT_FALSE(root->getAttribute("absent", out));
+  EXPECT_EQ(out, "untouched");
+  EXPECT_TRUE(root->getAttribute("empty", out));
+  EXPECT_EQ(out, "");
+
+  ASSERT_EQ(root->getAttributeCount(), 3u);
+  EXPECT_EQ(root->getAttributeName(0), "vendor");
+  EXPECT_EQ(root->getAttributeValue(1), "b&c");
+  EXPECT_EQ(root->getAttributeName(3), "");
+  EXPECT_EQ(root->getAttributeValue(99), "");
+}
+
+TEST(Xml, ChildrenAreElementsOnly) {
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer("<r>lead<!-- note --><a/>mid<?pi data?><b x='1'/><![CDATA[<c/>]]>tail</r>"));
+  HXMLWElement *root = doc.getRootElement();
+  ASSERT_NE(root, nullptr);
+  ASSERT_EQ(root->getChildCount(), 2u);
+  EXPECT_EQ(root->getChild(0).getTag(), "a");
+  EXPECT_EQ(root->getChild(1).getAttribute("x"), "1");
+  EXPECT_TRUE(root->getChild(2).isNull());
+  std::vector<HXMLWElement> children = root->getChildren();
+  ASSERT_EQ(children.size(), 2u);
+  EXPECT_EQ(children[1], root->getChild(1));
+  EXPECT_EQ(root->getText(), "leadmid<c/>tail");
+  EXPECT_EQ(children[0].getDocument(), &doc);
+}
+
+TEST(Xml, FindChildIgnoresCaseAndNullHandlesChainSafely) {
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer("<board><Compatible_Board_Revisions/><components><component/></components></board>"));
+  HXMLWElement *root = doc.getRootElement();
+  EXPECT_EQ(root->findChild("compatible_board_revisions").getTag(), "Compatible_Board_Revisions");
+  EXPECT_EQ(root->findChild("COMPONENTS").findChild("Component").getTag(), "component");
+
+  HXMLWElement missing = root->findChild("jumpers");
+  EXPECT_TRUE(missing.isNull());
+  EXPECT_FALSE(missing);
+  EXPECT_TRUE(missing.findChild("x").isNull());
+  EXPECT_EQ(missing.getTag(), "");
+  EXPECT_EQ(missing.getAttribute("a"), "");
+  EXPECT_EQ(missing.getChildCount(), 0u);
+  EXPECT_EQ(missing.getLine(), 0);
+}
+
+TEST(Xml, LineNumbersOfElements) {
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer("<?xml version=\"1.0\"?>\r\n"
+                                 "<board>\r\n"
+                                 "  <!-- a\r\n comment -->\r\n"
+                                 "  <a/>\r\n"
+                                 "\r\n"
+                                 "  <b\r\n      attr='1'/>\r\n"
+                                 "</board>\r\n"));
+  HXMLWElement *root = doc.getRootElement();
+  EXPECT_EQ(root->getLine(), 2);
+  EXPECT_EQ(root->getChild(0).getLine(), 5);
+  EXPECT_EQ(root->getChild(1).getLine(), 7);
+}
+
+TEST(Xml, SyntaxErrorIsReportedWithItsLine) {
+  CollectingSink sink;
+  HXMLWInterface doc;
+  EXPECT_FALSE(doc.readFromBuffer("<board>\n  <a>\n  </a>\n  <b></c>\n</board>\n", "bad.xml"));
+  EXPECT_EQ(doc.getRootElement(), nullptr);
+  EXPECT_EQ(doc.getErrorText().rfind("line 4, column ", 0), 0u) << doc.getErrorText();
+  ASSERT_EQ(sink.records.size(), 1u);
+  const ComMsgRecord &r = sink.records[0];
+  EXPECT_EQ(r.key, "@50-1@%s%d%s");
+  EXPECT_EQ(r.severity, ComMsg::Error);
+  ASSERT_EQ(r.args.size(), 3u);
+  EXPECT_EQ(r.args[0], "bad.xml");
+  EXPECT_EQ(r.args[1], "4");
+
+  // A failed read after a good one leaves no stale root behind.
+  ASSERT_TRUE(doc.readFromBuffer("<ok/>"));
+  ASSERT_NE(doc.getRootElement(), nullptr);
+  EXPECT_TRUE(doc.getErrorText().empty());
+  EXPECT_FALSE(doc.readFromBuffer("<ok>", "", false));
+  EXPECT_EQ(doc.getRootElement(), nullptr);
+  EXPECT_EQ(sink.records.size(), 1u); // report=false sends nothing
+}
+
+TEST(Xml, EmptyBinaryAndMissingFiles) {
+  CollectingSink sink;
+  TempDir dir;
+  writeFile(dir.file("empty.xml"), "");
+  HXMLWInterface doc;
+  EXPECT_FALSE(doc.readFromFile(dir.file("empty.xml")));
+  EXPECT_EQ(doc.getRootElement(), nullptr);
+
+  std::string noise;
+  std::mt19937 rng(7);
+  for (int i = 0; i < 4096; ++i)
+    noise += static_cast<char>(rng() & 0xFF);
+  noise[10] = '\0';
+  writeFile(dir.file("noise.xml"), noise);
+  EXPECT_FALSE(doc.readFromFile(dir.file("noise.xml")));
+  EXPECT_EQ(doc.getRootElement(), nullptr);
+
+  EXPECT_FALSE(doc.readFromFile(dir.file("missing.xml")));
+  EXPECT_EQ(doc.getFileName(), dir.file("missing.xml"));
+  ASSERT_EQ(sink.records.size(), 3u);
+  EXPECT_EQ(sink.records[2].key, "@50-2@%s%s");
+  EXPECT_EQ(sink.records[2].args[0], dir.file("missing.xml"));
+
+  EXPECT_FALSE(doc.readFromFile(dir.path())); // a directory is no file to read
+  EXPECT_EQ(doc.getRootElement(), nullptr);
+  ASSERT_EQ(sink.records.size(), 4u);
+  EXPECT_EQ(sink.records[3].key, "@50-2@%s%s");
+}
+
+TEST(Xml, OtherEncodingsKeepTheirLineNumbers) {
+  // Latin-1 letters take two bytes once converted; lines must not drift.
+  std::string pad(400, '\xE9');
+  std::string latin1 = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<board d=\"" + pad +
+                       "\">\n<a/>\n" + std::string(300, '\n') + "<b/>\n</board>\n";
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer(latin1));
+  HXMLWElement *root = doc.getRootElement();
+  EXPECT_EQ(root->getAttribute("d").substr(0, 4), "\xC3\xA9\xC3\xA9");
+  EXPECT_EQ(root->getChild(0).getLine(), 3);
+  EXPECT_EQ(root->getChild(1).getLine(), 304);
+
+  CollectingSink sink;
+  std::string broken = latin1.substr(0, latin1.size() - 9) + "</c>\n";
+  EXPECT_FALSE(doc.readFromBuffer(broken, "latin1.xml"));
+  ASSERT_EQ(sink.records.size(), 1u);
+  EXPECT_EQ(sink.records[0].args[1], "305");
+
+  // UTF-16 with a byte order mark.
+  std::string utf16 = "\xFF\xFE";
+  for (char c : std::string("<r>\n\n<a v='x'/></r>")) {
+    utf16 += c;
+    utf16 += '\0';
+  }
+  ASSERT_TRUE(doc.readFromBuffer(utf16));
+  EXPECT_EQ(doc.getRootElement()->getChild(0).getLine(), 3);
+  EXPECT_EQ(doc.getRootElement()->getChild(0).getAttribute("v"), "x");
+}
+
+TEST(Xml, EntitiesAreNeverExpandedNorFetched) {
+  TempDir dir;
+  writeFile(dir.file("secret.txt"), "TOP-SECRET");
+  writeFile(dir.file("evil.dtd"), "<!ENTITY leak SYSTEM \"secret.txt\">");
+  std::string text = "<?xml version=\"1.0\"?>\n"
+                     "<!DOCTYPE board SYSTEM \"evil.dtd\" [\n"
+                     "  <!ENTITY inner \"EXPANDED\">\n"
+                     "  <!ENTITY outside SYSTEM \"file://" + dir.file("secret.txt") + "\">\n"
+                     "]>\n"
+                     "<board name=\"&inner;\">&inner;|&outside;|&leak;<a/></board>\n";
+  writeFile(dir.file("board.xml"), text);
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromFile(dir.file("board.xml")));
+  HXMLWElement *root = doc.getRootElement();
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(root->getTag(), "board");
+  EXPECT_EQ(root->getAttribute("name"), "&inner;");
+  EXPECT_EQ(root->getText(), "&inner;|&outside;|&leak;");
+  EXPECT_EQ(root->getChildCount(), 1u);
+  EXPECT_EQ(root->getLine(), 6);
+}
+
+TEST(Xml, DeeplyNestedDocumentParsesWithoutRecursion) {
+  const int depth = 100000;
+  std::string text;
+  text.reserve(depth * 7);
+  for (int i = 0; i < depth; ++i)
+    text += "<a>";
+  for (int i = 0; i < depth; ++i)
+    text += "</a>";
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer(text, "deep.xml"));
+  HXMLWElement e = *doc.getRootElement();
+  int levels = 1;
+  while (e.getChildCount() == 1) {
+    e = e.getChild(0);
+    ++levels;
+  }
+  EXPECT_EQ(levels, depth);
+
+  // Unclosed at that depth: an error, not a crash.
+  CollectingSink sink;
+  EXPECT_FALSE(doc.readFromBuffer(text.substr(0, text.size() - 4), "deep.xml"));
+  EXPECT_EQ(sink.records.size(), 1u);
+}
