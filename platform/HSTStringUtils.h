@@ -25,6 +25,10 @@ bool endsWith(const std::string &text, const std::string &suffix);
 /// Every occurrence of \p from replaced by \p to, scanning left to right
 /// without rescanning replaced text. An empty \p from changes nothing.
 std::string replaceAll(std::string text, const std::string &from, const std::string &to);
+/// Appends \p text as a JSON string literal, quotes included; bytes that
+/// are no UTF-8 become U+FFFD, so the result is always valid JSON.
+void appendJsonQuoted(std::string &out, const std::string &text);
+std::string jsonQuoted(const std::string &text);
 } // namespace HSTStringUtils
 
 #endif

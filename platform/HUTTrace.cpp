@@ -1,4 +1,5 @@
 #include "HUTTrace.h"
+#include "HSTStringUtils.h"
 
 #include <atomic>
 #include <chrono>
@@ -53,96 +54,6 @@ long currentTid() {
   return tid;
 }
 
-void appendHex4(std::string &out, unsigned value) {
-  static const char digits[] = "0123456789abcdef";
-  out += "\\u";
-  for (int shift = 12; shift >= 0; shift -= 4)
-    out += digits[(value >> shift) & 0xF];
-}
-
-// The length of the valid UTF-8 sequence at \p i, or 0 for a byte that
-// starts none. JSON must be UTF-8, and file names need not be.
-std::size_t utf8Length(const std::string &s, std::size_t i) {
-  unsigned char c = static_cast<unsigned char>(s[i]);
-  std::size_t len = 0;
-  unsigned min = 0;
-  unsigned cp = 0;
-  if (c >= 0xC2 && c <= 0xDF) {
-    len = 2;
-    cp = c & 0x1F;
-    min = 0x80;
-  } else if (c >= 0xE0 && c <= 0xEF) {
-    len = 3;
-    cp = c & 0x0F;
-    min = 0x800;
-  } else if (c >= 0xF0 && c <= 0xF4) {
-    len = 4;
-    cp = c & 0x07;
-    min = 0x10000;
-  } else {
-    return 0;
-  }
-  if (i + len > s.size())
-    return 0;
-  for (std::size_t k = 1; k < len; ++k) {
-    unsigned char cc = static_cast<unsigned char>(s[i + k]);
-    if ((cc & 0xC0) != 0x80)
-      return 0;
-    cp = (cp << 6) | (cc & 0x3F);
-  }
-  if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
-    return 0;
-  return len;
-}
-
-void appendJsonString(std::string &out, const std::string &s) {
-  out += '"';
-  for (std::size_t i = 0; i < s.size();) {
-    unsigned char c = static_cast<unsigned char>(s[i]);
-    if (c < 0x80) {
-      switch (c) {
-      case '"':
-        out += "\\\"";
-        break;
-      case '\\':
-        out += "\\\\";
-        break;
-      case '\b':
-        out += "\\b";
-        break;
-      case '\f':
-        out += "\\f";
-        break;
-      case '\n':
-        out += "\\n";
-        break;
-      case '\r':
-        out += "\\r";
-        break;
-      case '\t':
-        out += "\\t";
-        break;
-      default:
-        if (c < 0x20)
-          appendHex4(out, c);
-        else
-          out += static_cast<char>(c);
-      }
-      ++i;
-      continue;
-    }
-    std::size_t len = utf8Length(s, i);
-    if (len == 0) {
-      appendHex4(out, 0xFFFD); // a byte that is no UTF-8
-      ++i;
-      continue;
-    }
-    out.append(s, i, len);
-    i += len;
-  }
-  out += '"';
-}
-
 std::string renderLocked(const TraceData &d) {
   std::string out = "{\"traceEvents\":[";
   const std::string pid = std::to_string(static_cast<long>(::getpid()));
@@ -152,15 +63,15 @@ std::string renderLocked(const TraceData &d) {
       out += ",";
     first = false;
     out += "\n{\"ph\":\"X\",\"name\":";
-    appendJsonString(out, e.name ? e.name : "");
+    HSTStringUtils::appendJsonQuoted(out, e.name ? e.name : "");
     out += ",\"ts\":" + std::to_string(e.ts);
     out += ",\"dur\":" + std::to_string(e.dur);
     out += ",\"pid\":" + pid;
     out += ",\"tid\":" + std::to_string(e.tid);
     out += ",\"args\":{";
-    appendJsonString(out, e.argName ? e.argName : "");
+    HSTStringUtils::appendJsonQuoted(out, e.argName ? e.argName : "");
     out += ":";
-    appendJsonString(out, e.argValue);
+    HSTStringUtils::appendJsonQuoted(out, e.argValue);
     out += "}}";
   }
   out += "\n],\"displayTimeUnit\":\"ms\"";

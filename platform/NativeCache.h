@@ -59,34 +59,31 @@ private:
   Invalidator m_invalidator;
 };
 
+/// The handles of objects of pointer type \p T for one language; \p Lang
+/// only tells the languages apart.
+template <typename T, typename Lang> struct native_cache_of {
+  static NativeCacheTable &table() {
+    static NativeCacheTable t;
+    return t;
+  }
+  static void insert(T object, void *handle) { table().insert(object, handle); }
+  static void *lookup(T object) { return table().lookup(object); }
+  static bool contains(T object) { return table().contains(object); }
+  static void remove(T object) { table().remove(object); }
+};
+
 } // namespace detail
 
 namespace tcltasks {
+struct TclLanguage;
 /// The Tcl handles of objects of pointer type \p T.
-template <typename T> struct native_cache {
-  static detail::NativeCacheTable &table() {
-    static detail::NativeCacheTable t;
-    return t;
-  }
-  static void insert(T object, void *handle) { table().insert(object, handle); }
-  static void *lookup(T object) { return table().lookup(object); }
-  static bool contains(T object) { return table().contains(object); }
-  static void remove(T object) { table().remove(object); }
-};
+template <typename T> struct native_cache : detail::native_cache_of<T, TclLanguage> {};
 } // namespace tcltasks
 
 namespace pyinfra {
+struct PythonLanguage;
 /// The Python handles of objects of pointer type \p T.
-template <typename T> struct py_native_cache {
-  static detail::NativeCacheTable &table() {
-    static detail::NativeCacheTable t;
-    return t;
-  }
-  static void insert(T object, void *handle) { table().insert(object, handle); }
-  static void *lookup(T object) { return table().lookup(object); }
-  static bool contains(T object) { return table().contains(object); }
-  static void remove(T object) { table().remove(object); }
-};
+template <typename T> struct py_native_cache : detail::native_cache_of<T, PythonLanguage> {};
 } // namespace pyinfra
 } // namespace zeb
 

@@ -1,46 +1,15 @@
 #include "ToolSupport.h"
 #include "HPAParamMgr.h"
+#include "HSTStringUtils.h"
 
 #include <boost/filesystem.hpp>
 
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 
 namespace boardtool {
 
-std::string jsonString(const std::string &text) {
-  std::string out = "\"";
-  for (unsigned char c : text) {
-    switch (c) {
-    case '"':
-      out += "\\\"";
-      break;
-    case '\\':
-      out += "\\\\";
-      break;
-    case '\n':
-      out += "\\n";
-      break;
-    case '\r':
-      out += "\\r";
-      break;
-    case '\t':
-      out += "\\t";
-      break;
-    default:
-      if (c < 0x20) {
-        char buf[8];
-        std::snprintf(buf, sizeof buf, "\\u%04x", c);
-        out += buf;
-      } else {
-        out += static_cast<char>(c);
-      }
-    }
-  }
-  out += '"';
-  return out;
-}
+std::string jsonString(const std::string &text) { return HSTStringUtils::jsonQuoted(text); }
 
 std::string absolutePath(const std::string &path) {
   boost::system::error_code ec;

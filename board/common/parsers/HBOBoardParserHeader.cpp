@@ -27,6 +27,31 @@ const char kNullRoot[] = "Root XML element is NULL";
 // not exhaust the stack.
 const int kMaxHierDepth = 256;
 
+void appendHierName(std::string &out, const HXMLWElement &element, int depth) {
+  if (depth == 0)
+    out += ' ';
+  out += element.getAttribute("name");
+  out += ' ';
+}
+
+// Children of a hierarchical parameter as a Tcl list: each braced, and the
+// whole braced again when there is more than one.
+template <typename Recurse>
+void appendHierChildren(std::string &out, const HXMLWElement &element, Recurse recurse) {
+  std::vector<HXMLWElement> children = element.getChildren();
+  if (children.size() > 1)
+    out += '{';
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    if (i)
+      out += ' ';
+    out += '{';
+    recurse(children[i]);
+    out += '}';
+  }
+  if (children.size() > 1)
+    out += '}';
+}
+
 } // namespace
 
 bool HBOBoardParser::readVlnv(HXMLWElement *root, std::string &error) {
@@ -246,52 +271,26 @@ bool HBOBoardParser::readHierParam(HXMLWElement *element, std::string &out) {
 bool HBOBoardParser::readHierParamRec_(HXMLWElement *element, std::string &out, int depth) {
   if (!element || depth > kMaxHierDepth)
     return false;
-  if (depth == 0)
-    out += ' ';
-  out += element->getAttribute("name");
-  out += ' ';
-  if (element->isTagExactly("user_parameter")) {
+  appendHierName(out, *element, depth);
+  if (element->isTagExactly("user_parameter"))
     out += element->getAttribute("value");
-  } else if (element->isTagExactly("user_hier_parameter")) {
-    std::vector<HXMLWElement> children = element->getChildren();
-    if (children.size() > 1)
-      out += '{';
-    for (std::size_t i = 0; i < children.size(); ++i) {
-      if (i)
-        out += ' ';
-      out += '{';
-      readHierParamRec_(&children[i], out, depth + 1);
-      out += '}';
-    }
-    if (children.size() > 1)
-      out += '}';
-  }
+  else if (element->isTagExactly("user_hier_parameter"))
+    appendHierChildren(out, *element, [&](HXMLWElement &child) {
+      readHierParamRec_(&child, out, depth + 1);
+    });
   return true;
 }
 
 bool HBOBoardParser::readHierParamRecOld_(HXMLWElement *element, std::string &out, int depth) {
   if (!element || depth > kMaxHierDepth)
     return false;
-  if (depth == 0)
-    out += ' ';
-  out += element->getAttribute("name");
-  out += ' ';
-  if (element->getAttribute("value_type") == "hier") {
-    std::vector<HXMLWElement> children = element->getChildren();
-    if (children.size() > 1)
-      out += '{';
-    for (std::size_t i = 0; i < children.size(); ++i) {
-      if (i)
-        out += ' ';
-      out += '{';
-      readHierParamRecOld_(&children[i], out, depth + 1);
-      out += '}';
-    }
-    if (children.size() > 1)
-      out += '}';
-  } else {
+  appendHierName(out, *element, depth);
+  if (element->getAttribute("value_type") == "hier")
+    appendHierChildren(out, *element, [&](HXMLWElement &child) {
+      readHierParamRecOld_(&child, out, depth + 1);
+    });
+  else
     out += element->getAttribute("value");
-  }
   return true;
 }
 
