@@ -560,3 +560,5 @@ void HBOBoard::display(int indent) const {
     }
   }
 }
+
+void HBOBoard::updateEnablement() {}

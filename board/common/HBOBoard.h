@@ -261,6 +261,10 @@ public:
   /// Debug dump on standard output.
   void display(int indent) const;
 
+  /// Recomputes what the jumpers enable: the is-enabled texts of every
+  /// connection, net, component, interface and component mode.
+  void updateEnablement();
+
 private:
   bool m_userDefined = false;
   std::string m_changeLogFile;

@@ -147,8 +147,7 @@ bool HBOBoardParser::parse(const std::string &fileName) {
     return false;
   if (!readConnections(root, error))
     return false;
-  // The enablement of jumpers, interfaces and connections is computed here
-  // once its engine exists.
+  m_board->updateEnablement();
   if (!validateNecessaryParameters())
     return false;
   if (!validateOfComponent())
@@ -157,27 +156,5 @@ bool HBOBoardParser::parse(const std::string &fileName) {
     return false;
   if (!validatePostParse())
     return false;
-  return true;
-}
-
-bool HBOBoardParser::isValidXML(const std::string &, const std::string &) { return true; }
-
-bool HBOBoardParser::readPowerRails(HXMLWElement &, std::string &) { return true; }
-
-bool HBOBoardParser::readDataProperties(HXMLWElement *root, std::string &error,
-                                        HBOBoardComponent *) {
-  if (!root) {
-    error = "HBOBoardParser::readBoardDataProperties: Root XML element is NULL";
-    return false;
-  }
-  return true;
-}
-
-bool HBOBoardParser::readIpAssociatedInterfaces(HXMLWElement *, std::string &) { return true; }
-
-bool HBOBoardParser::readConnections(HXMLWElement *, std::string &) { return true; }
-
-bool HBOBoardParser::parsePresetFile(const std::string &,
-                                     std::map<std::string, HBOIpPreset *> &) {
   return true;
 }

@@ -7,6 +7,8 @@
 #include "ComMsgMgrInstance.h"
 #include "HBOBoardComponent.h"
 
+#include <boost/any.hpp>
+
 #include <map>
 #include <string>
 #include <unordered_set>
@@ -14,6 +16,7 @@
 #include <vector>
 
 class HBOBoard;
+class HBOBoardBus;
 class HBOBusIf;
 class HBOBusIfPreference;
 class HBOComponentMode;
@@ -69,17 +72,38 @@ public:
   int convert2NonNegativeInteger(const std::string &value, const std::string &what) const;
   int convert2NonNegativeInteger(const char *value, const std::string &what) const;
 
-  // Board-level sections whose readers are not written yet; they accept
-  // their elements and read nothing.
+  // Power rails.
   bool readPowerRails(HXMLWElement &root, std::string &error);
+
+  // Data properties: a free-form tree of names and values.
   bool readDataProperties(HXMLWElement *root, std::string &error, HBOBoardComponent *component);
-  bool readIpAssociatedInterfaces(HXMLWElement *root, std::string &error);
-  bool readConnections(HXMLWElement *root, std::string &error);
+  bool readDataPropGroupsAndProps(HXMLWElement *element, std::map<std::string, boost::any> &out);
+  bool readDataPropGroup(HXMLWElement *element, std::map<std::string, boost::any> &out);
+  bool readDataProp(HXMLWElement *element, std::map<std::string, boost::any> &out);
+
+  // Presets and IP associated rules.
   bool parsePresetFile(const std::string &fileName, std::map<std::string, HBOIpPreset *> &presets);
+  bool parsePresets(const std::string &path, std::map<std::string, HBOIpPreset *> &presets);
+  bool readIpPresets(HXMLWElement *root, std::map<std::string, HBOIpPreset *> &presets,
+                     std::string &error);
+  bool readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset);
+  bool readIpAssociatedInterfaces(HXMLWElement *root, std::string &error);
+  bool readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPreset *preset);
+  bool validateAssocIntf(HBOIpPreset *preset);
+
+  // Connections.
+  bool readConnections(HXMLWElement *root, std::string &error);
+  bool readConnectionDetails(HXMLWElement *connection);
+  bool validateConnection(HBOBoardBus *bus);
 
   // Components.
   bool readComponents(HXMLWElement *root, std::string &errorText);
   bool readComponentDetails(HXMLWElement *element, HBOBoardComponent *component);
+
+  // Interfaces, port maps and component modes.
+  bool readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface);
+  bool readPortMapDetails(HXMLWElement *element, HBOModelPort *port, HBOPortMap *map);
+  bool readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode);
 
   // Pin files.
   bool parsePinFile(const std::string &fileName, std::map<std::string, HBOPinProps *> &pins,
@@ -91,13 +115,16 @@ public:
 
   // Validation.
   bool validateComponent(HBOBoardComponent *component);
+  bool validateInterface(HBOBusIf *interface);
+  bool validatePort(HBOModelPort *port, std::string ofComponent, std::string interfaceName);
+  bool validatePreferredIP(HBOBusIfPreference *preference);
   bool validateNecessaryParameters();
   bool validateOfComponent();
   bool validatePostParse() const;
 
-  // DTD validation of the checking path; not available yet, so nothing is
-  // refused here.
+  // DTD validation of the checking path.
   bool isValidXML(const std::string &fileName, const std::string &type);
+  std::string createDoctypeString(const std::string &type);
 
   // State, for callers and tests.
   HBOBoard *getBoard() const { return m_board; }
@@ -121,6 +148,8 @@ public:
   void queueFinding(const std::string &file, const std::string &text, bool tellOnly);
 
 private:
+  /// One interfaces element of a component, with its uniqueness checks.
+  bool readInterfaces_(HXMLWElement &element, HBOBoardComponent *component);
   /// The closing iterateMessages of a read, plus a debug trace of what a
   /// silent read does not tell.
   void tellQueue_(bool send);

@@ -7,6 +7,8 @@
 #include "HBOBoardComponent.h"
 #include "HBOBoardComponentDriver.h"
 #include "HBOBoardUtils.h"
+#include "HBOBusIf.h"
+#include "HBOComponentMode.h"
 #include "HBOImage.h"
 #include "HBOParameter.h"
 #include "HBOPinProps.h"
@@ -18,6 +20,7 @@
 
 #include <cctype>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <unordered_map>
 
@@ -247,8 +250,50 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
                                           row.getAttribute("board_name"),
                                           row.getAttribute("board_version"),
                                           row.getAttribute("connector_name"));
+    } else if (child.isTag("component_modes")) {
+      for (HXMLWElement &m : child.getChildren()) {
+        HBOComponentMode *mode = new HBOComponentMode();
+        mode->setOwnerComponent(component);
+        // A mode whose reading stopped early is kept as far as it got.
+        try {
+          readComponentModeDetails(&m, mode);
+        } catch (...) {
+          delete mode;
+          throw;
+        }
+        component->addComponentMode(mode);
+      }
+    } else if (child.isTag("interfaces")) {
+      if (!readInterfaces_(child, component))
+        return false;
     }
-    // Interfaces and component modes are read once their readers exist.
+  }
+  return true;
+}
+
+bool HBOBoardParser::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {
+  std::set<std::string> namesSeen, mastersSeen;
+  for (HXMLWElement &child : element.getChildren()) {
+    std::unique_ptr<HBOBusIf> intf(new HBOBusIf());
+    intf->setOwnerComponent(component);
+    bool read = readInterfacesDetails(&child, intf.get());
+    std::string name = intf->getName();
+    if (!namesSeen.insert(name).second && m_strictChecks && m_sendMessages)
+      queueMsg(false, ComMsg::Warning, "@49-146@%s", name);
+    std::string value;
+    if (intf->getParamValue("is_gt_flow_interface_master", value) &&
+        HSTStringUtils::toLower(value) == "true")
+      mastersSeen.insert(name);
+    // A master must stand before the interfaces that name it.
+    if (intf->getParamValue("gt_flow_interface_master_name", value) && !mastersSeen.count(value))
+      queueMsg(false, ComMsg::Warning, "@49-145@%s", name);
+    if (!read)
+      return false;
+    if (!validateInterface(intf.get()))
+      return false;
+    HBOBusIf *raw = intf.release();
+    component->setBusIf(name, raw);
+    m_interfaceNames.insert(name);
   }
   return true;
 }

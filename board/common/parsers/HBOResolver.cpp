@@ -1,0 +1,1 @@
+// DTD validation support (being written).
