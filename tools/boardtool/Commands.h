@@ -6,6 +6,7 @@
 
 namespace boardtool {
 extern const Command readCommand;
+extern const Command checkCommand;
 extern const Command paramsCommand;
 } // namespace boardtool
 

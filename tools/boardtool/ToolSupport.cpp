@@ -73,9 +73,20 @@ bool CommonOptions::hasFlag(const std::string &flag) const {
   return std::find(flags.begin(), flags.end(), flag) != flags.end();
 }
 
-class MessageOutput::JsonSink : public ComMsgSink {
+class MessageOutput::Sink : public ComMsgSink {
 public:
-  void receive(const ComMsgRecord &record) override { m_records.push_back(record); }
+  explicit Sink(bool json) : m_json(json) {}
+
+  void receive(const ComMsgRecord &record) override {
+    if (record.severity == ComMsg::Error || record.severity == ComMsg::CriticalWarning)
+      ++errors;
+    else if (record.severity == ComMsg::Warning)
+      ++warnings;
+    if (m_json)
+      m_records.push_back(record);
+    else
+      std::cerr << record.line << std::endl;
+  }
 
   void write(std::ostream &out) const {
     out << "[";
@@ -91,23 +102,27 @@ public:
     out << (m_records.empty() ? "]\n" : "\n]\n");
   }
 
+  bool json() const { return m_json; }
+  unsigned errors = 0, warnings = 0;
+
 private:
+  bool m_json;
   std::vector<ComMsgRecord> m_records;
 };
 
-MessageOutput::MessageOutput(bool json) {
-  if (!json)
-    return;
-  m_sink.reset(new JsonSink);
-  ComMsgMgr::setSink(m_sink.get());
-}
+MessageOutput::MessageOutput(bool json) : m_sink(new Sink(json)) { ComMsgMgr::setSink(m_sink.get()); }
 
 MessageOutput::~MessageOutput() {
-  if (!m_sink)
-    return;
   ComMsgMgr::setSink(nullptr);
-  m_sink->write(std::cerr);
+  if (m_sink->json())
+    m_sink->write(std::cerr);
 }
+
+unsigned MessageOutput::errors() const { return m_sink->errors; }
+
+unsigned MessageOutput::warnings() const { return m_sink->warnings; }
+
+void MessageOutput::resetCounts() { m_sink->errors = m_sink->warnings = 0; }
 
 int usageError(const Command &command, const std::string &text) {
   std::cerr << "boardtool " << command.name << ": " << text << "\n"

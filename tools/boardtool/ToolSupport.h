@@ -37,8 +37,9 @@ struct CommonOptions {
   bool hasFlag(const std::string &flag) const;
 };
 
-/// Collects messages while a command runs and, with JSON output, writes
-/// them to standard error as one array when it is destroyed.
+/// Takes every message while a command runs: prints it to standard error
+/// at once, or, with JSON output, writes all of them as one array when it is
+/// destroyed. Counts what it took, by severity.
 class MessageOutput {
 public:
   explicit MessageOutput(bool json);
@@ -46,9 +47,15 @@ public:
   MessageOutput(const MessageOutput &) = delete;
   MessageOutput &operator=(const MessageOutput &) = delete;
 
+  /// Errors and critical warnings since the last resetCounts.
+  unsigned errors() const;
+  /// Warnings since the last resetCounts.
+  unsigned warnings() const;
+  void resetCounts();
+
 private:
-  class JsonSink;
-  std::unique_ptr<JsonSink> m_sink;
+  class Sink;
+  std::unique_ptr<Sink> m_sink;
 };
 
 /// The text as a JSON string literal, quotes included.

@@ -8,6 +8,7 @@ namespace {
 
 const boardtool::Command *const kCommands[] = {
     &boardtool::readCommand,
+    &boardtool::checkCommand,
     &boardtool::paramsCommand,
 };
 
