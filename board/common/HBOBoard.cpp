@@ -5,7 +5,9 @@
 #include "HBOBoardBusNet.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardDB.h"
+#include "HBOBusIf.h"
 #include "HBOCommon.h"
+#include "HBOComponentMode.h"
 #include "HBOImage.h"
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
@@ -13,11 +15,53 @@
 #include "HTCTaskHelpers.h"
 #include "NativeCache.h"
 
+#include <boost/algorithm/string/classification.hpp>
+#include <boost/algorithm/string/split.hpp>
+
 #include <iostream>
 
 namespace {
 
 std::string dashes(int count) { return std::string(count > 0 ? count : 0, '-'); }
+
+// Whether an enablement expression holds for the board's jumpers. The
+// expression is a conjunction of "{jumper value}" terms; the braces carry no
+// structure, so they are dropped and the rest read as name/value pairs.
+// Gives false in \p hasTerms when nothing is left of the expression.
+bool evaluateExpression(const std::string &expression, const std::vector<HBOJumper *> &jumpers,
+                        bool &hasTerms) {
+  std::string flat;
+  flat.reserve(expression.size());
+  for (char c : expression)
+    if (c != '{' && c != '}')
+      flat += c;
+  hasTerms = !flat.empty();
+  if (!hasTerms)
+    return true;
+  // Only the blank separates; a leading blank gives an empty first token,
+  // which no reader produces.
+  std::vector<std::string> tokens;
+  boost::algorithm::split(tokens, flat, boost::algorithm::is_any_of(" "),
+                          boost::algorithm::token_compress_on);
+  bool enabled = true;
+  for (const HBOJumper *jumper : jumpers) {
+    if (!jumper)
+      continue;
+    for (std::size_t i = 0; i < tokens.size(); i += 2) {
+      if (!HBOCommon::iEquals(tokens[i], jumper->getName()))
+        continue;
+      // Only the first term of a jumper counts; a name with no value after
+      // it can match neither state.
+      const char *state = jumper->getDefaultValue() ? "true" : "false";
+      if (i + 1 >= tokens.size() || tokens[i + 1] != state)
+        enabled = false;
+      break;
+    }
+  }
+  return enabled;
+}
+
+const char *boolText(bool value) { return value ? "true" : "false"; }
 
 } // namespace
 
@@ -561,4 +605,95 @@ void HBOBoard::display(int indent) const {
   }
 }
 
-void HBOBoard::updateEnablement() {}
+std::vector<HBOIpPreset *> HBOBoard::findPresetProc(const std::string &name) const {
+  if (name.empty())
+    return {};
+  auto it = m_ipPresets.find(HBOCommon::toUpperCopy(name));
+  return it == m_ipPresets.end() ? std::vector<HBOIpPreset *>() : it->second;
+}
+
+bool HBOBoard::getIpAssocInterfaces(std::string ipInterface, std::string vlnv,
+                                    std::vector<std::string> &out) const {
+  const bool debug = ComMsgMgr::hasScope("board_intf");
+  if (debug)
+    ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board_intf",
+                             "[DBG] board: In HBOBoard::getIpAssocInterfaces for IP interface %s "
+                             "vlnv %s\n",
+                             ipInterface.c_str(), vlnv.c_str());
+  std::vector<std::string> fields;
+  boost::algorithm::split(fields, vlnv, boost::algorithm::is_any_of(":"),
+                          boost::algorithm::token_compress_on);
+  // The version is not looked at, so three fields are enough.
+  if (fields.size() < 3)
+    return false;
+  bool found = false;
+  for (const auto &entry : m_ipAssocInterfaces) {
+    for (const HBOIpPreset *record : entry.second) {
+      if (!record || !HBOCommon::iEquals(record->getName(), fields[2]) ||
+          !HBOCommon::iEquals(record->getVendor(), fields[0]) ||
+          !HBOCommon::iEquals(record->getLibrary(), fields[1]) ||
+          !HBOCommon::iEquals(record->getIpInterface(), ipInterface))
+        continue;
+      found = true;
+      // The keys of an associated-interface record are board interface names.
+      for (const auto &param : record->getParamList()) {
+        out.push_back(param.first);
+        if (debug)
+          ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board_intf",
+                                   "[DBG]   + associated board interface: %s\n",
+                                   param.first.c_str());
+      }
+    }
+  }
+  return found;
+}
+
+void HBOBoard::updateEnablement() {
+  // Connections first: the components below are judged by them.
+  for (HBOBoardBus *bus : m_buses) {
+    if (!bus)
+      continue;
+    bool hasTerms = false;
+    bool enabled = evaluateExpression(bus->getEnablementDependency(), m_jumpers, hasTerms);
+    // Without terms the connection keeps its text, but its nets are live.
+    if (hasTerms)
+      bus->setIsEnabled(boolText(enabled));
+    for (HBOBoardBusNet *net : bus->getBoardBusNets())
+      if (net)
+        net->setIsEnabled(boolText(enabled));
+  }
+
+  for (const auto &entry : m_components) {
+    HBOBoardComponent *component = entry.second;
+    if (!component)
+      continue;
+    std::vector<HBOBoardBus *> buses;
+    getBusesOfComponent(component->getComponentName(), buses);
+    bool live = false;
+    for (const HBOBoardBus *bus : buses)
+      if (HBOCommon::iEquals(bus->getIsEnabled(), "true"))
+        live = true;
+    component->setIsEnabled(boolText(live));
+
+    // An interface follows the component it leads to, as that component
+    // stands now: one later in the name order still shows its previous
+    // result, a lag the callers accept.
+    std::vector<HBOBusIf *> interfaces;
+    component->getBusIfSeq(interfaces, true);
+    for (HBOBusIf *intf : interfaces)
+      if (const HBOBoardComponent *target = getCompByName(intf->getOfComponent()))
+        intf->setIsEnabled(target->getIsEnabled());
+
+    // A mode depends on its jumpers alone, not on its component.
+    std::vector<HBOComponentMode *> modes;
+    component->getComponentModes(modes);
+    for (HBOComponentMode *mode : modes) {
+      if (!mode)
+        continue;
+      bool hasTerms = false;
+      bool enabled = evaluateExpression(mode->getEnablementDependency(), m_jumpers, hasTerms);
+      if (hasTerms)
+        mode->setIsEnabled(boolText(enabled));
+    }
+  }
+}

@@ -265,6 +265,17 @@ public:
   /// connection, net, component, interface and component mode.
   void updateEnablement();
 
+  // ---- IP association ----
+
+  /// A copy of the presets of a procedure, found ignoring case; empty for an
+  /// empty or unknown name. The records stay the board's.
+  std::vector<HBOIpPreset *> findPresetProc(const std::string &name) const;
+  /// Appends the board interfaces that the IP of \p vlnv may wire its
+  /// interface \p ipInterface to, from every matching associated-interface
+  /// record; the version is not compared. \p out is not emptied first.
+  bool getIpAssocInterfaces(std::string ipInterface, std::string vlnv,
+                            std::vector<std::string> &out) const;
+
 private:
   bool m_userDefined = false;
   std::string m_changeLogFile;

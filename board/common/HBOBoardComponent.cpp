@@ -1,6 +1,7 @@
 #include "HBOBoardComponent.h"
 
 #include "ComMsgMgr.h"
+#include "HBOBoard.h"
 #include "HBOBoardCompMuxPosition.h"
 #include "HBOBoardComponentDriver.h"
 #include "HBOBoardUtils.h"
@@ -44,8 +45,8 @@ HBOBoardComponent::~HBOBoardComponent() {
   HBOCommon::deleteDistinct(m_parameters);
   HBOCommon::deleteDistinct(m_images);
 
-  std::vector<HBOBusIf *> interfaces;
-  interfaces.reserve(m_interfaces.size());
+  std::vector<HBOBusIf *> interfaces = m_replacedInterfaces;
+  interfaces.reserve(interfaces.size() + m_interfaces.size());
   for (const auto &entry : m_interfaces)
     interfaces.push_back(entry.second);
   HBOCommon::deleteDistinct(interfaces);
@@ -176,8 +177,7 @@ bool HBOBoardComponent::getModelPortByName(HBOModelPort *&out, const std::string
 void HBOBoardComponent::setBusIf(const std::string &name, HBOBusIf *const &busIf) {
   if (!busIf || name.empty())
     return;
-  m_interfaces[toUpperCopy(name)] = busIf;
-  busIf->setOwnerComponent(this);
+  storeInterface_(toUpperCopy(name), busIf);
   std::vector<HBOPortMap *> portMaps;
   busIf->getPortMapSeq(portMaps);
   for (const HBOPortMap *portMap : portMaps) {
@@ -192,7 +192,16 @@ void HBOBoardComponent::setBusIf(const std::string &name, HBOBusIf *const &busIf
 void HBOBoardComponent::addBoardInterface_(HBOBusIf *busIf) {
   if (!busIf || busIf->getName().empty())
     return;
-  m_interfaces[toUpperCopy(busIf->getName())] = busIf;
+  storeInterface_(toUpperCopy(busIf->getName()), busIf);
+}
+
+void HBOBoardComponent::storeInterface_(const std::string &key, HBOBusIf *busIf) {
+  HBOBusIf *&slot = m_interfaces[key];
+  // A replaced interface may still be the owner its model ports name, so it
+  // lives on, out of the map, until the component goes.
+  if (slot && slot != busIf)
+    m_replacedInterfaces.push_back(slot);
+  slot = busIf;
   busIf->setOwnerComponent(this);
 }
 
@@ -316,6 +325,21 @@ bool HBOBoardComponent::getBusIfSeq(std::vector<std::string> &names,
       names.push_back(busIf->getName());
   }
   return true;
+}
+
+void HBOBoardComponent::getOfCompInterfaces(std::vector<HBOBusIf *> &out, bool fromActivePart,
+                                            HBOBoardComponent *source) const {
+  out.clear();
+  const HBOBoardComponent *from = source;
+  if (fromActivePart)
+    from = m_board ? m_board->getActivePart() : nullptr;
+  if (!from)
+    return;
+  std::vector<HBOBusIf *> interfaces;
+  from->getInterfacesVec(interfaces);
+  for (HBOBusIf *busIf : interfaces)
+    if (busIf && iEquals(busIf->getOfComponent(), m_componentName))
+      out.push_back(busIf);
 }
 
 // ---- pins ----
@@ -467,6 +491,13 @@ void HBOBoardComponent::addImage(HBOImage *image) {
 void HBOBoardComponent::addComponentMode(HBOComponentMode *mode) {
   if (mode)
     m_modes.push_back(mode);
+}
+
+void HBOBoardComponent::updateEnablementDependencyJumperName(const std::string &oldName,
+                                                             const std::string &newName) {
+  for (HBOComponentMode *mode : m_modes)
+    if (mode)
+      mode->updateEnablementDependencyJumperName(oldName, newName);
 }
 
 void HBOBoardComponent::addIICPosition(HBOBoardCompMuxPosition *position) {

@@ -143,9 +143,10 @@ public:
   bool getBusIfByName(HBOBusIf *&out, const std::string &name) const;
   HBOBusIf *getBusIfByName(const std::string &name) const;
   bool getModelPortByName(HBOModelPort *&out, const std::string &name) const;
-  /// Stores \p busIf under its upper-cased name (replacing, not deleting)
-  /// and tells each model port of its port maps which interface it serves.
-  /// The model ports must be entered first.
+  /// Stores \p busIf under its upper-cased name and tells each model port
+  /// of its port maps which interface it serves. The model ports must be
+  /// entered first. An interface replaced here leaves the map but is kept,
+  /// and freed with the component, as the ports may still name it.
   void setBusIf(const std::string &name, HBOBusIf *const &busIf);
   /// Stores under the interface's own upper-cased name, with no port work.
   void addBoardInterface_(HBOBusIf *busIf);
@@ -172,6 +173,11 @@ public:
                    const std::string &version) const;
   /// Appends the names of the interfaces whose abstract type is \p vlnv.
   bool getBusIfSeq(std::vector<std::string> &names, const std::string &vlnv) const;
+  /// Replaces \p out by the interfaces that lead to this component: those
+  /// of the board's active part (with \p fromActivePart) or of \p source
+  /// whose of_component names it, ignoring case, in name order.
+  void getOfCompInterfaces(std::vector<HBOBusIf *> &out, bool fromActivePart,
+                           HBOBoardComponent *source) const;
 
   // ---- pins ----
 
@@ -202,6 +208,9 @@ public:
   void addImage(HBOImage *image);
   void getComponentModes(std::vector<HBOComponentMode *> &out) const { out = m_modes; }
   void addComponentMode(HBOComponentMode *mode);
+  /// Renames a jumper in the expression of each mode, in mode order.
+  void updateEnablementDependencyJumperName(const std::string &oldName,
+                                            const std::string &newName);
   void getIICPositions(std::map<int, HBOBoardCompMuxPosition *> &out) const { out = m_muxPositions; }
   /// Enters the position under its number; one entered before under that
   /// number is deleted.
@@ -266,6 +275,8 @@ public:
 
 private:
   bool isConnectorOfSubType_(const char *subType) const;
+  /// Enters \p busIf under \p key, keeping the one it replaces for deletion.
+  void storeInterface_(const std::string &key, HBOBusIf *busIf);
 
   std::string m_name;
   std::string m_componentName;
@@ -317,6 +328,9 @@ private:
   // Every model port that went through setModelPort, possibly more than
   // once; freed with the component.
   std::vector<HBOModelPort *> m_ownedModelPorts;
+  // Interfaces displaced from the map by a later one of the same name;
+  // freed with the component.
+  std::vector<HBOBusIf *> m_replacedInterfaces;
 };
 
 #endif

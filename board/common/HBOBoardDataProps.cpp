@@ -1,5 +1,6 @@
 #include "HBOBoardDataProps.h"
 
+#include <cassert>
 #include <utility>
 #include <vector>
 
@@ -23,7 +24,8 @@ void flatten(const DataMap &root, StringMap &out) {
         out[key] = *text;
       else if (const DataMap *inner = boost::any_cast<DataMap>(&entry.second))
         pending.emplace_back(inner, std::move(key));
-      // Anything else cannot come from a read; such a value is passed over.
+      else // The reader stores nothing else; release builds pass it over.
+        assert(false && "a data property is neither a string nor a group");
     }
   }
 }

@@ -53,6 +53,22 @@ public:
   std::vector<ComMsgRecord> records;
 };
 
+/// The ids of what a parser queued, in queue order.
+template <typename Parser> std::vector<std::string> queuedIds(const Parser &parser) {
+  std::vector<std::string> out;
+  for (const auto &entry : parser.getMessages())
+    out.push_back(entry.first.getId());
+  return out;
+}
+
+/// Whether some queued message's text contains \p part.
+template <typename Parser> bool queuedMentions(const Parser &parser, const std::string &part) {
+  for (const auto &entry : parser.getMessages())
+    if (entry.first.getText().find(part) != std::string::npos)
+      return true;
+  return false;
+}
+
 /// Sets a parameter for the life of the object.
 class ParamScope {
 public:

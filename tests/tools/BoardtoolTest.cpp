@@ -132,3 +132,86 @@ TEST(BoardtoolUsage, HelpAndBadUsage) {
   EXPECT_NE(std::string::npos, params.out.find("board.enableSchemaV2"));
   EXPECT_EQ(std::string::npos, params.out.find("board.debugMemory")) << "hidden without --all";
 }
+
+namespace {
+
+std::string sample(const std::string &board) {
+  std::string path = BOARDLIB_SAMPLE_BOARD;
+  return path.substr(0, path.find("/falcon_eval/")) + "/" + board + "/1.0/board.xml";
+}
+
+std::size_t countOf(const std::string &text, const std::string &part) {
+  std::size_t n = 0;
+  for (std::size_t pos = 0; (pos = text.find(part, pos)) != std::string::npos; ++pos)
+    ++n;
+  return n;
+}
+
+} // namespace
+
+TEST(BoardtoolCheck, BothSampleBoardsPassWithNoFinding) {
+  Result r = boardtool("check " + sample("falcon_eval") + " " + sample("heron_adc"));
+  EXPECT_EQ(0, r.status) << r.err;
+  EXPECT_EQ("", r.err);
+  EXPECT_EQ(2u, countOf(r.out, ": passed (0 errors, 0 warnings)"));
+  EXPECT_NE(std::string::npos, r.out.find("2 of 2 files passed"));
+  // The strict checks of the newer schema, applied to the older sample too.
+  Result strict = boardtool("check --param board.enable2020Checks=true " + sample("falcon_eval"));
+  EXPECT_EQ(0, strict.status) << strict.err;
+}
+
+TEST(BoardtoolCheck, FaultyBoardsTellTheirFindingsAndFail) {
+  struct Case {
+    const char *dir;
+    const char *finding;
+  } cases[] = {
+      {"faulty_port_width", "Necessary component pins not provided for 'leds_tri_o'."},
+      {"faulty_reset_polarity", "Polarity Parameter not provided for 'reset'."},
+      {"faulty_power_phases", "[Board 49-142]"},
+      {"faulty_connection_width", "Bus width of Component1 and Component2 does not match"},
+      {"faulty_preferred_ip_vendor", "Vendor cannot be empty in preferred_ip 'gpio_ctl'."},
+      {"dup_pin_index", "[Board 49-170]"},
+      {"bad_component_type", "Component Type should be fpga/chip/connector"},
+  };
+  std::string all;
+  for (const Case &c : cases) {
+    Result r = boardtool("check " + data(std::string(c.dir) + "/board.xml"));
+    EXPECT_EQ(1, r.status) << c.dir;
+    EXPECT_NE(std::string::npos, r.err.find(c.finding)) << c.dir << "\n" << r.err;
+    EXPECT_NE(std::string::npos, r.out.find(": FAILED (")) << c.dir;
+    all += " " + data(std::string(c.dir) + "/board.xml");
+  }
+  // A clock without a frequency is told but fails nothing.
+  Result clock = boardtool("check " + data("faulty_clock_frequency/board.xml"));
+  EXPECT_EQ(0, clock.status);
+  EXPECT_NE(std::string::npos, clock.err.find("WARNING: [Board 49-153]"));
+  EXPECT_NE(std::string::npos, clock.out.find("passed (0 errors, 1 warning)"));
+
+  // Several files: one summary each, in the order given, and the total.
+  Result many = boardtool("check" + all + " " + sample("heron_adc"));
+  EXPECT_EQ(1, many.status);
+  EXPECT_EQ(8u, countOf(many.out, "board.xml: "));
+  EXPECT_NE(std::string::npos, many.out.find("1 of 8 files passed"));
+  EXPECT_LT(many.out.find("faulty_port_width"), many.out.find("heron_adc"));
+}
+
+TEST(BoardtoolCheck, DtdFindingsCarryTheLineOfTheFileOnDisk) {
+  char dir[] = "/tmp/boardtool-check-XXXXXX";
+  ASSERT_NE(nullptr, mkdtemp(dir));
+  std::string file = std::string(dir) + "/board.xml";
+  {
+    std::ofstream out(file);
+    out << "<?xml version=\"1.0\"?>\n"
+        << "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n"
+        << "  <file_version>1.0</file_version>\n"
+        << "  <gadgets/>\n"
+        << "</board>\n";
+  }
+  Result r = boardtool("check --messages=json " + file);
+  EXPECT_EQ(1, r.status);
+  EXPECT_NE(std::string::npos, r.err.find("\"id\": \"49-105\""));
+  EXPECT_NE(std::string::npos, r.err.find("\"args\": [\"" + file + "\", \"4\""))
+      << r.err;
+  EXPECT_NE(std::string::npos, r.out.find(file + ": FAILED"));
+  std::system(("rm -rf " + std::string(dir)).c_str());
+}

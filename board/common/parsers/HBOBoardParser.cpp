@@ -112,6 +112,10 @@ bool HBOBoardParser::parse(const std::string &fileName) {
   HXMLWElement *root = doc->getRootElement();
 
   std::string schema = root->getAttribute("schema_version");
+  // The file entry sets the version before it hands the file over; a caller
+  // that comes here directly, such as a checking tool, gets it from the file.
+  if (m_board->getBoardSchemaVersion().empty())
+    m_board->setBoardSchemaVersion(schema);
   if (HBOBoardUtils::isEqualOrGreater(schema, "2.2"))
     m_strictChecks = true;
   if (m_strictChecks)

@@ -1,6 +1,234 @@
-// Reader of connections (being written).
+// The reader of the connections element: each connection_map becomes a bus
+// with one net per wired pin pair. Chips and connectors have no pin file, so
+// their pins come into being here, from the index ranges.
 #include "HBOBoardParser.h"
+#include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardBus.h"
+#include "HBOBoardBusNet.h"
+#include "HBOBoardComponent.h"
+#include "HBOPinProps.h"
+#include "HSTStringUtils.h"
+#include "HXMLWElement.h"
 
-bool HBOBoardParser::readConnections(HXMLWElement *, std::string &) { return true; }
-bool HBOBoardParser::readConnectionDetails(HXMLWElement *) { return true; }
-bool HBOBoardParser::validateConnection(HBOBoardBus *) { return true; }
+#include <boost/lexical_cast.hpp>
+
+#include <cassert>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Wider than any package or connector has pins. A typo such as an end index
+// of 2000000000 would otherwise make that many pins and nets.
+const long long kMaxBusWidth = 16384;
+
+// An absent or empty delay is 0; text that is no number raises
+// boost::bad_lexical_cast, which fails the read.
+float readDelay(const HXMLWElement &element, const char *attribute) {
+  std::string text = element.getAttribute(attribute);
+  return text.empty() ? 0.0f : boost::lexical_cast<float>(text);
+}
+
+// The FPGA pin takes the I/O standard of the chip or connector pin it is
+// wired to; between two chips nothing moves.
+void carryIOStandard(const HBOBoardComponent *comp1, HBOPinProps *pin1,
+                     const HBOBoardComponent *comp2, HBOPinProps *pin2) {
+  if (!comp1 || !comp2 || !pin1 || !pin2)
+    return;
+  std::string standard2 = pin2->getPinIOStandard();
+  if (comp1->getType() == "fpga" && !standard2.empty()) {
+    pin1->setPinIOStandard(standard2);
+    return;
+  }
+  std::string standard1 = pin1->getPinIOStandard();
+  if (comp2->getType() == "fpga" && !standard1.empty())
+    pin2->setPinIOStandard(standard1);
+}
+
+// "{j1 0} {j2 1}" from the children of a jumpers element; "{}" without any.
+std::string enablementText(const HXMLWElement &jumpers) {
+  std::string text = "{";
+  for (HXMLWElement &jumper : jumpers.getChildren()) {
+    if (text.size() > 1)
+      text += "} {";
+    text += jumper.getAttribute("name");
+    text += ' ';
+    text += jumper.getText();
+  }
+  text += '}';
+  return text;
+}
+
+} // namespace
+
+bool HBOBoardParser::readConnections(HXMLWElement *root, std::string &error) {
+  if (!root) {
+    error = "Root XML element is NULL";
+    return false;
+  }
+  for (HXMLWElement &section : root->getChildren()) {
+    if (!section.isTag("connections"))
+      continue;
+    // The first connection that fails ends the reading: what follows it is
+    // not looked at.
+    for (HXMLWElement &connection : section.getChildren())
+      if (!readConnectionDetails(&connection))
+        return false;
+  }
+  return true;
+}
+
+bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
+  if (!connection || !m_board)
+    return false;
+  const std::string connectionName = connection->getAttribute("name");
+  const std::string comp1 = HSTStringUtils::toLower(connection->getAttribute("component1"));
+  const std::string comp2 = HSTStringUtils::toLower(connection->getAttribute("component2"));
+
+  for (HXMLWElement &child : connection->getChildren()) {
+    if (child.isTag("pin")) {
+      // Accepted for older files; nothing on the board comes of it.
+      (void)child.getAttribute("index");
+      (void)child.getAttribute("delay");
+      (void)child.getAttribute("iostandard");
+      continue;
+    }
+    if (!child.isTag("connection_map"))
+      continue;
+
+    const std::string mapName = child.getAttribute("name");
+    std::string c1Start, c1End, c2Start, c2End;
+    bool c1StartSet = child.getAttribute("c1_st_index", c1Start);
+    bool c1EndSet = child.getAttribute("c1_end_index", c1End);
+    bool c2StartSet = child.getAttribute("c2_st_index", c2Start);
+    bool c2EndSet = child.getAttribute("c2_end_index", c2End);
+    // Told, and the map is still read with 0 in place of what is missing.
+    if (!c1StartSet || !c1EndSet || !c2StartSet || !c2EndSet)
+      queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_board->getBoardFile(), mapName);
+
+    const float typicalDelay = readDelay(child, "typical_delay");
+    const float minDelay = readDelay(child, "min_delay");
+    const float maxDelay = readDelay(child, "max_delay");
+
+    std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
+    bus->setConnectionName(connectionName);
+    bus->setComp1(comp1);
+    bus->setComp2(comp2);
+    const int c1From = convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
+                                                  "connection_map c1_st_index");
+    const int c1To = convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
+                                                "connection_map c1_end_index");
+    const int c2From = convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
+                                                  "connection_map c2_st_index");
+    const int c2To = convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
+                                                "connection_map c2_end_index");
+    bus->setName(mapName);
+    bus->setDelay(typicalDelay);
+    bus->setMinDelay(minDelay);
+    bus->setMaxDelay(maxDelay);
+    bus->setStartIndexComp1(c1From);
+    bus->setStopIndexComp1(c1To);
+    bus->setStartIndexComp2(c2From);
+    bus->setStopIndexComp2(c2To);
+
+    // Lenient files may hold any int, so the differences are taken wide.
+    const long long width = static_cast<long long>(c1To) - c1From;
+    if (width == static_cast<long long>(c2To) - c2From) {
+      if (width >= kMaxBusWidth) {
+        queueFinding("Connection map '" + mapName + "' of connection '" + connectionName +
+                     "' spans " + std::to_string(width + 1) + " pins; at most " +
+                     std::to_string(kMaxBusWidth) + " are supported.");
+        return false;
+      }
+      createPinsForComponent(comp1, c1From, c1To, connectionName);
+      createPinsForComponent(comp2, c2From, c2To, connectionName);
+      // A reversed range has a negative width and no nets.
+      HBOBoardComponent *component1 = m_board->findBoardComponent(comp1);
+      HBOBoardComponent *component2 = m_board->findBoardComponent(comp2);
+      for (long long i = 0; i <= width; ++i) {
+        const int c1Index = static_cast<int>(c1From + i);
+        const int c2Index = static_cast<int>(c2From + i);
+        std::unique_ptr<HBOBoardBusNet> net(new HBOBoardBusNet());
+        net->setName(mapName + "_" + std::to_string(i));
+        net->setBoardBus(mapName);
+        net->setOwner(bus.get());
+        net->setC1PinIndex(c1Index);
+        net->setC2PinIndex(c2Index);
+        net->setTypicalDelay(typicalDelay);
+        net->setMaxDelay(maxDelay);
+        net->setMinDelay(minDelay);
+        if (component1 && component2)
+          carryIOStandard(component1, component1->getPinByIndex(c1Index), component2,
+                          component2->getPinByIndex(c2Index));
+        bus->addBoardBusNet(net.release());
+      }
+    }
+    // Differing widths make neither pins nor nets; validateConnection tells.
+
+    for (HXMLWElement &part : child.getChildren()) {
+      if (part.isTag("enablement_dependencies")) {
+        for (HXMLWElement &jumpers : part.getChildren()) {
+          if (!jumpers.isTag("jumpers"))
+            continue;
+          const std::string text = enablementText(jumpers);
+          bus->setEnablementDependency(text);
+          for (HBOBoardBusNet *net : bus->getBoardBusNets())
+            net->setEnablementDependency(text);
+        }
+      } else if (part.isTag("nets")) {
+        const std::vector<HBOBoardBusNet *> &nets = bus->getBoardBusNets();
+        for (HXMLWElement &netElement : part.getChildren()) {
+          // The index counts from the start of the range on component 1.
+          const int index = boost::lexical_cast<int>(netElement.getAttribute("index"));
+          const float typical = readDelay(netElement, "typical_delay");
+          const float max = readDelay(netElement, "max_delay");
+          const float min = readDelay(netElement, "min_delay");
+          // Nets stand in index order, one per position of the range, so the
+          // net at that position is the only one it can mean.
+          if (index < 0 || static_cast<std::size_t>(index) >= nets.size())
+            continue;
+          HBOBoardBusNet *net = nets[index];
+          assert(net->getC1PinIndex() - static_cast<long long>(c1From) == index &&
+                 "nets are made one per position of the range");
+          net->setTypicalDelay(typical);
+          net->setMaxDelay(max);
+          net->setMinDelay(min);
+        }
+      }
+    }
+
+    if (!validateConnection(bus.get()))
+      return false;
+    HBOBoardBus *added = bus.release();
+    m_board->addBus(added);
+    added->setOwner(m_board);
+  }
+  return true;
+}
+
+bool HBOBoardParser::validateConnection(HBOBoardBus *bus) {
+  if (!bus)
+    return false;
+  bool valid = true;
+  auto fail = [&](const std::string &text) {
+    queueFinding(text);
+    valid = false;
+  };
+  if (bus->getConnectionName().empty())
+    fail("Connection name cannot be empty in '" + bus->getName() + "'.\n");
+  if (bus->getComp1().empty())
+    fail("Component1 cannot be empty in '" + bus->getName() + "'.\n");
+  if (bus->getComp2().empty())
+    fail("Component2 cannot be empty in '" + bus->getName() + "'.\n");
+  const long long width1 =
+      std::llabs(static_cast<long long>(bus->getStopIndexComp1()) - bus->getStartIndexComp1());
+  const long long width2 =
+      std::llabs(static_cast<long long>(bus->getStopIndexComp2()) - bus->getStartIndexComp2());
+  if (width1 != width2)
+    fail("Bus width of Component1 and Component2 does not match for " +
+         bus->getConnectionName() + "\n");
+  return valid;
+}

@@ -1,5 +1,437 @@
-// DTD validation of the checking path (being written).
+// DTD validation of the checking path: a file is held to the DTD of its kind
+// even when it names none, and the parse reads nothing but that DTD.
 #include "HBOBoardParser.h"
+#include "ComMsgMgr.h"
+#include "HBOSAX2Handler.h"
+#include "HEXError.h"
+#include "HUTEnv.h"
+#include "HUTFile.h"
 
-bool HBOBoardParser::isValidXML(const std::string &, const std::string &) { return true; }
-std::string HBOBoardParser::createDoctypeString(const std::string &) { return std::string(); }
+#include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
+#include <xercesc/sax2/XMLReaderFactory.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLEntityResolver.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLResourceIdentifier.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include <boost/filesystem.hpp>
+
+#include <cctype>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+// More expansions than a board file can honestly need; the default of the
+// security manager, which ends an entity bomb in milliseconds.
+const XMLSize_t kEntityExpansionLimit = 50000;
+
+// The name of the copy of the file that is parsed.
+const char kBufferId[] = "board.xml";
+
+const char *rootElementOf(const std::string &type) {
+  if (type == "board")
+    return "board";
+  if (type == "part0_pins")
+    return "part_info";
+  if (type == "preset")
+    return "ip_presets";
+  return nullptr;
+}
+
+std::string transcode(const XMLCh *text) {
+  if (!text)
+    return std::string();
+  char *native = xercesc::XMLString::transcode(text);
+  if (!native)
+    return std::string();
+  std::string out(native);
+  xercesc::XMLString::release(&native);
+  return out;
+}
+
+// What \s matches in the regular expressions below.
+bool isSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// What . matches: anything but a line end.
+bool isLineChar(char c) { return c != '\n' && c != '\r'; }
+
+// The whole line matches <!DOCTYPE\s.*> . Written out by hand because
+// std::regex recurses per character and overflows the stack on the long
+// single line of a minified file.
+bool isDoctypeLine(const std::string &line) {
+  static const std::string head = "<!DOCTYPE";
+  if (line.size() < head.size() + 2 || line.compare(0, head.size(), head) != 0)
+    return false;
+  if (!isSpace(line[head.size()]) || line.back() != '>')
+    return false;
+  for (std::size_t i = head.size() + 1; i + 1 < line.size(); ++i)
+    if (!isLineChar(line[i]))
+      return false;
+  return true;
+}
+
+// The whole line matches \s*<\s*(board|part_info|ip_presets)\s+.*>\s* .
+bool isRootLine(const std::string &line) {
+  std::size_t i = 0;
+  const std::size_t n = line.size();
+  while (i < n && isSpace(line[i]))
+    ++i;
+  if (i == n || line[i] != '<')
+    return false;
+  ++i;
+  while (i < n && isSpace(line[i]))
+    ++i;
+  std::size_t nameEnd = 0;
+  for (const char *name : {"board", "part_info", "ip_presets"}) {
+    std::string_view tag(name);
+    if (line.compare(i, tag.size(), tag) == 0) {
+      nameEnd = i + tag.size();
+      break;
+    }
+  }
+  if (nameEnd == 0 || nameEnd == n || !isSpace(line[nameEnd]))
+    return false;
+  // A greedy \s+ loses nothing: what it gives back, .* would have to take.
+  i = nameEnd;
+  while (i < n && isSpace(line[i]))
+    ++i;
+  // The rest is .*>\s* : some '>' with only blanks behind it and no line end
+  // before it.
+  std::size_t end = n;
+  while (end > i && isSpace(line[end - 1]))
+    --end;
+  for (std::size_t gt = end; gt > i; --gt) {
+    if (line[gt - 1] != '>')
+      continue;
+    bool plain = true;
+    for (std::size_t k = i; k + 1 < gt && plain; ++k)
+      plain = isLineChar(line[k]);
+    return plain;
+  }
+  return false;
+}
+
+bool isUrl(const std::string &id) {
+  std::size_t colon = id.find(':');
+  // One letter before the colon would be a drive, not a scheme.
+  if (colon == std::string::npos || colon < 2 || !std::isalpha(static_cast<unsigned char>(id[0])))
+    return false;
+  for (std::size_t i = 1; i < colon; ++i) {
+    char c = id[i];
+    if (!std::isalnum(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.')
+      return false;
+  }
+  return true;
+}
+
+// Whether \p path lies inside \p dir; both are canonical.
+bool isInside(const boost::filesystem::path &path, const boost::filesystem::path &dir) {
+  auto d = dir.begin();
+  auto p = path.begin();
+  for (; d != dir.end(); ++d, ++p)
+    if (p == path.end() || *p != *d)
+      return false;
+  return p != path.end();
+}
+
+// Thrown by the guard to end a parse that must go no further.
+struct ParseRefused {};
+
+// Keeps a validating parse to the one DTD it is meant to use. A board file
+// comes from anywhere; its DOCTYPE and entities must not make the parser read
+// a file that the file did not name as its DTD, nor reach the network. Every
+// request that is refused becomes a finding with the line it came from.
+class EntityGuard : public xercesc::DefaultHandler, public xercesc::XMLEntityResolver {
+public:
+  /// \p ourDtd is the DTD of the DOCTYPE put in front of the file, empty when
+  /// the file has its own; \p fileDir resolves a relative DTD of the file's
+  /// own DOCTYPE, which is handed out only from inside \p schemaDirs.
+  EntityGuard(HBOSAX2Handler &findings, const std::string &ourDtd, const std::string &fileDir,
+              const std::vector<std::string> &schemaDirs)
+      : m_findings(findings), m_ourDtd(ourDtd), m_fileDir(fileDir) {
+    for (const std::string &dir : schemaDirs) {
+      if (!m_schemaDirText.empty())
+        m_schemaDirText += "' or '";
+      m_schemaDirText += dir;
+      boost::system::error_code ec;
+      boost::filesystem::path canonical = boost::filesystem::canonical(dir, ec);
+      if (!ec)
+        m_schemaDirs.push_back(canonical);
+    }
+  }
+
+  void startDTD(const XMLCh *const, const XMLCh *const, const XMLCh *const systemId) override {
+    m_hasDoctype = true;
+    m_doctypeId = transcode(systemId);
+  }
+
+  // A board file has no use for entities of its own, and our readers never
+  // expand them; expanding them here is how a small file makes a parse run
+  // for seconds and fill memory. So the first one that the file declares
+  // ends the parse, before any of them is used. Those of our DTDs are ours.
+  void internalEntityDecl(const XMLCh *const name, const XMLCh *const) override {
+    std::string entity = transcode(name);
+    const xercesc::Locator *where = m_findings.getLocator();
+    if (entity.empty() || entity[0] == '%' || !where ||
+        transcode(where->getSystemId()) != kBufferId)
+      return;
+    m_findings.addFinding(static_cast<unsigned long>(where->getLineNumber()),
+                          "the file declares the entity '" + entity +
+                              "'; a board file declares no entities, and the validation ends here");
+    throw ParseRefused();
+  }
+
+  void externalEntityDecl(const XMLCh *const name, const XMLCh *const,
+                          const XMLCh *const systemId) override {
+    m_entityNames.emplace(transcode(systemId), transcode(name));
+  }
+
+  xercesc::InputSource *resolveEntity(xercesc::XMLResourceIdentifier *request) override {
+    if (!request)
+      return nullptr;
+    const xercesc::Locator *where = request->getLocator();
+    bool entity = request->getResourceIdentifierType() ==
+                  xercesc::XMLResourceIdentifier::ExternalEntity;
+    return resolve_(transcode(request->getSystemId()), entity,
+                    where ? static_cast<unsigned long>(where->getLineNumber()) : 0);
+  }
+
+  // For a reader that offers only the plain interface, which tells no line.
+  xercesc::InputSource *resolveEntity(const XMLCh *const, const XMLCh *const systemId) override {
+    return resolve_(transcode(systemId), true, 0);
+  }
+
+private:
+  xercesc::InputSource *resolve_(const std::string &id, bool entity, unsigned long line) {
+    bool isDtd = entity && m_hasDoctype && id == m_doctypeId;
+    if (!isDtd) {
+      refuseEntity_(id, line);
+      return nullptr;
+    }
+    if (!m_ourDtd.empty() && id == m_ourDtd)
+      return open_(m_ourDtd);
+    std::string path = allowedDtd_(id, line);
+    return path.empty() ? nullptr : open_(path);
+  }
+
+  static xercesc::InputSource *open_(const std::string &path) {
+    XMLCh *xmlPath = xercesc::XMLString::transcode(path.c_str());
+    xercesc::InputSource *source = new xercesc::LocalFileInputSource(xmlPath);
+    xercesc::XMLString::release(&xmlPath);
+    return source;
+  }
+
+  void refuseEntity_(const std::string &id, unsigned long line) {
+    auto it = m_entityNames.find(id);
+    std::string text;
+    if (it == m_entityNames.end())
+      text = "the entity '" + id + "' is not read: a validation reads only the DTD";
+    else if (!it->second.empty() && it->second[0] == '%')
+      text = "the parameter entity '" + it->second.substr(1) + "' names '" + id +
+             "', which is not read: a validation reads only the DTD";
+    else
+      text = "the external entity '" + it->second + "' names '" + id +
+             "', which is not read: a validation reads only the DTD";
+    m_findings.addFinding(line, text);
+  }
+
+  // The canonical path of the file's own DTD if it may be read, else empty
+  // with a finding.
+  std::string allowedDtd_(const std::string &id, unsigned long line) {
+    if (id.empty() || isUrl(id)) {
+      m_findings.addFinding(line, "the DTD '" + id +
+                                      "' is no local file and is not fetched: only a DTD in '" +
+                                      m_schemaDirText + "' is read");
+      return std::string();
+    }
+    boost::filesystem::path path(id);
+    if (path.is_relative())
+      path = boost::filesystem::path(m_fileDir.empty() ? "." : m_fileDir) / path;
+    // Where the path really leads, links and ".." followed, decides; whether
+    // something exists there is told only inside the schema directory.
+    boost::system::error_code ec;
+    boost::filesystem::path real = boost::filesystem::weakly_canonical(path, ec);
+    bool inside = false;
+    for (const boost::filesystem::path &dir : m_schemaDirs)
+      inside = inside || (!ec && isInside(real, dir));
+    if (!inside) {
+      m_findings.addFinding(line, "the DTD '" + id + "' lies outside '" + m_schemaDirText +
+                                      "' and is not read");
+      return std::string();
+    }
+    if (!boost::filesystem::is_regular_file(real, ec)) {
+      m_findings.addFinding(line, "the DTD '" + id + "' cannot be found");
+      return std::string();
+    }
+    return real.string();
+  }
+
+  HBOSAX2Handler &m_findings;
+  std::string m_ourDtd;
+  std::string m_fileDir;
+  std::vector<boost::filesystem::path> m_schemaDirs;
+  std::string m_schemaDirText;
+  bool m_hasDoctype = false;
+  std::string m_doctypeId;
+  std::map<std::string, std::string> m_entityNames;
+};
+
+// The path inside a DOCTYPE built by createDoctypeString.
+std::string dtdPathOf(const std::string &doctype) {
+  static const std::string system = " SYSTEM \"";
+  std::size_t from = doctype.find(system);
+  if (from == std::string::npos || doctype.size() < from + system.size() + 2)
+    return std::string();
+  from += system.size();
+  return doctype.substr(from, doctype.size() - 2 - from);
+}
+
+void initialiseXerces() {
+  // Initialize counts its callers but is not safe to enter twice at once.
+  static std::mutex mutex;
+  std::lock_guard<std::mutex> lock(mutex);
+  xercesc::XMLPlatformUtils::Initialize();
+}
+
+} // namespace
+
+std::string HBOBoardParser::createDoctypeString(const std::string &type) {
+  const char *root = rootElementOf(type);
+  if (!root) {
+    ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-158@%s", type);
+    return std::string();
+  }
+  std::string path;
+  if (!m_schemaDir.empty()) {
+    path = m_schemaDir + "/" + type + ".dtd";
+    if (!HUTFile::exists(path)) {
+      ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-156@%s%s", type, m_schemaDir);
+      return std::string();
+    }
+  } else {
+    for (const std::string &dir : HUTEnv::getZRTDataDirList()) {
+      std::string candidate = dir + "/boards/board_schemas/current/" + type + ".dtd";
+      if (HUTFile::exists(candidate)) {
+        path = candidate;
+        break;
+      }
+    }
+    if (path.empty()) {
+      ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-157@%s", type);
+      return std::string();
+    }
+  }
+  return std::string("<!DOCTYPE ") + root + " SYSTEM \"" + path + "\">";
+}
+
+bool HBOBoardParser::isValidXML(const std::string &fileName, const std::string &type) {
+  // A file that cannot be opened reads as empty, and so has no root line.
+  std::ifstream in(fileName, std::ios::in | std::ios::binary);
+  std::string buffer;
+  std::string ourDoctype;
+  bool hasDoctype = false;
+  bool hasRoot = false;
+  std::string line;
+  while (std::getline(in, line)) {
+    // A line end of CR LF leaves a CR behind, which the patterns must not see.
+    std::string bare = line;
+    if (!bare.empty() && bare.back() == '\r')
+      bare.pop_back();
+    if (!hasDoctype && isDoctypeLine(bare))
+      hasDoctype = true;
+    if (!hasDoctype && !hasRoot && isRootLine(bare)) {
+      ourDoctype = createDoctypeString(type);
+      if (ourDoctype.empty()) {
+        ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-159@%s", fileName);
+        return false;
+      }
+      // No line end, so that every line keeps its number in the findings.
+      buffer += ourDoctype;
+      hasRoot = true;
+    }
+    buffer += line;
+    buffer += '\n';
+  }
+  in.close();
+
+  if (hasDoctype && !m_schemaDir.empty())
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-155@%s%s", fileName, m_schemaDir);
+  if (!hasDoctype && !hasRoot) {
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-162@%s%s", type, fileName);
+    return false;
+  }
+
+  // A file's own DOCTYPE may name a DTD only from where ours come from: the
+  // directory given, or that of an installation, which the file's own
+  // DOCTYPE may prefer to the one given.
+  std::vector<std::string> schemaDirs;
+  if (!m_schemaDir.empty())
+    schemaDirs.push_back(m_schemaDir);
+  for (const std::string &dir : HUTEnv::getZRTDataDirList())
+    schemaDirs.push_back(dir + "/boards/board_schemas/current");
+
+  HBOSAX2Handler handler(fileName, false);
+  enum class Failure { None, Xerces, Other } failure = Failure::None;
+  std::string xercesText;
+  try {
+    initialiseXerces();
+    std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
+    reader->setFeature(xercesc::XMLUni::fgSAX2CoreValidation, true);
+    // Nothing is resolved behind our back: what the guard refuses stays unread.
+    reader->setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
+    // Board files have no namespaces and no schema hints to follow.
+    reader->setFeature(xercesc::XMLUni::fgXercesSchema, false);
+    reader->setFeature(xercesc::XMLUni::fgXercesLoadSchema, false);
+    xercesc::SecurityManager security;
+    security.setEntityExpansionLimit(kEntityExpansionLimit);
+    reader->setProperty(xercesc::XMLUni::fgXercesSecurityManager, &security);
+
+    EntityGuard guard(handler, dtdPathOf(ourDoctype), HUTFile::parentPath(fileName), schemaDirs);
+    reader->setContentHandler(&handler);
+    reader->setErrorHandler(&handler);
+    reader->setLexicalHandler(&guard);
+    reader->setDeclarationHandler(&guard);
+    // The fuller interface tells the line that asked for an entity.
+    if (auto *impl = dynamic_cast<xercesc::SAX2XMLReaderImpl *>(reader.get()))
+      impl->setXMLEntityResolver(&guard);
+    else
+      reader->setEntityResolver(&guard);
+
+    xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte *>(buffer.data()),
+                                      buffer.size(), kBufferId, false);
+    reader->parse(source);
+  } catch (const ParseRefused &) {
+    // Told among the findings.
+  } catch (const xercesc::XMLException &e) {
+    failure = Failure::Xerces;
+    xercesText = transcode(e.getMessage());
+  } catch (const xercesc::SAXParseException &e) {
+    failure = Failure::Xerces;
+    xercesText = transcode(e.getMessage());
+  } catch (...) {
+    failure = Failure::Other;
+  }
+  if (failure == Failure::Xerces)
+    HEXError::raise("board", ComMsg::Error, "@49-115@%s%s", xercesText, fileName);
+  if (failure == Failure::Other)
+    HEXError::raise("board", ComMsg::Error, "@49-112@%s", fileName);
+
+  // The platform's own limit must not cut the findings short: ours applies.
+  ComMsgMgr::setMsgLimit("49-105", -1);
+  ComMsgMgr::setMsgLimit("49-106", -1);
+  return handler.sendMessages() == 0;
+}

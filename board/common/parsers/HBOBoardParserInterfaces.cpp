@@ -1,9 +1,429 @@
-// Readers of interfaces, port maps and component modes (being written).
+// Readers of what a component offers to a design: its interfaces with their
+// port maps and preferred IPs, and its component modes; with the rules that
+// refuse an interface, a port or a preferred IP.
 #include "HBOBoardParser.h"
+#include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardComponent.h"
+#include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
+#include "HBOComponentMode.h"
+#include "HBOIpPreset.h"
+#include "HBOModelPort.h"
+#include "HBOParameter.h"
+#include "HBOPinProps.h"
+#include "HBOPortMap.h"
+#include "HSTStringUtils.h"
+#include "HXMLWElement.h"
 
-bool HBOBoardParser::readInterfacesDetails(HXMLWElement *, HBOBusIf *) { return true; }
-bool HBOBoardParser::readPortMapDetails(HXMLWElement *, HBOModelPort *, HBOPortMap *) { return true; }
-bool HBOBoardParser::readComponentModeDetails(HXMLWElement *, HBOComponentMode *) { return true; }
-bool HBOBoardParser::validateInterface(HBOBusIf *) { return true; }
-bool HBOBoardParser::validatePort(HBOModelPort *, std::string, std::string) { return true; }
-bool HBOBoardParser::validatePreferredIP(HBOBusIfPreference *) { return true; }
+#include <cassert>
+#include <map>
+#include <memory>
+
+namespace {
+
+// The attribute's value for the lenient-or-strict number conversion: null
+// when the attribute is absent, so that absence reads as 0.
+const char *attributeOrNull(const HXMLWElement &element, const char *name, std::string &store) {
+  return element.getAttribute(name, store) ? store.c_str() : nullptr;
+}
+
+bool isTrueText(const std::string &text) { return HSTStringUtils::iequals(text, "true"); }
+
+// What a preferred_ip element says, before it becomes a record.
+struct PreferredIpAttributes {
+  std::string vendor, library, name, version, presetFile;
+  std::string order;
+  bool hasOrder = false;
+
+  explicit PreferredIpAttributes(const HXMLWElement &element) {
+    vendor = element.getAttribute("vendor");
+    library = element.getAttribute("library");
+    name = element.getAttribute("name");
+    version = element.getAttribute("version");
+    presetFile = element.getAttribute("preset_file");
+    hasOrder = element.getAttribute("order", order);
+  }
+  // A file that gives no version means any version.
+  std::string versionText() const { return version.empty() ? std::string("*") : version; }
+  std::string vlnvText() const { return vendor + ":" + library + ":" + name + ":" + versionText(); }
+};
+
+std::unique_ptr<HBOBusIfPreference> makePreference(const PreferredIpAttributes &ip,
+                                                   const std::string &presetProc) {
+  std::unique_ptr<HBOBusIfPreference> record(new HBOBusIfPreference());
+  const std::string vlnv = ip.vlnvText();
+  record->setDefaultIpVlnv(vlnv);
+  record->setPresetProc(presetProc);
+  record->setPresetFile(ip.presetFile);
+  record->setName(ip.name);
+  record->setPrefName(vlnv);
+  record->setVendor(ip.vendor);
+  record->setLibrary(ip.library);
+  record->setVersion(ip.versionText());
+  return record;
+}
+
+} // namespace
+
+bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface) {
+  if (!element || element->isNull() || !interface || !m_board)
+    return false;
+  // The component keeps the model ports; without it they would have no owner.
+  HBOBoardComponent *component = interface->getOwnerComponent();
+  if (!component)
+    return false;
+  const std::string name = element->getAttribute("name");
+  const std::string type = HSTStringUtils::trim(element->getAttribute("type"));
+  const std::string mode = element->getAttribute("mode");
+  const std::string ofComponent = element->getAttribute("of_component");
+  const std::string presetProc = element->getAttribute("preset_proc");
+
+  interface->setName(name);
+  interface->setDisplayName(name);
+  interface->setInterfaceMode(mode);
+  interface->setParentBoard(m_board);
+  interface->setOfComponent(ofComponent);
+  interface->setPresetProcName(presetProc);
+
+  if (!presetProc.empty()) {
+    // The preset file is read before the components, so every procedure of
+    // the board is known by now.
+    const HBOBoard::PresetMap &presets = m_board->getIpPresets();
+    auto found = presets.find(HSTStringUtils::toUpper(presetProc));
+    if (found != presets.end() && !found->second.empty() && found->second.front()) {
+      std::string file;
+      found->second.front()->getParamValue("CONFIG.XML_INPUT_FILE", file);
+      if (!file.empty())
+        interface->setPresetFile(file);
+    } else if (m_strictChecks && m_sendMessages) {
+      queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
+    }
+  }
+
+  std::vector<std::string> fields = HSTStringUtils::split(type, ":", true);
+  if (fields.size() == 4) {
+    interface->setAbstractTypeVendor(fields[0]);
+    interface->setAbstractTypeLibrary(fields[1]);
+    interface->setAbstractTypeName(fields[2]);
+    interface->setAbstractTypeVersion(fields[3]);
+  } else {
+    queueMsg(false, ComMsg::Warning, "@49-37@%s", name);
+  }
+
+  HBOParsedInterface parsed;
+  for (HXMLWElement &child : element->getChildren()) {
+    if (child.isTag("parameters")) {
+      for (HXMLWElement &p : child.getChildren())
+        interface->addParameter(new HBOParameter(
+            p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
+            p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
+    } else if (child.isTag("description")) {
+      interface->setDescription(child.getText());
+    } else if (child.isTag("preset_file")) {
+      // Stands in place of the preset's file: later elements are read later.
+      interface->setPresetFile(child.getAttribute("name"));
+    } else if (child.isTag("preferred_ips")) {
+      for (HXMLWElement &entry : child.getChildren()) {
+        PreferredIpAttributes ip(entry);
+        if (m_parsed)
+          m_parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
+                                            ip.version);
+        std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
+        std::string orderStore;
+        int order = convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+                                               "preferred_ip order");
+        if (ip.hasOrder)
+          record->setOrder(order);
+        else
+          queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_board->getBoardFile(), ip.name,
+                   type);
+        record->setOwner(m_board);
+        if (!validatePreferredIP(record.get()))
+          return false;
+        // With several of order 0 the last one is the preference.
+        if (record->getOrder() == 0)
+          interface->setPreference(record.get());
+        interface->setPreferences(record.release());
+      }
+    } else if (child.isTag("port_maps")) {
+      for (HXMLWElement &entry : child.getChildren()) {
+        std::unique_ptr<HBOModelPort> port(new HBOModelPort());
+        std::unique_ptr<HBOPortMap> map(new HBOPortMap());
+        port->setOwner(interface);
+        if (!readPortMapDetails(&entry, port.get(), map.get()))
+          return false;
+        // A port read in full is kept by its component, which frees it with
+        // itself; only a port the component refused is still ours here.
+        HBOModelPort *raw = port.get();
+        HBOModelPort *kept = nullptr;
+        if (component->getModelPortByName(kept, raw->getName()) && kept == raw)
+          port.release();
+        if (!validatePort(raw, ofComponent, name))
+          return false;
+        assert(!port && "a port with a name is kept by its component");
+        interface->addPort(raw);
+        if (m_parsed)
+          parsed.logicalPorts.insert(map->getLogicalPort());
+        HBOPortMap *rawMap = map.release();
+        interface->populatePortMap(rawMap);
+      }
+    } else if (child.isTag("enablement_dependencies")) {
+      for (HXMLWElement &group : child.getChildren())
+        if (group.isTag("jumpers"))
+          for (HXMLWElement &j : group.getChildren())
+            interface->addJumper(j.getAttribute("name"), isTrueText(j.getText()));
+      for (HXMLWElement &group : child.getChildren())
+        if (group.isTag("parameters"))
+          for (HXMLWElement &p : group.getChildren())
+            interface->addParam(p.getAttribute("name"), isTrueText(p.getText()));
+    }
+  }
+
+  if (m_parsed) {
+    parsed.type = type;
+    m_parsed->interfaces.push_back(std::move(parsed));
+  }
+  return true;
+}
+
+bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *port,
+                                        HBOPortMap *map) {
+  if (!element || element->isNull() || !port || !map)
+    return false;
+  const std::string logicalPort = element->getAttribute("logical_port");
+  const std::string physicalPort = element->getAttribute("physical_port");
+  const std::string dir = element->getAttribute("dir");
+  std::string leftText, rightText;
+  const bool hasLeft = element->getAttribute("left", leftText);
+  const bool hasRight = element->getAttribute("right", rightText);
+
+  port->setName(physicalPort);
+  port->setDirection(dir);
+  map->setLogicalPort(logicalPort);
+  map->setPhysicalPort(physicalPort);
+
+  // One end given alone makes a vector down to, or up from, 0.
+  int left = 0, right = 0;
+  if (hasLeft || hasRight) {
+    if (hasLeft)
+      left = convert2NonNegativeInteger(leftText.c_str(), "port map left");
+    if (hasRight)
+      right = convert2NonNegativeInteger(rightText.c_str(), "port map right");
+    port->setIsVector(true);
+    port->setRange(left, right);
+  } else {
+    port->setIsVector(false);
+  }
+
+  HBOBusIf *interface = port->getOwner();
+  HBOBoardComponent *component = interface ? interface->getOwnerComponent() : nullptr;
+  const std::string interfaceName = interface ? interface->getName() : std::string();
+  const std::string componentName = component ? component->getComponentName() : std::string();
+
+  for (HXMLWElement &child : element->getChildren()) {
+    if (!child.isTag("pin_maps"))
+      continue;
+    std::vector<HXMLWElement> pinMaps = child.getChildren();
+    int width = 0;
+    port->getPortWidth(width);
+    if (static_cast<long long>(pinMaps.size()) != width)
+      queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
+
+    std::map<std::string, std::string> pinOfIndex;
+    for (HXMLWElement &pinMap : pinMaps) {
+      const std::string index = pinMap.getAttribute("port_index");
+      const std::string pinName = pinMap.getAttribute("component_pin");
+      auto known = pinOfIndex.find(index);
+      if (known == pinOfIndex.end())
+        pinOfIndex.emplace(index, pinName);
+      else if (m_strictChecks)
+        queueFinding("In the pin_maps for the logical_port '" + logicalPort +
+                     "' and physical port '" + physicalPort + "' the port index '" + index +
+                     "' is used for both '" + known->second + "' and for '" + pinName +
+                     "'. Port index must be unique.");
+
+      HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
+      if (pin)
+        pin->addIntfPortMap(interfaceName, physicalPort);
+      else
+        queueFinding("The interface '" + interfaceName + "' uses pin '" + pinName +
+                     "', but no such pin is defined on the owning component '" + componentName +
+                     "'");
+      // A repeated index overwrites the earlier pin, whatever the checks say.
+      port->addPinPortMap(index, pinName);
+    }
+  }
+
+  if (component)
+    component->setModelPort(physicalPort, port);
+  return true;
+}
+
+bool HBOBoardParser::readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode) {
+  if (!element || element->isNull() || !mode)
+    return false;
+  // Modes are added after reading, so the first one of a component is 0.
+  std::size_t number = 0;
+  if (HBOBoardComponent *owner = mode->getOwnerComponent()) {
+    std::vector<HBOComponentMode *> modes;
+    owner->getComponentModes(modes);
+    number = modes.size();
+  }
+  // A generated name lets a mode be looked up and shown all the same.
+  std::string name = element->getAttribute("name");
+  if (name.empty())
+    name = "auto_generated_component_mode_" + std::to_string(number);
+  std::string displayName = element->getAttribute("display_name");
+  if (displayName.empty())
+    displayName = "Component Mode " + std::to_string(number);
+  const std::string presetProc = element->getAttribute("preset_proc");
+  mode->setName(name);
+  mode->setDisplayName(displayName);
+  mode->setPresetProcName(presetProc);
+
+  for (HXMLWElement &child : element->getChildren()) {
+    if (child.isTag("description")) {
+      mode->setDescription(child.getText());
+    } else if (child.isTagExactly("interfaces")) {
+      std::vector<HXMLWElement> entries = child.getChildren();
+      for (std::size_t i = 0; i < entries.size(); ++i) {
+        const HXMLWElement &entry = entries[i];
+        const std::string order = entry.getAttribute("order");
+        // Names are checked against the board's interfaces after the read.
+        int number = order.empty() ? static_cast<int>(i)
+                                   : convert2NonNegativeInteger(order.c_str(), "interface order");
+        mode->addInterface(number, std::make_pair(entry.getAttribute("name"),
+                                                  isTrueText(entry.getAttribute("optional"))));
+      }
+    } else if (child.isTag("preferred_ips")) {
+      for (HXMLWElement &entry : child.getChildren()) {
+        PreferredIpAttributes ip(entry);
+        if (m_parsed)
+          m_parsed->preferredIpVlnvs.insert(ip.vlnvText());
+        std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
+        std::string orderStore;
+        int order = convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+                                               "preferred_ip order");
+        if (ip.hasOrder)
+          record->setOrder(order);
+        record->setOwner(m_board);
+        if (!validatePreferredIP(record.get()))
+          return false;
+        mode->addPreferredIp(record.release());
+      }
+    } else if (child.isTag("enablement_dependencies")) {
+      // Composes the form the enablement engine reads: {j1 v1} {j2 v2}.
+      std::string text = "{";
+      for (HXMLWElement &group : child.getChildren()) {
+        if (!group.isTag("jumpers"))
+          continue;
+        for (HXMLWElement &j : group.getChildren()) {
+          if (text != "{")
+            text += "} {";
+          text += j.getAttribute("name") + " " + j.getText();
+        }
+        text += "}";
+        mode->setEnablementDependency(text);
+      }
+    }
+  }
+  return true;
+}
+
+bool HBOBoardParser::validateInterface(HBOBusIf *interface) {
+  if (!interface)
+    return false;
+  const std::string &name = interface->getName();
+  const std::string mode = interface->getInterfaceMode();
+  std::string text;
+  auto rule = [&](const std::string &t) {
+    text = t;
+    queueFinding(t);
+  };
+  if (name.empty())
+    rule("Component name cannot be empty.");
+  if (mode.empty())
+    rule("Component Mode cannot be empty for interface '" + name + "'.");
+  if (interface->getOfComponent().empty())
+    rule("Component OfComponent cannot be empty for interface '" + name + "'.");
+  if (!HSTStringUtils::iequals(mode, "master") && !HSTStringUtils::iequals(mode, "slave"))
+    rule("Component Mode should be master or slave for interface '" + name + "'.");
+  return text.empty();
+}
+
+bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
+                                  std::string interfaceName) {
+  if (!port)
+    return false;
+  const std::string &name = port->getName();
+  std::string dir;
+  port->getPortDir(dir);
+  std::string text;
+  auto rule = [&](const std::string &t) {
+    text = t;
+    queueFinding(t);
+  };
+  if (name.empty())
+    rule("Port name cannot be empty.");
+  if (dir.empty())
+    rule("Port direction cannot be empty for '" + name + "'.");
+  if (!HSTStringUtils::iequals(dir, "in") && !HSTStringUtils::iequals(dir, "out") &&
+      !HSTStringUtils::iequals(dir, "inout"))
+    rule("Port direction should be in/out/inout for '" + name + "'.");
+  bool isVector = false;
+  port->isPortOfTypeVec(isVector);
+  if (isVector) {
+    int left = -1, right = -1;
+    port->getPortVecLeft(left);
+    port->getPortVecRight(right);
+    if (left == right)
+      rule("Port left and right cannot be same for '" + name + "'.");
+  }
+
+  ofComponent = HSTStringUtils::trim(ofComponent);
+  interfaceName = HSTStringUtils::trim(interfaceName);
+  const std::string portName = HSTStringUtils::trim(name);
+  // A record's second field is an interface name: a port is held against the
+  // interfaces of the other components, never against their ports.
+  for (const auto &entry : m_portRecords) {
+    if (entry.first == ofComponent)
+      continue;
+    for (const std::string &record : entry.second) {
+      std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
+      if (fields.size() < 2 || fields[1] != portName)
+        continue;
+      if (m_strictChecks && m_sendMessages)
+        queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
+                 m_board ? m_board->getBoardFile() : std::string(), fields[0]);
+    }
+  }
+
+  if (!text.empty())
+    return false;
+  HBOBusIf *owner = port->getOwner();
+  HBOBoardComponent *component = owner ? owner->getOwnerComponent() : nullptr;
+  const std::string componentName = component ? component->getComponentName() : std::string();
+  m_portRecords[ofComponent].insert(componentName + ":" + interfaceName + ":" + portName);
+  return true;
+}
+
+bool HBOBoardParser::validatePreferredIP(HBOBusIfPreference *preference) {
+  if (!preference)
+    return false;
+  const std::string &name = preference->getName();
+  std::string text;
+  auto rule = [&](const std::string &t) {
+    text = t;
+    queueFinding(t);
+  };
+  if (preference->getVendor().empty())
+    rule("Vendor cannot be empty in preferred_ip '" + name + "'.");
+  if (preference->getLibrary().empty())
+    rule("Library cannot be empty in preferred_ip '" + name + "'.");
+  if (name.empty())
+    rule("IP Name cannot be empty  in preferred_ip '" + name + "'.");
+  if (preference->getOrder() < 0)
+    rule("Order cannot be less than zero  in preferred_ip '" + name + "'.");
+  return text.empty();
+}

@@ -1,10 +1,283 @@
-// Readers of the preset file and the IP associated rules (being written).
+// Readers of the preset file (such as preset.xml) and of the IP associated
+// rules of board.xml. Both make HBOIpPreset records, which go straight to
+// the board under their procedure or rule name.
 #include "HBOBoardParser.h"
+#include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardUtils.h"
+#include "HBOBusIf.h"
+#include "HBOCommon.h"
+#include "HBOIpPreset.h"
+#include "HBOXMLFile.h"
+#include "HEXError.h"
+#include "HSTStringUtils.h"
+#include "HUTFile.h"
+#include "HXMLWElement.h"
 
-bool HBOBoardParser::parsePresetFile(const std::string &, std::map<std::string, HBOIpPreset *> &) { return true; }
-bool HBOBoardParser::parsePresets(const std::string &, std::map<std::string, HBOIpPreset *> &) { return true; }
-bool HBOBoardParser::readIpPresets(HXMLWElement *, std::map<std::string, HBOIpPreset *> &, std::string &) { return true; }
-bool HBOBoardParser::readPresetDetails(HXMLWElement *, HBOIpPreset *) { return true; }
-bool HBOBoardParser::readIpAssociatedInterfaces(HXMLWElement *, std::string &) { return true; }
-bool HBOBoardParser::readAssociatedInterfacesDetails(HXMLWElement *, HBOIpPreset *) { return true; }
-bool HBOBoardParser::validateAssocIntf(HBOIpPreset *) { return true; }
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Records read but not yet handed to the board: a reader that raises midway
+// must not leak the ones it had.
+class PendingPresets {
+public:
+  PendingPresets() = default;
+  PendingPresets(const PendingPresets &) = delete;
+  PendingPresets &operator=(const PendingPresets &) = delete;
+  ~PendingPresets() {
+    for (HBOIpPreset *preset : m_presets)
+      delete preset;
+  }
+  void add(std::unique_ptr<HBOIpPreset> preset) { m_presets.push_back(preset.release()); }
+  std::vector<HBOIpPreset *> release() {
+    std::vector<HBOIpPreset *> out;
+    out.swap(m_presets);
+    return out;
+  }
+
+private:
+  std::vector<HBOIpPreset *> m_presets;
+};
+
+// The board's maps replace an entry without freeing what it held, and ignore
+// an empty name. The records that drop out that way were seen by nobody but
+// this read, so they are freed here.
+template <typename Setter>
+void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPresets &pending,
+              Setter set) {
+  std::vector<HBOIpPreset *> records = pending.release();
+  if (name.empty()) {
+    HBOCommon::deleteDistinct(records);
+    return;
+  }
+  std::vector<HBOIpPreset *> replaced;
+  auto it = map.find(HBOCommon::toUpperCopy(name));
+  if (it != map.end())
+    replaced = it->second;
+  set(name, records);
+  HBOCommon::deleteDistinct(replaced);
+}
+
+std::string presetNameOf(const HBOIpPreset &preset) {
+  return preset.getPresetProcName() + ":" + preset.getVendor() + ":" + preset.getLibrary() + ":" +
+         preset.getName() + ":" + preset.getVersion() + ":" + preset.getIpInterface();
+}
+
+// Reads the five identifying attributes of an ip element into the record.
+void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner,
+                    HBOParsedVLNVs *parsed) {
+  std::string vendor = ip.getAttribute("vendor");
+  std::string library = ip.getAttribute("library");
+  std::string name = ip.getAttribute("name");
+  std::string version = ip.getAttribute("version");
+  // The collector sees the file's own text, before any default applies.
+  if (parsed)
+    parsed->preferredIpVlnvs.insert(vendor + ":" + library + ":" + name + ":" + version);
+  std::string ipInterface = ip.getAttribute("ip_interface");
+  if (version.empty())
+    version = "*";
+  if (ipInterface.empty())
+    ipInterface = "*";
+  preset.setVendor(vendor);
+  preset.setLibrary(library);
+  preset.setName(name);
+  preset.setVersion(version);
+  preset.setIpInterface(ipInterface);
+  preset.setOwner(owner);
+  preset.setPresetName(presetNameOf(preset));
+}
+
+} // namespace
+
+bool HBOBoardParser::parsePresetFile(const std::string &fileName,
+                                     std::map<std::string, HBOIpPreset *> &presets) {
+  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
+                           "HBOBoardParser parsing preset file'%s'\n", fileName.c_str());
+  if (!m_board)
+    return false;
+  std::string parent = HUTFile::parentPath(fileName);
+  std::string path = fileName;
+  if (parent.empty() || parent == ".") {
+    // A bare name is looked for beside board.xml, whatever the working directory.
+    path = HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() +
+           fileName;
+  }
+  if (!HUTFile::exists(path)) {
+    // Only told: a board without its presets is still a usable board.
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-62@%s", path);
+    return false;
+  }
+  if (!parsePresets(path, presets))
+    HEXError::raise("board", ComMsg::CriticalWarning, "@49-63@%s%s", path, std::string());
+  return true;
+}
+
+bool HBOBoardParser::parsePresets(const std::string &path,
+                                  std::map<std::string, HBOIpPreset *> &presets) {
+  if (m_validate && !isValidXML(path, "preset"))
+    return false;
+  std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
+  std::string error;
+  return readIpPresets(doc->getRootElement(), presets, error);
+}
+
+bool HBOBoardParser::readIpPresets(HXMLWElement *root, std::map<std::string, HBOIpPreset *> &,
+                                   std::string &error) {
+  if (!root) {
+    error = "Root XML element is NULL";
+    return false;
+  }
+  if (!m_board)
+    return false;
+  // The records go to the board itself; the caller's map stays as it was.
+  for (HXMLWElement &element : root->getChildren()) {
+    if (!element.isTag("ip_preset"))
+      continue;
+    std::string procName = element.getAttribute("preset_proc_name");
+    PendingPresets records;
+    for (HXMLWElement &ip : element.getChildren()) {
+      std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
+      preset->setPresetProcName(procName);
+      if (readPresetDetails(&ip, preset.get()))
+        records.add(std::move(preset));
+    }
+    // A later ip_preset of the same name, in any case, replaces this one.
+    handOver(m_board->getIpPresets(), procName, records,
+             [this](const std::string &name, const std::vector<HBOIpPreset *> &v) {
+               m_board->setIpPreset(name, v);
+             });
+  }
+  return true;
+}
+
+bool HBOBoardParser::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
+  if (!ip || !preset)
+    return false;
+  // Anything but an ip is entered as an empty record.
+  if (!ip->isTag("ip"))
+    return true;
+  readIpIdentity(*ip, *preset, m_board, m_parsed);
+
+  const std::string boardDir = m_board ? HUTFile::parentPath(m_board->getBoardFile()) +
+                                             HBOBoardUtils::getDirSeparator()
+                                       : std::string();
+  for (HXMLWElement &group : ip->getChildren()) {
+    // Model parameters have no hierarchical form: there "hier" is a plain value.
+    bool userParams = group.isTag("user_parameters");
+    if (!userParams && !group.isTag("model_parameters"))
+      continue;
+    for (HXMLWElement &param : group.getChildren()) {
+      std::string name = param.getAttribute("name");
+      std::string hier;
+      if (userParams && param.isTag("user_hier_parameter")) {
+        if (readHierParam(&param, hier))
+          preset->setParam(name, hier);
+        continue;
+      }
+      std::string value = param.getAttribute("value");
+      std::string valueType = param.getAttribute("value_type");
+      if (HSTStringUtils::iequals(valueType, "file")) {
+        // A file that is not there sets nothing; the type is kept all the same.
+        std::string path = boardDir + value;
+        if (HUTFile::exists(path))
+          preset->setParam(name, path);
+        preset->setValueType(valueType);
+      } else if (userParams && HSTStringUtils::iequals(valueType, "hier")) {
+        if (readHierParam(&param, hier))
+          preset->setParam(name, hier);
+      } else {
+        preset->setParam(name, value);
+      }
+    }
+  }
+  return true;
+}
+
+bool HBOBoardParser::readIpAssociatedInterfaces(HXMLWElement *root, std::string &error) {
+  if (!root) {
+    error = "Root XML element is NULL";
+    return false;
+  }
+  if (!m_board)
+    return false;
+  for (HXMLWElement &section : root->getChildren()) {
+    if (!section.isTag("ip_associated_rules"))
+      continue;
+    const std::string schema = m_board->getBoardSchemaVersion();
+    if (!HBOBoardUtils::isEqualOrGreater(schema, "2.1"))
+      HEXError::raise("board", ComMsg::Warning, "@49-77@%s", schema);
+    for (HXMLWElement &rule : section.getChildren()) {
+      if (!rule.isTag("ip_associated_rule"))
+        continue;
+      std::string name = rule.getAttribute("name");
+      PendingPresets records;
+      for (HXMLWElement &ip : rule.getChildren()) {
+        std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
+        preset->setPresetProcName(name);
+        if (readAssociatedInterfacesDetails(&ip, preset.get()) && validateAssocIntf(preset.get()))
+          records.add(std::move(preset));
+      }
+      handOver(m_board->getIpAssociatedInterfaces(), name, records,
+               [this](const std::string &key, const std::vector<HBOIpPreset *> &v) {
+                 m_board->setIpAssociatedInterface(key, v);
+               });
+    }
+  }
+  return true;
+}
+
+bool HBOBoardParser::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPreset *preset) {
+  if (!ip || !preset)
+    return false;
+  if (!ip->isTag("ip"))
+    return true;
+  preset->setPresetorAssocIntf("assoc_intf");
+  readIpIdentity(*ip, *preset, m_board, nullptr);
+  for (HXMLWElement &group : ip->getChildren()) {
+    if (!group.isTag("associated_board_interfaces"))
+      continue;
+    std::vector<HXMLWElement> interfaces = group.getChildren();
+    for (std::size_t i = 0; i < interfaces.size(); ++i) {
+      // Without an order an interface ranks by its position.
+      std::string order = interfaces[i].getAttribute("order");
+      if (order.empty())
+        order = std::to_string(i);
+      preset->setParam(interfaces[i].getAttribute("name"), order);
+    }
+  }
+  return true;
+}
+
+bool HBOBoardParser::validateAssocIntf(HBOIpPreset *preset) {
+  if (!preset || !m_board)
+    return false;
+  const std::string &ipName = preset->getName();
+  if (preset->getVendor().empty())
+    queueFinding("Vendor cannot be empty in ip '" + ipName + "'.");
+  if (preset->getLibrary().empty())
+    queueFinding("Library cannot be empty in ip '" + ipName + "'.");
+  if (ipName.empty())
+    queueFinding("IP Name cannot be empty.");
+
+  // A daughter board offers its interfaces on its connectors; a board with
+  // an FPGA offers only the FPGA's.
+  const bool withFpga = m_board->hasFPGAPart();
+  for (const auto &entry : preset->getParamList()) {
+    const std::string &interfaceName = entry.first;
+    HBOBusIf *busIf = nullptr;
+    bool found = withFpga ? m_board->getBusIfByName(busIf, interfaceName)
+                          : m_board->getBusIfByNameUsingConnectors(busIf, interfaceName);
+    // The look-up ignores case; the rule must still spell the name exactly.
+    if (!found || !busIf || busIf->getName() != interfaceName)
+      HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(),
+                      "Provided Bus interface does not exist on the board '" + interfaceName +
+                          "'.");
+    if (std::stoi(entry.second) < 0)
+      queueFinding("In ip '" + ipName + "' order cannot be less than zero for interface '" +
+                   interfaceName + "'.");
+  }
+  return true;
+}
