@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
@@ -57,19 +58,20 @@ bool validateRead(const std::string &file, const std::string &schemaDir) {
 TEST(DtdDoctype, FindingsCarryTheLinesOfTheFileOnDisk) {
   ScratchDir dir;
   // The root line has leading blanks and still gets the DOCTYPE in front.
-  std::string file = dir.write("board.xml", "<?xml version=\"1.0\"?>\n"
-                                            "<!-- a probe -->\n"
-                                            "  <board schema_version=\"2.0\" vendor=\"v\" name=\"n\">\n"
-                                            "  <file_version>1.0</file_version>\n"
-                                            "  <bogus/>\n"
-                                            "  <components>\n"
-                                            "    <component name=\"u1\"/>\n"
-                                            "  </components>\n"
-                                            "</board>\n");
+  std::string file =
+      dir.write("board.xml", "<?xml version=\"1.0\"?>\n"
+                             "<!-- a probe -->\n"
+                             "  <board schema_version=\"2.0\" vendor=\"v\" name=\"n\">\n"
+                             "  <file_version>1.0</file_version>\n"
+                             "  <bogus/>\n"
+                             "  <components>\n"
+                             "    <component name=\"u1\"/>\n"
+                             "  </components>\n"
+                             "</board>\n");
   Messages msgs;
   EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board"));
   std::vector<std::string> lines = findingLines(msgs);
-  EXPECT_EQ(1u, std::count(lines.begin(), lines.end(), "5")) << msgs.records.size();
+  EXPECT_EQ(1u, std::count(lines.begin(), lines.end(), "5"));
   EXPECT_EQ(1u, std::count(lines.begin(), lines.end(), "7"));
   const ComMsgRecord *first = msgs.find("49-105");
   ASSERT_NE(nullptr, first);
@@ -99,20 +101,22 @@ TEST(DtdDoctype, WhatCountsAsDoctypeAndRootLine) {
   // A DOCTYPE with leading blanks is no DOCTYPE line: ours is put in front
   // of the root as well, and the parser meets two.
   msgs.records.clear();
-  std::string indented = dir.write("indented.xml", "<?xml version=\"1.0\"?>\n  <!DOCTYPE board SYSTEM \"" +
-                                                      kSchemaDir + "/board.dtd\">\n" +
-                                                      "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n"
-                                                      "  <file_version>1.0</file_version>\n</board>\n");
+  std::string indented =
+      dir.write("indented.xml", "<?xml version=\"1.0\"?>\n  <!DOCTYPE board SYSTEM \"" +
+                                    kSchemaDir + "/board.dtd\">\n" +
+                                    "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n"
+                                    "  <file_version>1.0</file_version>\n</board>\n");
   EXPECT_FALSE(parser.isValidXML(indented, "board"));
   EXPECT_EQ(1u, msgs.count("49-106"));
   EXPECT_EQ(0u, msgs.count("49-162"));
 
   // A file with CR LF line ends keeps its own DOCTYPE.
   msgs.records.clear();
-  std::string crlf = dir.write("crlf.xml", "<?xml version=\"1.0\"?>\r\n<!DOCTYPE board SYSTEM \"" +
-                                               kSchemaDir + "/board.dtd\">\r\n" +
-                                               "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\r\n"
-                                               "  <file_version>1.0</file_version>\r\n</board>\r\n");
+  std::string crlf =
+      dir.write("crlf.xml", "<?xml version=\"1.0\"?>\r\n<!DOCTYPE board SYSTEM \"" + kSchemaDir +
+                                "/board.dtd\">\r\n" +
+                                "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\r\n"
+                                "  <file_version>1.0</file_version>\r\n</board>\r\n");
   EXPECT_TRUE(parser.isValidXML(crlf, "board"));
   EXPECT_EQ(0u, findingCount(msgs));
 
@@ -160,10 +164,11 @@ TEST(DtdFindings, AtMostAHundredAreTold) {
 
 TEST(DtdSchemaDir, AnOwnDoctypeWinsOverTheGivenDirectory) {
   ScratchDir dir;
-  std::string file = dir.write("board.xml", "<?xml version=\"1.0\"?>\n<!DOCTYPE board SYSTEM \"" +
-                                                kSchemaDir + "/board.dtd\">\n" +
-                                                "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n"
-                                                "  <file_version>1.0</file_version>\n  <bogus/>\n</board>\n");
+  std::string file =
+      dir.write("board.xml", "<?xml version=\"1.0\"?>\n<!DOCTYPE board SYSTEM \"" + kSchemaDir +
+                                 "/board.dtd\">\n" +
+                                 "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n"
+                                 "  <file_version>1.0</file_version>\n  <bogus/>\n</board>\n");
   // The given directory has no DTD at all: it is not looked at.
   Messages msgs;
   EXPECT_FALSE(validateRead(file, dir.path()));
@@ -223,10 +228,93 @@ TEST(DtdSchemaDir, MissingDtdsAreTold) {
   }
 }
 
+TEST(DtdContent, NamesOfTwoMeaningsAreAcceptedInBoth) {
+  // Each of these names stands for two things; both forms must pass.
+  ScratchDir dir;
+  std::string file = dir.write(
+      "board.xml",
+      boardText(
+          "  <jumpers><jumper name=\"J1\" default_value=\"true\">"
+          "<description>d</description></jumper></jumpers>\n"
+          "  <parameters><parameter name=\"p\" value=\"1\"/></parameters>\n"
+          "  <jtag_chains><jtag_chain name=\"c\"><position name=\"0\" component=\"part0\"/>"
+          "</jtag_chain></jtag_chains>\n"
+          "  <param_table name=\"t\"><param_list name=\"l\"><param name=\"f\" component=\"part0\"/>"
+          "</param_list></param_table>\n"
+          "  <components>\n"
+          "    <component name=\"part0\" type=\"fpga\">\n"
+          "      <positions><position component=\"u1\" id=\"1\"><address low=\"0\" high=\"1\"/>"
+          "</position></positions>\n"
+          "      <param_table name=\"t\"><param_list name=\"l\"><param name=\"f\" value=\"1\"/>"
+          "</param_list></param_table>\n"
+          "      <pins><pin index=\"0\" name=\"p0\" loc=\"A1\" iostandard=\"LVCMOS33\"/></pins>\n"
+          "      <interfaces>\n"
+          "        <interface name=\"leds\" type=\"a:b:c:1.0\" mode=\"master\" "
+          "of_component=\"u1\">\n"
+          "          <enablement_dependencies><jumpers><jumper name=\"J1\">true</jumper></jumpers>"
+          "<parameters><parameter name=\"p\">true</parameter></parameters>"
+          "</enablement_dependencies>\n"
+          "        </interface>\n"
+          "      </interfaces>\n"
+          "      <component_modes><component_mode name=\"m\"><interfaces>"
+          "<interface name=\"leds\" order=\"0\" optional=\"false\"/></interfaces>"
+          "</component_mode></component_modes>\n"
+          "    </component>\n"
+          "  </components>\n"
+          "  <connections><connection name=\"c\" component1=\"part0\" component2=\"u1\">"
+          "<pin index=\"0\" delay=\"1\" iostandard=\"LVCMOS33\"/></connection></connections>\n"));
+  Messages msgs;
+  EXPECT_TRUE(HBOBoardParser().isValidXML(file, "board"));
+  for (const ComMsgRecord &r : msgs.records)
+    ADD_FAILURE() << r.line;
+}
+
+TEST(DtdContent, WhatFailsTheReadFailsTheDtd) {
+  struct Case {
+    const char *type;
+    std::string text;
+    const char *line;
+  } cases[] = {
+      {"board", "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\">\n</board>\n", "2"},
+      {"board", boardText("  <compatible_board_revisions/>\n"), "4"},
+      {"board",
+       boardText("  <connections><connection name=\"c\" component1=\"a\" component2=\"b\">\n"
+                 "    <connection_map c1_st_index=\"0\" c1_end_index=\"0\" c2_st_index=\"0\"/>\n"
+                 "  </connection></connections>\n"),
+       "5"},
+      {"board",
+       boardText("  <components><component name=\"u\" type=\"chip\"><interfaces>\n"
+                 "    <interface name=\"i\"><port_maps><port_map physical_port=\"x\"/></port_maps>"
+                 "</interface>\n  </interfaces></component></components>\n"),
+       "5"},
+      {"part0_pins",
+       "<part_info part_name=\"p\">\n  <pins>\n    <pin index=\"0\" name=\"a\"/>\n"
+       "  </pins>\n</part_info>\n",
+       "3"},
+      {"part0_pins",
+       "<part_info part_name=\"p\">\n  <pins>\n    <pin name=\"a\" loc=\"A1\"/>\n"
+       "  </pins>\n</part_info>\n",
+       "3"},
+      {"preset",
+       "<ip_presets schema=\"1.0\">\n  <ip_preset preset_proc_name=\"p\">\n"
+       "    <ip vendor=\"v\"><model_parameters><user_parameter "
+       "name=\"x\"/></model_parameters></ip>\n"
+       "  </ip_preset>\n</ip_presets>\n",
+       "3"},
+  };
+  ScratchDir dir;
+  for (const Case &c : cases) {
+    std::string file = dir.write("file.xml", c.text);
+    Messages msgs;
+    EXPECT_FALSE(HBOBoardParser().isValidXML(file, c.type)) << c.text;
+    std::vector<std::string> lines = findingLines(msgs);
+    EXPECT_NE(lines.end(), std::find(lines.begin(), lines.end(), c.line)) << c.text;
+  }
+}
+
 TEST(DtdBoards, TheSampleBoardValidates) {
   std::set<std::string> checked;
-  for (const auto &entry :
-       std::filesystem::recursive_directory_iterator(BOARDLIB_BOARD_FILES)) {
+  for (const auto &entry : std::filesystem::recursive_directory_iterator(BOARDLIB_BOARD_FILES)) {
     if (entry.path().filename() != "board.xml")
       continue;
     Messages msgs;
@@ -235,8 +323,9 @@ TEST(DtdBoards, TheSampleBoardValidates) {
     // The pin and preset files once more on their own, whichever reader
     // reaches them.
     HBOBoardParser parser;
-    for (const auto &[name, type] : {std::pair<const char *, const char *>{"part0_pins.xml", "part0_pins"},
-                                     {"preset.xml", "preset"}}) {
+    for (const auto &[name, type] :
+         {std::pair<const char *, const char *>{"part0_pins.xml", "part0_pins"},
+          {"preset.xml", "preset"}}) {
       std::filesystem::path sibling = entry.path().parent_path() / name;
       if (std::filesystem::exists(sibling)) {
         EXPECT_TRUE(parser.isValidXML(sibling.string(), type)) << sibling;
@@ -252,9 +341,9 @@ TEST(DtdBoards, TheSampleBoardValidates) {
 TEST(DtdBoards, EveryGoodTestBoardValidates) {
   // Written with tags in other cases, or with tags that the readers pass
   // over, on purpose: the readers take them and the DTD does not.
-  const std::set<std::string> nonCanonical = {"components",     "dataprops_conditions",
-                                               "interfaces_basic", "power_network",
-                                               "presets_basic",  "presets_bad_file"};
+  const std::set<std::string> nonCanonical = {"components",       "dataprops_conditions",
+                                              "interfaces_basic", "power_network",
+                                              "presets_basic",    "presets_bad_file"};
   const std::set<std::string> dtdIds = {"49-105", "49-106", "49-155", "49-156", "49-157",
                                         "49-158", "49-159", "49-162", "49-169"};
   int validated = 0;

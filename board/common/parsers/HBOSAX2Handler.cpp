@@ -23,13 +23,11 @@ HBOSAX2Handler::HBOSAX2Handler(const std::string &fileName, bool adjustLine)
     : m_fileName(fileName), m_adjustLine(adjustLine) {}
 
 void HBOSAX2Handler::error(const xercesc::SAXParseException &e) {
-  add_("@49-105@%s%d%s", static_cast<unsigned long>(e.getLineNumber()),
-       transcode(e.getMessage()));
+  add_("@49-105@%s%d%s", static_cast<unsigned long>(e.getLineNumber()), transcode(e.getMessage()));
 }
 
 void HBOSAX2Handler::fatalError(const xercesc::SAXParseException &e) {
-  add_("@49-106@%s%d%s", static_cast<unsigned long>(e.getLineNumber()),
-       transcode(e.getMessage()));
+  add_("@49-106@%s%d%s", static_cast<unsigned long>(e.getLineNumber()), transcode(e.getMessage()));
 }
 
 void HBOSAX2Handler::addFinding(unsigned long line, const std::string &text) {
@@ -52,10 +50,9 @@ unsigned long HBOSAX2Handler::getAdjustedLineNo(unsigned long line) const {
 }
 
 unsigned long HBOSAX2Handler::sendMessages() {
+  // Only the first kMaxTold were kept.
   unsigned long sent = 0;
   for (const ComMsgMgrInstance &msg : m_messages) {
-    if (sent >= kMaxTold)
-      break;
     ComMsgMgr::sendMessage(msg);
     ++sent;
   }

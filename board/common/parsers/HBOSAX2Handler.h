@@ -30,9 +30,7 @@ public:
   void addFinding(unsigned long line, const std::string &text);
 
   /// Kept so that findings of our own can tell where the parse stands.
-  void setDocumentLocator(const xercesc::Locator *const locator) override {
-    m_locator = locator;
-  }
+  void setDocumentLocator(const xercesc::Locator *const locator) override { m_locator = locator; }
   /// Where the parse stands; valid only while the parse runs.
   const xercesc::Locator *getLocator() const { return m_locator; }
 
