@@ -38,6 +38,11 @@ bool iEquals(const std::string &a, const std::string &b);
 /// Removes white space at both ends ("C" locale classification).
 std::string trimCopy(const std::string &text);
 
+/// An enablement expression with every occurrence of the jumper \p oldName,
+/// compared ignoring case, replaced by the lower-cased \p newName.
+std::string renameJumper(const std::string &expression, const std::string &oldName,
+                         const std::string &newName);
+
 /// Deletes every distinct pointer of \p pointers once; null entries are
 /// skipped. Owners whose containers may hold one record twice use this, so
 /// that a record entered under two keys is not freed twice.

@@ -6,33 +6,6 @@
 
 #include <iostream>
 
-namespace {
-
-// Replaces every occurrence of \p oldName, compared ignoring case, by the
-// lower-cased \p newName, left to right without rescanning what was put in.
-// It knows no token borders: evaluation compares names ignoring case, and
-// the readers never put one jumper name inside another.
-std::string renameJumper(const std::string &expression, const std::string &oldName,
-                         const std::string &newName) {
-  if (oldName.empty())
-    return expression;
-  const std::string replacement = HBOCommon::toLowerCopy(newName);
-  // Byte-wise case conversion keeps every offset of the original.
-  const std::string upperExpression = HBOCommon::toUpperCopy(expression);
-  const std::string upperOld = HBOCommon::toUpperCopy(oldName);
-  std::string out;
-  std::string::size_type pos = 0;
-  for (std::string::size_type hit; (hit = upperExpression.find(upperOld, pos)) != std::string::npos;
-       pos = hit + oldName.size()) {
-    out.append(expression, pos, hit - pos);
-    out += replacement;
-  }
-  out.append(expression, pos, std::string::npos);
-  return out;
-}
-
-} // namespace
-
 HBOComponentMode::~HBOComponentMode() {
   zeb::tcltasks::native_cache<HBOComponentMode *>::remove(this);
   zeb::pyinfra::py_native_cache<HBOComponentMode *>::remove(this);
@@ -65,7 +38,7 @@ void HBOComponentMode::addPreferredIp(HBOBusIfPreference *preference) {
 
 void HBOComponentMode::updateEnablementDependencyJumperName(const std::string &oldName,
                                                            const std::string &newName) {
-  m_enablementDependency = renameJumper(m_enablementDependency, oldName, newName);
+  m_enablementDependency = HBOCommon::renameJumper(m_enablementDependency, oldName, newName);
 }
 
 void HBOComponentMode::display(int indent) const {

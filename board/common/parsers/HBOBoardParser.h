@@ -148,6 +148,9 @@ public:
   void queueFinding(const std::string &file, const std::string &text, bool tellOnly);
 
 private:
+  /// A file named by board.xml: a bare name (or "./name") lies beside
+  /// board.xml whatever the working directory; any other is used as given.
+  std::string resolveBesideBoard_(const std::string &fileName) const;
   /// One interfaces element of a component, with its uniqueness checks.
   bool readInterfaces_(HXMLWElement &element, HBOBoardComponent *component);
   /// The closing iterateMessages of a read, plus a debug trace of what a

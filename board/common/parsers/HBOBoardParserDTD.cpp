@@ -63,17 +63,6 @@ const char *rootElementOf(const std::string &type) {
   return nullptr;
 }
 
-std::string transcode(const XMLCh *text) {
-  if (!text)
-    return std::string();
-  char *native = xercesc::XMLString::transcode(text);
-  if (!native)
-    return std::string();
-  std::string out(native);
-  xercesc::XMLString::release(&native);
-  return out;
-}
-
 // What \s matches in the regular expressions below.
 bool isSpace(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
@@ -186,7 +175,7 @@ public:
 
   void startDTD(const XMLCh *const, const XMLCh *const, const XMLCh *const systemId) override {
     m_hasDoctype = true;
-    m_doctypeId = transcode(systemId);
+    m_doctypeId = HBOSAX2Handler::transcode(systemId);
   }
 
   // A board file has no use for entities of its own, and our readers never
@@ -195,9 +184,9 @@ public:
   // ends the parse, before any of them is used. Those of our DTDs are ours.
   void internalEntityDecl(const XMLCh *const name, const XMLCh *const) override {
     const xercesc::Locator *where = m_findings.getLocator();
-    if (!where || transcode(where->getSystemId()) != kBufferId)
+    if (!where || HBOSAX2Handler::transcode(where->getSystemId()) != kBufferId)
       return;
-    std::string entity = transcode(name);
+    std::string entity = HBOSAX2Handler::transcode(name);
     std::string kind = "entity '" + entity + "'";
     if (!entity.empty() && entity[0] == '%')
       kind = "parameter entity '" + entity.substr(1) + "'";
@@ -209,7 +198,7 @@ public:
 
   void externalEntityDecl(const XMLCh *const name, const XMLCh *const,
                           const XMLCh *const systemId) override {
-    m_entityNames.emplace(transcode(systemId), transcode(name));
+    m_entityNames.emplace(HBOSAX2Handler::transcode(systemId), HBOSAX2Handler::transcode(name));
   }
 
   xercesc::InputSource *resolveEntity(xercesc::XMLResourceIdentifier *request) override {
@@ -218,13 +207,13 @@ public:
     const xercesc::Locator *where = request->getLocator();
     bool entity =
         request->getResourceIdentifierType() == xercesc::XMLResourceIdentifier::ExternalEntity;
-    return resolve_(transcode(request->getSystemId()), entity,
+    return resolve_(HBOSAX2Handler::transcode(request->getSystemId()), entity,
                     where ? static_cast<unsigned long>(where->getLineNumber()) : 0);
   }
 
   // For a reader that offers only the plain interface, which tells no line.
   xercesc::InputSource *resolveEntity(const XMLCh *const, const XMLCh *const systemId) override {
-    return resolve_(transcode(systemId), true, 0);
+    return resolve_(HBOSAX2Handler::transcode(systemId), true, 0);
   }
 
 private:
@@ -442,10 +431,10 @@ bool HBOBoardParser::isValidXML(const std::string &fileName, const std::string &
     // Told among the findings.
   } catch (const xercesc::XMLException &e) {
     failure = Failure::Xerces;
-    xercesText = transcode(e.getMessage());
+    xercesText = HBOSAX2Handler::transcode(e.getMessage());
   } catch (const xercesc::SAXParseException &e) {
     failure = Failure::Xerces;
-    xercesText = transcode(e.getMessage());
+    xercesText = HBOSAX2Handler::transcode(e.getMessage());
   } catch (...) {
     failure = Failure::Other;
   }

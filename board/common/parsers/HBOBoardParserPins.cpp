@@ -37,18 +37,19 @@ int portPropSlot(std::string_view name) {
 
 } // namespace
 
+std::string HBOBoardParser::resolveBesideBoard_(const std::string &fileName) const {
+  std::string parent = HUTFile::parentPath(fileName);
+  if (!parent.empty() && parent != ".")
+    return fileName;
+  return HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() + fileName;
+}
+
 bool HBOBoardParser::parsePinFile(const std::string &fileName,
                                   std::map<std::string, HBOPinProps *> &pins,
                                   std::vector<HBODesignConstr> &constrs) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "HBOBoardParser parsing pin file'%s'\n",
                            fileName.c_str());
-  std::string parent = HUTFile::parentPath(fileName);
-  std::string path = fileName;
-  if (parent.empty() || parent == ".") {
-    // A bare name is looked for beside board.xml, whatever the working directory.
-    path = HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() +
-           fileName;
-  }
+  std::string path = resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-55@%s", path);
     return false;

@@ -98,13 +98,7 @@ bool HBOBoardParser::parsePresetFile(const std::string &fileName,
                            "HBOBoardParser parsing preset file'%s'\n", fileName.c_str());
   if (!m_board)
     return false;
-  std::string parent = HUTFile::parentPath(fileName);
-  std::string path = fileName;
-  if (parent.empty() || parent == ".") {
-    // A bare name is looked for beside board.xml, whatever the working directory.
-    path = HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() +
-           fileName;
-  }
+  std::string path = resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     // Only told: a board without its presets is still a usable board.
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-62@%s", path);

@@ -4,9 +4,7 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-namespace {
-
-std::string transcode(const XMLCh *text) {
+std::string HBOSAX2Handler::transcode(const XMLCh *text) {
   if (!text)
     return std::string();
   char *native = xercesc::XMLString::transcode(text);
@@ -17,7 +15,6 @@ std::string transcode(const XMLCh *text) {
   return out;
 }
 
-} // namespace
 
 HBOSAX2Handler::HBOSAX2Handler(const std::string &fileName, bool adjustLine)
     : m_fileName(fileName), m_adjustLine(adjustLine) {}

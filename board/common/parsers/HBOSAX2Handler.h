@@ -20,6 +20,9 @@ public:
   /// reported by the parser are one below those of the file.
   HBOSAX2Handler(const std::string &fileName, bool adjustLine);
 
+  /// A text of the XML parser in the native encoding; null gives "".
+  static std::string transcode(const XMLCh *text);
+
   /// A recoverable parse error: "@49-105@%s%d%s".
   void error(const xercesc::SAXParseException &e) override;
   /// A fatal parse error: "@49-106@%s%d%s".
