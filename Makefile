@@ -2,10 +2,13 @@
 # build needs, configure, build, and run.
 BUILD     ?= build
 SAN_BUILD ?= build-sanitize
+TSAN_BUILD ?= build-tsan
+# Tests that run work on several threads; the ThreadSanitizer run takes these.
+TSAN_TESTS ?= Parallel|Thread|Concurren
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build run test sanitize clean
+.PHONY: all deps configure build run test sanitize tsan clean
 
 all: build
 
@@ -22,7 +25,7 @@ build: configure
 
 # The main job: read the sample reference board of the embedded data directory.
 run: build
-	$(BUILD)/tools/boardtool/boardtool read data/boards/board_files/kestrel-boards/falcon_eval/1.0/board.xml
+	$(BUILD)/tools/boardtool/boardtool catalog
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
@@ -32,5 +35,10 @@ sanitize: deps
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
+tsan: deps
+	cmake -S . -B $(TSAN_BUILD) -DBOARDLIB_TSAN=ON -DCMAKE_BUILD_TYPE=Debug $(CMAKE_FLAGS)
+	cmake --build $(TSAN_BUILD) -j $(JOBS)
+	cd $(TSAN_BUILD) && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
+
 clean:
-	rm -rf $(BUILD) $(SAN_BUILD)
+	rm -rf $(BUILD) $(SAN_BUILD) $(TSAN_BUILD)

@@ -12,6 +12,9 @@ public:
   /// Reads \p fileName into \p board, whatever its schema. True when the
   /// board was read; failures are told as messages, never thrown.
   bool parseFile(const std::string &fileName, HBOBoard *board);
+  /// Lifts a board read from a legacy single-part file to the shape of the
+  /// current schema, in place. True when the board was changed.
+  bool migrateV1ToV2(HBOBoard *board);
 };
 
 #endif

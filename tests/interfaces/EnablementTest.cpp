@@ -86,16 +86,10 @@ protected:
 
 TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
   // J1 true, J2 false, J10 true, as the file says; the read ran the engine.
-  EXPECT_EQ((States{{"always", "true"},
-                    {"needs_j1", "true"},
-                    {"needs_j2_off", "true"},
-                    {"both", "false"},
-                    {"lower_name", "true"},
-                    {"upper_value", "false"},
-                    {"first_term_counts", "true"},
-                    {"needs_j10", "true"},
-                    {"unknown_jumper", "true"},
-                    {"no_terms", "true"}}),
+  EXPECT_EQ((States{{"always", "true"}, {"needs_j1", "true"}, {"needs_j2_off", "true"},
+                    {"both", "false"}, {"lower_name", "true"}, {"upper_value", "false"},
+                    {"first_term_counts", "true"}, {"needs_j10", "true"},
+                    {"unknown_jumper", "true"}, {"no_terms", "true"}}),
             modes());
   // Without connections every component is off, the FPGA too, yet the
   // modes of the LED component are on.
@@ -108,16 +102,10 @@ TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
   set("J1", false);
   set("J2", true);
   board.updateEnablement();
-  EXPECT_EQ((States{{"always", "true"},
-                    {"needs_j1", "false"},
-                    {"needs_j2_off", "false"},
-                    {"both", "false"},
-                    {"lower_name", "false"},
-                    {"upper_value", "false"},
-                    {"first_term_counts", "false"},
-                    {"needs_j10", "true"},
-                    {"unknown_jumper", "true"},
-                    {"no_terms", "stale"}}),
+  EXPECT_EQ((States{{"always", "true"}, {"needs_j1", "false"}, {"needs_j2_off", "false"},
+                    {"both", "false"}, {"lower_name", "false"}, {"upper_value", "false"},
+                    {"first_term_counts", "false"}, {"needs_j10", "true"},
+                    {"unknown_jumper", "true"}, {"no_terms", "stale"}}),
             modes());
 
   set("J1", true);
@@ -150,20 +138,18 @@ TEST_F(JumperBoard, ConnectionsDecideComponents) {
   for (HBOBoardBusNet *net : fixed->getBoardBusNets())
     net->setIsEnabled("false");
 
-  auto nets = [](const HBOBoardBus *bus) {
-    std::string out;
+  auto state = [](const HBOBoardBus *bus) {
+    std::string out = bus->getIsEnabled() + "|";
     for (const HBOBoardBusNet *net : bus->getBoardBusNets())
       out += net->getIsEnabled() + ",";
     return out;
   };
 
   board.updateEnablement();
-  EXPECT_EQ("true", toLeds->getIsEnabled());
-  EXPECT_EQ("true,true,", nets(toLeds));
-  EXPECT_EQ("false", toDac->getIsEnabled());
-  EXPECT_EQ("false,false,", nets(toDac));
-  EXPECT_EQ("false", fixed->getIsEnabled());
-  EXPECT_EQ("true,true,", nets(fixed));
+  // Each line: the connection, then its nets.
+  EXPECT_EQ("true|true,true,", state(toLeds));
+  EXPECT_EQ("false|false,false,", state(toDac));
+  EXPECT_EQ("false|true,true,", state(fixed));
   // One live connection is enough.
   EXPECT_EQ((States{{"leds", "true"}, {"part0", "true"}, {"zz_dac", "false"}}), components());
   EXPECT_EQ((States{{"leds_if", "true"}, {"dac_if", "false"}}), interfaces());

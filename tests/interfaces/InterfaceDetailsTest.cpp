@@ -96,21 +96,19 @@ TEST_F(Details, PresetProcedureGivesTheInterfaceItsFile) {
   // A preset without the file parameter, or an unknown procedure, leaves the
   // file empty; without the send flag even strict checks stay silent.
   parser.setStrictChecks(true);
-  HBOBusIf *bare = newInterface();
-  ASSERT_TRUE(parser.readInterfacesDetails(
-      xml(R"(<interface name="c" type="v:l:n:1" preset_proc="bare_preset"/>)"), bare));
-  EXPECT_EQ("", bare->getPresetFile());
-  HBOBusIf *unknown = newInterface();
-  ASSERT_TRUE(parser.readInterfacesDetails(
-      xml(R"(<interface name="d" type="v:l:n:1" preset_proc="nowhere"/>)"), unknown));
+  for (const std::string proc : {"bare_preset", "nowhere"}) {
+    HBOBusIf *intf = newInterface();
+    ASSERT_TRUE(parser.readInterfacesDetails(
+        xml(R"(<interface name="c" type="v:l:n:1" preset_proc=")" + proc + R"("/>)"), intf));
+    EXPECT_EQ("", intf->getPresetFile()) << proc;
+  }
   EXPECT_TRUE(parser.getMessages().empty());
 }
 
 TEST_F(Details, TypesWithOtherThanFourFields) {
-  for (const char *type : {"", "v:l:n", "v:l:n:1:extra", "v::n:1:"}) {
-    HBOBusIf *intf = newInterface();
-    const std::string text = std::string(R"(<interface name="t" type=")") + type + R"("/>)";
-    EXPECT_TRUE(parser.readInterfacesDetails(xml(text), intf)) << type;
+  for (const std::string type : {"", "v:l:n", "v:l:n:1:extra", "v::n:1:"}) {
+    const std::string text = R"(<interface name="t" type=")" + type + R"("/>)";
+    EXPECT_TRUE(parser.readInterfacesDetails(xml(text), newInterface())) << type;
   }
   EXPECT_EQ(4u, parser.getMessages().size());
   for (const auto &entry : parser.getMessages()) {
@@ -118,8 +116,8 @@ TEST_F(Details, TypesWithOtherThanFourFields) {
     EXPECT_FALSE(entry.second) << "fails the read";
   }
   // Empty fields are fields: four of them are accepted.
-  HBOBusIf *intf = newInterface();
-  ASSERT_TRUE(parser.readInterfacesDetails(xml(R"(<interface name="e" type=":::"/>)"), intf));
+  ASSERT_TRUE(parser.readInterfacesDetails(xml(R"(<interface name="e" type=":::"/>)"),
+                                           newInterface()));
   EXPECT_EQ(4u, parser.getMessages().size());
 }
 

@@ -21,7 +21,9 @@ using test::dataPath;
 
 namespace {
 
-using Finding = std::pair<std::string, std::vector<std::string>>; // id, arguments
+using Strings = std::vector<std::string>;
+using Finding = std::pair<std::string, Strings>; // id, arguments
+using PinMap = std::map<std::string, std::string>;
 
 std::vector<Finding> queued(const HBOBoardParser &parser) {
   std::vector<Finding> out;
@@ -34,6 +36,15 @@ std::vector<HBOComponentMode *> modesOf(const HBOBoardComponent *component) {
   std::vector<HBOComponentMode *> modes;
   component->getComponentModes(modes);
   return modes;
+}
+
+/// Left end, right end and width of a port.
+std::vector<int> shape(HBOModelPort *port) {
+  int left = -1, right = -1, width = 0;
+  port->getPortVecLeft(left);
+  port->getPortVecRight(right);
+  port->getPortWidth(width);
+  return {left, right, width};
 }
 
 class BasicBoard : public ::testing::Test {
@@ -63,35 +74,31 @@ protected:
 TEST_F(BasicBoard, InterfaceAttributesAndTheSplitOfItsType) {
   HBOBusIf *clock = intf("SYS_CLOCK");
   ASSERT_NE(nullptr, clock);
-  EXPECT_EQ("sys_clock", clock->getName());
-  std::string text;
-  clock->getDisplayName(text);
-  EXPECT_EQ("sys_clock", text);
-  EXPECT_EQ("slave", clock->getInterfaceMode());
-  EXPECT_EQ("sys_clock", clock->getOfComponent());
+  std::string display;
+  clock->getDisplayName(display);
+  EXPECT_EQ((Strings{"sys_clock", "sys_clock", "slave", "sys_clock"}),
+            (Strings{clock->getName(), display, clock->getInterfaceMode(),
+                     clock->getOfComponent()}));
   EXPECT_EQ(&board, clock->getParentBoard());
   EXPECT_EQ(part0, clock->getOwnerComponent());
   // The blanks around the type are trimmed before the split.
   std::string vendor, library, name, version;
   clock->getAbstractType(vendor, library, name, version);
-  EXPECT_EQ("quarnel-ip", vendor);
-  EXPECT_EQ("interface", library);
-  EXPECT_EQ("diff_clock_rtl", name);
-  EXPECT_EQ("1.0", version);
+  EXPECT_EQ((Strings{"quarnel-ip", "interface", "diff_clock_rtl", "1.0"}),
+            (Strings{vendor, library, name, version}));
   std::vector<HBOParameter *> params;
   clock->getParameters(params);
   ASSERT_EQ(1u, params.size());
   EXPECT_EQ("200000000", params[0]->getValueMax());
-  EXPECT_TRUE(clock->getParamValue("FREQUENCY", text));
-  EXPECT_EQ("100000000", text);
+  EXPECT_TRUE(clock->getParamValue("FREQUENCY", display));
+  EXPECT_EQ("100000000", display);
 
+  // The mode keeps the case it is written in.
   HBOBusIf *leds = intf("led_4bits");
   ASSERT_NE(nullptr, leds);
-  EXPECT_EQ("Master", leds->getInterfaceMode());
-  EXPECT_EQ("LEDs", leds->getOfComponent());
-  EXPECT_EQ("Four user LEDs", leds->getDescription());
-  EXPECT_EQ("led_4bits_preset", leds->getPresetProcName());
-  EXPECT_EQ("led_4bits.xml", leds->getPresetFile());
+  EXPECT_EQ((Strings{"Master", "LEDs", "Four user LEDs", "led_4bits_preset", "led_4bits.xml"}),
+            (Strings{leds->getInterfaceMode(), leds->getOfComponent(), leds->getDescription(),
+                     leds->getPresetProcName(), leds->getPresetFile()}));
 }
 
 TEST_F(BasicBoard, PreferredIpsKeepFileOrderAndTheLastOfOrderZeroIsPreferred) {
@@ -100,9 +107,9 @@ TEST_F(BasicBoard, PreferredIpsKeepFileOrderAndTheLastOfOrderZeroIsPreferred) {
   std::vector<HBOBusIfPreference *> prefs;
   leds->getPreferences(prefs);
   ASSERT_EQ(3u, prefs.size());
-  EXPECT_EQ("quarnel-ip:ip:gpio_ctl:2.0", prefs[0]->getDefaultIpVlnv());
-  EXPECT_EQ("gpio_ctl.xml", prefs[0]->getPresetFile());
-  EXPECT_EQ("led_4bits_preset", prefs[0]->getPresetProc());
+  EXPECT_EQ((Strings{"quarnel-ip:ip:gpio_ctl:2.0", "gpio_ctl.xml", "led_4bits_preset"}),
+            (Strings{prefs[0]->getDefaultIpVlnv(), prefs[0]->getPresetFile(),
+                     prefs[0]->getPresetProc()}));
   EXPECT_EQ(&board, prefs[0]->getOwner());
 
   // No version means any version, in the VLNV texts and the field.
@@ -131,52 +138,26 @@ TEST_F(BasicBoard, PortMapsBecomeModelPortsOfTheComponent) {
   ASSERT_TRUE(part0->getModelPortByName(registered, "LED_4BITS_TRI_O"));
   EXPECT_EQ(port, registered);
   EXPECT_EQ(leds, port->getOwner());
-  std::string text;
-  port->getOwnerBusIf(text);
-  EXPECT_EQ("led_4bits", text);
-  port->getBusIfLogicalPortName(text);
-  EXPECT_EQ("TRI_O", text);
-
-  int left = -1, right = -1, width = 0;
-  EXPECT_TRUE(port->getPortVecLeft(left));
-  EXPECT_TRUE(port->getPortVecRight(right));
-  port->getPortWidth(width);
-  EXPECT_EQ(3, left);
-  EXPECT_EQ(0, right);
-  EXPECT_EQ(4, width);
-  EXPECT_EQ((std::map<std::string, std::string>{
-                {"0", "led0"}, {"1", "led1"}, {"2", "led2"}, {"3", "led3"}}),
+  std::string owner, logical;
+  port->getOwnerBusIf(owner);
+  port->getBusIfLogicalPortName(logical);
+  EXPECT_EQ((Strings{"led_4bits", "TRI_O"}), (Strings{owner, logical}));
+  EXPECT_EQ((std::vector<int>{3, 0, 4}), shape(port));
+  EXPECT_EQ((PinMap{{"0", "led0"}, {"1", "led1"}, {"2", "led2"}, {"3", "led3"}}),
             port->getPinPortMap());
   // Each pin learns which port of which interface it serves.
   EXPECT_EQ("led_4bits_tri_o", part0->findPin("led2")->getPortForInterface("led_4bits"));
 }
 
-TEST_F(BasicBoard, OneEndAloneMakesAVectorAndPinsComeInTextOrder) {
+TEST_F(BasicBoard, OneEndAloneMakesAVector) {
   HBOBusIf *buttons = intf("buttons");
   ASSERT_NE(nullptr, buttons);
-  int left = -1, right = -1;
   bool isVector = false;
-
   HBOModelPort *in = buttons->getPortMaps().at("btn_tri_i");
   in->isPortOfTypeVec(isVector);
   EXPECT_TRUE(isVector);
-  in->getPortVecLeft(left);
-  in->getPortVecRight(right);
-  EXPECT_EQ(1, left);
-  EXPECT_EQ(0, right);
-
-  HBOModelPort *tristate = buttons->getPortMaps().at("btn_tri_t");
-  tristate->getPortVecLeft(left);
-  tristate->getPortVecRight(right);
-  EXPECT_EQ(0, left);
-  EXPECT_EQ(1, right);
-  // "10" sorts before "2": pins follow the text of their index.
-  std::vector<HBOPinProps *> pins;
-  tristate->getPins(pins);
-  ASSERT_EQ(2u, pins.size());
-  EXPECT_EQ("btn1", pins[0]->getName());
-  EXPECT_EQ("btn0", pins[1]->getName());
-
+  EXPECT_EQ((std::vector<int>{1, 0, 2}), shape(in));
+  EXPECT_EQ((std::vector<int>{0, 1, 2}), shape(buttons->getPortMaps().at("btn_tri_t")));
   intf("sys_clock")->getPortMaps().at("sys_clk_p")->isPortOfTypeVec(isVector);
   EXPECT_FALSE(isVector);
 }
@@ -197,16 +178,16 @@ TEST_F(BasicBoard, ComponentModes) {
   ASSERT_EQ(4u, modes.size());
 
   // A mode without a name is numbered by the modes before it.
-  EXPECT_EQ("auto_generated_component_mode_0", modes[0]->getName());
-  EXPECT_EQ("Component Mode 0", modes[0]->getDisplayName());
-  EXPECT_EQ("auto_generated_component_mode_3", modes[3]->getName());
-  EXPECT_EQ("Fourth", modes[3]->getDisplayName());
+  EXPECT_EQ((Strings{"auto_generated_component_mode_0", "Component Mode 0",
+                     "auto_generated_component_mode_3", "Fourth"}),
+            (Strings{modes[0]->getName(), modes[0]->getDisplayName(), modes[3]->getName(),
+                     modes[3]->getDisplayName()}));
 
   HBOComponentMode *both = modes[1];
-  EXPECT_EQ("leds_and_buttons", both->getName());
-  EXPECT_EQ("LEDs and buttons", both->getDisplayName());
-  EXPECT_EQ("LEDs with the buttons", both->getDescription());
-  EXPECT_EQ("leds_preset", both->getPresetProcName());
+  EXPECT_EQ((Strings{"leds_and_buttons", "LEDs and buttons", "LEDs with the buttons",
+                     "leds_preset"}),
+            (Strings{both->getName(), both->getDisplayName(), both->getDescription(),
+                     both->getPresetProcName()}));
   // Position 1 stands in for the missing order, and the later order 1 replaces it.
   HBOComponentMode::InterfaceMap interfaces;
   both->getInterfaces(interfaces);
@@ -234,7 +215,7 @@ TEST_F(BasicBoard, ComponentModes) {
   EXPECT_TRUE(interfaces.empty());
 }
 
-TEST_F(BasicBoard, WhatTheFileUsesIsGathered) {
+TEST_F(BasicBoard, WhatTheFileUsesIsGatheredAndNoModeGenerated) {
   ASSERT_EQ(3u, parsed.interfaces.size());
   EXPECT_EQ("quarnel-ip:interface:diff_clock_rtl:1.0", parsed.interfaces[0].type);
   EXPECT_EQ((std::unordered_set<std::string>{"CLK_P", "CLK_N"}), parsed.interfaces[0].logicalPorts);
@@ -244,9 +225,7 @@ TEST_F(BasicBoard, WhatTheFileUsesIsGathered) {
                                              "quarnel-ip:ip:gpio_dual:1.1",
                                              "quarnel-ip:ip:gpio_ctl:*"}),
             parsed.preferredIpVlnvs);
-}
-
-TEST_F(BasicBoard, WithoutStrictChecksNoModeIsGenerated) {
+  // Without strict checks a component without modes gets none.
   EXPECT_TRUE(modesOf(board.findBoardComponent("buttons")).empty());
 }
 
@@ -303,12 +282,11 @@ TEST(Findings, EachFaultIsQueuedAndTheReadGoesOn) {
   // Too few pins are still entered, a pin that does not exist too, and a
   // repeated index is silently overwritten without strict checks.
   EXPECT_EQ(7u, ports.at("short_bus")->getPinPortMap().size());
-  EXPECT_EQ((std::map<std::string, std::string>{{"0", "no_such_pin"}}),
-            ports.at("ghost")->getPinPortMap());
+  EXPECT_EQ((PinMap{{"0", "no_such_pin"}}), ports.at("ghost")->getPinPortMap());
   std::vector<HBOPinProps *> pins;
   ports.at("ghost")->getPins(pins);
   EXPECT_TRUE(pins.empty());
-  EXPECT_EQ((std::map<std::string, std::string>{{"0", "d7"}}), ports.at("twice")->getPinPortMap());
+  EXPECT_EQ((PinMap{{"0", "d7"}}), ports.at("twice")->getPinPortMap());
   EXPECT_TRUE(ports.at("unmapped")->getPinPortMap().empty());
 
   // A bad preferred IP ends its mode there; the next mode is read all the same.
@@ -344,26 +322,18 @@ TEST(StrictFindings, ToldOnlyMessagesAndGeneratedModes) {
   HBOBoardParser parser;
   const std::string file = dataPath("interfaces_strict/board.xml");
   ASSERT_TRUE(parser.parseFile(file, &board, true, "", nullptr));
-  EXPECT_EQ((std::vector<std::string>{"49-149", "49-149", "49-150", "49-150", "49-148"}),
-            msgs.ids());
-
+  EXPECT_EQ((Strings{"49-149", "49-149", "49-150", "49-150", "49-148"}), msgs.ids());
   // A port is held against the interface names of other components: the
   // port "uart" meets both records of the interface "uart".
-  const ComMsgRecord *crossed = msgs.find("49-150");
-  ASSERT_NE(nullptr, crossed);
-  EXPECT_EQ((std::vector<std::string>{"uart", "led_2bits", file, "part0"}), crossed->args);
-
-  const ComMsgRecord *unknown = msgs.find("49-148");
-  ASSERT_NE(nullptr, unknown);
-  EXPECT_EQ((std::vector<std::string>{"kestrel-boards:interfaces_strict:leds:1.0", "led_8bits",
-                                      file}),
-            unknown->args);
-
-  const ComMsgRecord *generated = msgs.find("49-149");
-  ASSERT_NE(nullptr, generated);
-  EXPECT_EQ((std::vector<std::string>{"kestrel-boards:interfaces_strict:lcd:1.0", file,
-                                      "lcd_own", "lcd_own"}),
-            generated->args);
+  const std::pair<const char *, Strings> told[] = {
+      {"49-150", {"uart", "led_2bits", file, "part0"}},
+      {"49-148", {"kestrel-boards:interfaces_strict:leds:1.0", "led_8bits", file}},
+      {"49-149", {"kestrel-boards:interfaces_strict:lcd:1.0", file, "lcd_own", "lcd_own"}}};
+  for (const auto &t : told) {
+    const ComMsgRecord *record = msgs.find(t.first);
+    ASSERT_NE(nullptr, record) << t.first;
+    EXPECT_EQ(t.second, record->args) << t.first;
+  }
 
   // lcd_shared is taken by the backlight's mode, which comes first by name.
   std::vector<HBOComponentMode *> lcd = modesOf(board.findBoardComponent("lcd"));
@@ -385,24 +355,22 @@ TEST(StrictFindings, WhatFailsAStrictRead) {
              "index '1' is used for both 'led0' and for 'led1'. Port index must be unique."}};
   const Finding noRevisions{
       "49-69", {file, "No compatible boards were defined in a compatible_board_revisions element."}};
-  {
+  // Without the send flag the two told findings are not even queued.
+  for (bool send : {true, false}) {
+    SCOPED_TRACE(send);
     test::Messages msgs;
     HBOBoard board;
     HBOBoardParser parser;
-    EXPECT_FALSE(parser.parseFile(file, &board, true, "", nullptr));
-    EXPECT_EQ((std::vector<Finding>{{"49-133", {"leds", "Missing_Preset"}},
-                                    portIndex,
-                                    {"49-146", {"leds"}},
-                                    noRevisions}),
-              queued(parser));
-    EXPECT_EQ("49-56", msgs.ids().back());
-  }
-  {
-    // Without the send flag the two told findings are not even queued.
-    test::Messages msgs;
-    HBOBoard board;
-    HBOBoardParser parser;
-    EXPECT_FALSE(parser.parseFile(file, &board, false, "", nullptr));
-    EXPECT_EQ((std::vector<Finding>{portIndex, noRevisions}), queued(parser));
+    EXPECT_FALSE(parser.parseFile(file, &board, send, "", nullptr));
+    if (send) {
+      EXPECT_EQ((std::vector<Finding>{{"49-133", {"leds", "Missing_Preset"}},
+                                      portIndex,
+                                      {"49-146", {"leds"}},
+                                      noRevisions}),
+                queued(parser));
+      EXPECT_EQ("49-56", msgs.ids().back());
+    } else {
+      EXPECT_EQ((std::vector<Finding>{portIndex, noRevisions}), queued(parser));
+    }
   }
 }

@@ -3,9 +3,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardBus.h"
 #include "HBOBoardBusNet.h"
-#include "HBOBoardComponent.h"
 #include "HBOBoardDB.h"
-#include "HBOBusIf.h"
 #include "HBOImage.h"
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
@@ -14,17 +12,10 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+using modeltest::makeComponent;
+using modeltest::Strings;
 
-HBOBoardComponent *makeComponent(const std::string &name, const std::string &type,
-                                 const std::string &subType = std::string()) {
-  auto *component = new HBOBoardComponent();
-  component->setComponentName(name);
-  component->setName("acme:big:" + name + ":1.0");
-  component->setType(type);
-  component->setSubType(subType);
-  return component;
-}
+namespace {
 
 HBOBoardBus *makeBus(const std::string &name, const std::string &comp1,
                      const std::string &comp2) {
@@ -52,20 +43,15 @@ protected:
 TEST(ModelBoard, NameFormsAreLowerCasedButVersionFieldKeepsCase) {
   HBOBoard board;
   board.setName("ACME", "Big_Board", "1.2A");
-  EXPECT_EQ(board.getVendor(), "acme");
-  EXPECT_EQ(board.getBoardName(), "big_board");
-  EXPECT_EQ(board.getVersion(), "1.2A");
-  EXPECT_EQ(board.getName(), "acme:big_board:1.2a");
-}
+  EXPECT_EQ((Strings{board.getVendor(), board.getBoardName(), board.getVersion(), board.getName()}),
+            (Strings{"acme", "big_board", "1.2A", "acme:big_board:1.2a"}));
 
-TEST(ModelBoard, OnlyTheBoardRevisionIsTrimmed) {
-  HBOBoard board;
+  // Only the board revision is trimmed; the listed texts keep their blanks.
   board.setCompatibleBoardRevisions({{3, " r3 "}, {1, " r1 "}});
   EXPECT_EQ(board.getBoardRevision(), "r3");
-  std::vector<std::string> texts{"stale"};
+  Strings texts{"stale"};
   board.getCompatibleBoardRevisionsAsVec(texts);
-  EXPECT_EQ(texts, (std::vector<std::string>{"{1  r1 }", "{3  r3 }"}));
-
+  EXPECT_EQ(texts, (Strings{"{1  r1 }", "{3  r3 }"}));
   board.setCompatibleBoardRevisions({});
   EXPECT_EQ(board.getBoardRevision(), "");
 }
@@ -86,34 +72,22 @@ TEST(ModelBoard, ActivePartIsFirstFpgaByName) {
   EXPECT_FALSE(board.isDaughterBoard());
 }
 
-TEST(ModelBoard, ForwardersWithoutActivePartAreHarmless) {
+TEST(ModelBoard, ForwardersReadTheActivePartCacheOnly) {
   HBOBoard board;
   board.addBoardComponent(makeComponent("fpga", "fpga"));
-  // Forwarders read the cache only; nothing has filled it yet.
+  // Nothing has filled the cache yet: every forwarder is harmless.
   EXPECT_EQ(board.getLibrary(), "");
   EXPECT_EQ(board.getPartString(), "");
   EXPECT_FALSE(board.setPartString("xc1"));
   EXPECT_EQ(board.getBusIfByName("anything"), nullptr);
   EXPECT_FALSE(board.isConstraintsDataPopulated());
   EXPECT_EQ(board.getActivePartName(), "");
-  std::vector<std::string> parts{"stale"};
+  Strings parts{"stale"};
   board.getAdditionalSupportedPartNames(parts, true);
   EXPECT_TRUE(parts.empty());
   board.setVLNV("V", "L", "N", "R");
   board.setBoardFile("/x/board.xml");
   EXPECT_EQ(board.findBoardComponent("fpga")->getBoardFile(), "");
-
-  // Once cached, the same calls reach the component.
-  HBOBoardComponent *active = board.getActivePart();
-  board.setPartString("xc1");
-  board.setVLNV("V", "Lib", "N", "R");
-  board.setBoardFile("/x/board.xml");
-  EXPECT_EQ(active->getPartString(), "xc1");
-  EXPECT_EQ(board.getLibrary(), "lib");
-  EXPECT_EQ(active->getBoardFile(), "/x/board.xml");
-  EXPECT_EQ(board.getActivePartName(), "acme:big:fpga:1.0");
-  board.getAdditionalSupportedPartNames(parts, true);
-  EXPECT_EQ(parts, std::vector<std::string>{"xc1"});
 }
 
 TEST(ModelBoard, UpdateBoardPartReportsAnUnsupportedPart) {
@@ -137,21 +111,18 @@ TEST(ModelBoard, UpdateBoardPartReportsAnUnsupportedPart) {
   EXPECT_EQ(recorder.records[0].args[0], "xc9");
 }
 
-TEST(ModelBoard, ComponentLookupCaseRules) {
+TEST(ModelBoard, NameCaseRulesOfComponentAndPresetMaps) {
   HBOBoard board;
   board.addBoardComponent(makeComponent("fpga_a", "fpga"));
   EXPECT_NE(board.getCompByName("FPGA_A"), nullptr);
   EXPECT_EQ(board.findBoardComponent("FPGA_A"), nullptr);
   EXPECT_EQ(board.getCompByName(""), nullptr);
   EXPECT_EQ(board.findBoardComponent(""), nullptr);
-}
 
-TEST(ModelBoard, PresetMapsUseUpperCasedNames) {
-  HBOBoard board;
+  // Preset maps file under the upper-cased name and ignore an empty one.
   auto *preset = new HBOIpPreset();
-  std::vector<HBOIpPreset *> presets{preset};
-  board.setIpPreset("axi", presets);
-  board.setIpPreset("", presets);
+  board.setIpPreset("axi", {preset});
+  board.setIpPreset("", {preset});
   ASSERT_EQ(board.getIpPresets().size(), 1u);
   EXPECT_EQ(board.getIpPresets().count("AXI"), 1u);
   // The same record in the other map, twice: the board frees it once.
@@ -164,9 +135,8 @@ TEST(ModelBoard, BusLookupsAreDirectionalWhereSaid) {
   HBOBoardComponent *a = makeComponent("a", "chip");
   HBOBoardComponent *b = makeComponent("b", "connector", "pmod");
   HBOBoardComponent *c = makeComponent("c", "connector", "unknown_kind");
-  board.addBoardComponent(a);
-  board.addBoardComponent(b);
-  board.addBoardComponent(c);
+  for (HBOBoardComponent *component : {a, b, c})
+    board.addBoardComponent(component);
   HBOBoardBus *ba = makeBus("ba", "b", "a");
   HBOBoardBus *ac = makeBus("ac", "a", "c");
   auto *net = new HBOBoardBusNet();
@@ -192,7 +162,6 @@ TEST(ModelBoard, BusLookupsAreDirectionalWhereSaid) {
   EXPECT_TRUE(board.getConnectedConnectors(a, connectors));
   EXPECT_EQ(connectors, (std::vector<HBOBoardComponent *>{b, c}));
   EXPECT_FALSE(board.getConnectedConnectors(nullptr, connectors));
-
   HSTVector<HBOBoardComponent *> list;
   board.getConnectorsList(list);
   EXPECT_EQ(list, HSTVector<HBOBoardComponent *>{b});
@@ -204,11 +173,8 @@ TEST(ModelBoard, InterfacesThroughConnectorsSkipTheActivePart) {
   HBOBoardComponent *pmod = makeComponent("pmod", "connector", "pmod");
   board.addBoardComponent(fpga);
   board.addBoardComponent(pmod);
-  auto *onFpga = new HBOBusIf();
-  onFpga->setName("led");
-  fpga->addBoardInterface_(onFpga);
-  auto *onPmod = new HBOBusIf();
-  onPmod->setName("gpio");
+  fpga->addBoardInterface_(modeltest::makeBusIf("led"));
+  HBOBusIf *onPmod = modeltest::makeBusIf("gpio");
   pmod->addBoardInterface_(onPmod);
 
   HBOBusIf *found = nullptr;
@@ -254,20 +220,14 @@ TEST(ModelBoard, BaseBoardOnlyCountsWhenIntegrated) {
   HBOBoard plain;
   EXPECT_EQ(plain.getIntegratedBoardConnectionsAsStringProperty(), "{}");
   EXPECT_TRUE(plain.isDaughterBoard());
-}
-
-TEST(ModelBoard, ConnectionTextQuotesElementsLikeTclLists) {
-  HBOBoard daughter;
-  HBOBoardComponent *card = makeComponent("card", "connector", "pmod");
+  // The connection text quotes its elements like Tcl lists.
   card->setName("has blank");
-  daughter.addBoardComponent(card);
-  HBOBoard integrated;
-  integrated.addIntegratedBoardConnection("j1", &daughter, "card");
-  integrated.addIntegratedBoardConnection("j2", &daughter, "missing");
-  EXPECT_EQ(integrated.getIntegratedBoardConnectionsAsString(), "j1 {has blank} j2 {}");
+  plain.addIntegratedBoardConnection("j1", &daughter, "fmc_card");
+  plain.addIntegratedBoardConnection("j2", &daughter, "missing");
+  EXPECT_EQ(plain.getIntegratedBoardConnectionsAsString(), "j1 {has blank} j2 {}");
 }
 
-TEST(ModelBoard, ParamValueAndConnectedMaps) {
+TEST(ModelBoard, RepeatedNamesFirstParameterButLastMapEntryWins) {
   HBOBoard board;
   board.addParameter(new HBOParameter("speed", "fast", "", "", "", ""));
   board.addParameter(new HBOParameter("speed", "slow", "", "", "", ""));
@@ -313,8 +273,7 @@ TEST(ModelBoard, DestructionFreesEverythingItHolds) {
   board->addParameter(new HBOParameter());
   board->addJumper(new HBOJumper());
   board->addImage(new HBOImage());
-  HBOBoardComponent *component = makeComponent("fpga", "fpga");
-  board->addBoardComponent(component);
+  board->addBoardComponent(makeComponent("fpga", "fpga"));
   HBOBoardBus *bus = makeBus("m", "fpga", "fpga");
   bus->addBoardBusNet(new HBOBoardBusNet());
   board->addBus(bus);
@@ -329,9 +288,7 @@ TEST(ModelBoard, DisplayStartsWithTheBoardLine) {
   HBOBoard board;
   board.setName("acme", "big", "1.0");
   board.addParameter(new HBOParameter("p", "v", "t", "0", "9", "false"));
-  testing::internal::CaptureStdout();
-  board.display(1);
-  const std::string text = testing::internal::GetCapturedStdout();
+  const std::string text = modeltest::shown(board, 1);
   EXPECT_EQ(text.rfind("-Board - Name: big, Fullname: acme:big:1.0, Description: , Boardfile: \n"
                        "---Parameters:\n"
                        "-----Parameter - Name: p, Value: v, Type: t, Min: 0, Max: 9, "

@@ -2,66 +2,26 @@
 // part swapping, connector kinds and the old constraint file.
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
-#include "HBOBusIf.h"
-#include "HBOModelPort.h"
 #include "HBOParameter.h"
-#include "HBOPinProps.h"
-#include "HBOPortMap.h"
 #include "ModelTestUtil.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-
-HBOPinProps *makePin(const std::string &name, int index) {
-  auto *pin = new HBOPinProps();
-  pin->setName(name);
-  pin->setPinIndex(index);
-  return pin;
-}
-
-HBOBusIf *makeBusIf(const std::string &name, const std::string &vendor,
-                    const std::string &library, const std::string &type,
-                    const std::string &version) {
-  auto *busIf = new HBOBusIf();
-  busIf->setName(name);
-  busIf->setAbstractTypeVendor(vendor);
-  busIf->setAbstractTypeLibrary(library);
-  busIf->setAbstractTypeName(type);
-  busIf->setAbstractTypeVersion(version);
-  return busIf;
-}
-
-HBOModelPort *makePort(const std::string &name) {
-  auto *port = new HBOModelPort();
-  port->setName(name);
-  return port;
-}
-
-void addPortMap(HBOBusIf *busIf, const std::string &logical, const std::string &physical) {
-  HBOPortMap *portMap = new HBOPortMap();
-  portMap->setLogicalPort(logical);
-  portMap->setPhysicalPort(physical);
-  busIf->populatePortMap(portMap);
-}
-
-} // namespace
+using namespace modeltest;
 
 TEST(ModelComponent, LegacyIdentitySettersLowerCaseAllButVersion) {
   HBOBoardComponent component;
   component.setName("ACME", "Board", "Part0", "1.0A");
-  EXPECT_EQ(component.getName(), "acme:board:part0:1.0a");
-  EXPECT_EQ(component.getVersion(), "1.0A");
-  EXPECT_EQ(component.getPartName(), "part0");
+  EXPECT_EQ((Strings{component.getName(), component.getVersion(), component.getPartName()}),
+            (Strings{"acme:board:part0:1.0a", "1.0A", "part0"}));
   component.setVLNV("ACME", "Lib", "Brd", "Rev_B");
-  EXPECT_EQ(component.getLibrary(), "lib");
-  EXPECT_EQ(component.getBoardRevision(), "rev_b");
-  EXPECT_EQ(component.getVendor(), "acme");
+  EXPECT_EQ((Strings{component.getLibrary(), component.getBoardRevision(), component.getVendor()}),
+            (Strings{"lib", "rev_b", "acme"}));
 }
 
 TEST(ModelComponent, InterfaceLookupIgnoresCaseAndEmptyFindsNothing) {
   HBOBoardComponent component;
-  HBOBusIf *busIf = makeBusIf("Led_4bits", "v", "l", "n", "1");
+  HBOBusIf *busIf = makeBusIf("Led_4bits");
   component.setBusIf("Led_4bits", busIf);
   EXPECT_EQ(component.getBusIfByName("led_4BITS"), busIf);
   EXPECT_EQ(busIf->getOwnerComponent(), &component);
@@ -70,6 +30,7 @@ TEST(ModelComponent, InterfaceLookupIgnoresCaseAndEmptyFindsNothing) {
   EXPECT_FALSE(component.getBusIfByName(out, "other"));
   EXPECT_EQ(out, busIf);
 
+  // A null interface or an empty name is not entered.
   HBOBusIf *none = nullptr;
   component.setBusIf("x", none);
   component.setBusIf("", busIf);
@@ -84,7 +45,7 @@ TEST(ModelComponent, SetBusIfTellsModelPortsTheirInterface) {
   HBOModelPort *n = makePort("clk_n");
   component.setModelPort("clk_p", p);
   component.setModelPort("CLK_N", n);
-  HBOBusIf *busIf = makeBusIf("sys_clock", "v", "l", "n", "1");
+  HBOBusIf *busIf = makeBusIf("sys_clock");
   addPortMap(busIf, "CLK_P", "clk_p");
   addPortMap(busIf, "CLK_N", "clk_n");
   addPortMap(busIf, "CLK_X", "not_a_port");
@@ -114,8 +75,7 @@ TEST(ModelComponent, SetBusIfTellsModelPortsTheirInterface) {
 TEST(ModelComponent, PinPropsByBusIfOnSchemaTwoFollowPinMaps) {
   HBOBoard board;
   board.setBoardSchemaVersion("2.2");
-  auto *component = new HBOBoardComponent();
-  component->setComponentName("fpga");
+  auto *component = makeComponent("fpga", "");
   component->setBoard(&board);
   board.addBoardComponent(component);
   component->addPin(makePin("A1", 1));
@@ -125,7 +85,7 @@ TEST(ModelComponent, PinPropsByBusIfOnSchemaTwoFollowPinMaps) {
   port->addPinPortMap("1", "A1");
   port->addPinPortMap("2", "missing");
   component->setModelPort("led", port);
-  HBOBusIf *busIf = makeBusIf("leds", "v", "l", "n", "1");
+  HBOBusIf *busIf = makeBusIf("leds");
   addPortMap(busIf, "TRI_O", "led");
   busIf->addPort(port);
   port->setOwner(busIf);
@@ -141,9 +101,8 @@ TEST(ModelComponent, PinPropsByBusIfOnSchemaTwoFollowPinMaps) {
 TEST(ModelComponent, BusIfSeqByFourFieldsIgnoresCaseAndMatchesClockLibraries) {
   HBOBoardComponent component;
   HBOBusIf *clock = makeBusIf("clk", "quarnel-ip", "signal", "clock_rtl", "1.0");
-  HBOBusIf *gpio = makeBusIf("gpio", "quarnel-ip", "interface", "gpio_rtl", "1.0");
   component.setBusIf("clk", clock);
-  component.setBusIf("gpio", gpio);
+  component.setBusIf("gpio", makeBusIf("gpio", "quarnel-ip", "interface", "gpio_rtl", "1.0"));
 
   std::vector<HBOBusIf *> out;
   component.getBusIfSeq(out, "QUARNEL-IP", "interface", "CLOCK_RTL", "1.0");
@@ -164,16 +123,15 @@ TEST(ModelComponent, BusIfSeqByVlnvTextKeepsTheClockPatternOddity) {
                                            "1.0"));
   // A one-letter library is what the pattern's bracket set really matches.
   component.setBusIf("odd_clk", makeBusIf("odd_clk", "quarnel-ip", "s", "clock_rtl", "1.0"));
-
-  std::vector<std::string> names;
-  component.getBusIfSeq(names, "QUARNEL-IP:INTERFACE:CLOCK_RTL:1.0");
-  EXPECT_EQ(names, std::vector<std::string>{"real_clk"});
-  names.clear();
-  component.getBusIfSeq(names, "quarnel-ip:i:clock_rtl:1.0");
-  EXPECT_EQ(names, std::vector<std::string>{"odd_clk"});
-  names.clear();
-  component.getBusIfSeq(names, "quarnel-ip:signal:clock_rtl:1.0");
-  EXPECT_TRUE(names.empty());
+  const std::pair<const char *, Strings> cases[] = {
+      {"QUARNEL-IP:INTERFACE:CLOCK_RTL:1.0", {"real_clk"}},
+      {"quarnel-ip:i:clock_rtl:1.0", {"odd_clk"}},
+      {"quarnel-ip:signal:clock_rtl:1.0", {}}};
+  for (const auto &c : cases) {
+    Strings names;
+    component.getBusIfSeq(names, c.first);
+    EXPECT_EQ(names, c.second) << c.first;
+  }
 }
 
 TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
@@ -203,17 +161,14 @@ TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
 
 TEST(ModelComponent, IndexesOutsideTheSlotsAreFoundByWalking) {
   HBOBoardComponent component;
-  HBOPinProps *p400 = makePin("P400", 400);
-  HBOPinProps *p401 = makePin("P401", 401);
-  HBOPinProps *scalar = makePin("SCALAR", -1);
-  component.addPin(p400);
-  component.addPin(p401);
-  component.addPin(scalar);
-  EXPECT_EQ(component.getPinByIndex(400), p400);
-  EXPECT_EQ(component.getPinByIndex(401), p401);
-  EXPECT_EQ(component.getPinByIndex(-1), scalar);
-  EXPECT_EQ(component.getPinByIndex(0), nullptr);
-  EXPECT_EQ(component.getPinByIndex(100000), nullptr);
+  std::map<int, HBOPinProps *> pins{{400, makePin("P400", 400)}, {401, makePin("P401", 401)},
+                                    {-1, makePin("SCALAR", -1)}, {0, nullptr},
+                                    {100000, nullptr}};
+  for (const auto &entry : pins)
+    if (entry.second)
+      component.addPin(entry.second);
+  for (const auto &entry : pins)
+    EXPECT_EQ(component.getPinByIndex(entry.first), entry.second) << entry.first;
 }
 
 TEST(ModelComponent, ConnectorPredicatesCompareExactly) {
@@ -252,14 +207,14 @@ TEST(ModelComponent, UpdatePartNameSwapsWithTheSupportedPart) {
   EXPECT_FALSE(component.updatePartName("XC_B"));
   EXPECT_TRUE(component.updatePartName("xc_c"));
   EXPECT_TRUE(component.isPartUpdated());
-  std::vector<std::string> parts;
+  Strings parts;
   component.getAdditionalSupportedPartNames(parts, true);
-  EXPECT_EQ(parts, (std::vector<std::string>{"xc_c", "xc_b", "xc_a"}));
+  EXPECT_EQ(parts, (Strings{"xc_c", "xc_b", "xc_a"}));
   EXPECT_TRUE(component.isPartNameSupported("xc_a"));
   EXPECT_FALSE(component.isPartNameSupported("xc_d"));
 }
 
-TEST(ModelComponent, SmallQueries) {
+TEST(ModelComponent, SmallQueriesAndTheirFallbacks) {
   HBOBoardComponent component;
   EXPECT_EQ(component.getConnectorCategory(), "Others");
   component.setMajorGroup("FMC");
@@ -275,6 +230,7 @@ TEST(ModelComponent, SmallQueries) {
   EXPECT_TRUE(component.isConnectedToPSAndLogic());
   EXPECT_FALSE(component.isConnectedToPSOnly());
 
+  // The single-chain position is told only when there is exactly one chain.
   std::string position = "stale";
   EXPECT_EQ(component.getJtagPositionForSingleChain(position), 0);
   EXPECT_EQ(position, "");
@@ -293,21 +249,21 @@ TEST(ModelComponent, SmallQueries) {
   EXPECT_EQ(component.getDisplayNameORVLNVName(), "Nice");
 }
 
-TEST(ModelComponent, ImageFileIsPlacedBesideTheBoardFile) {
+TEST(ModelComponent, ImageFileIsPlacedBesideTheBoardFileWhenBare) {
   HBOBoardComponent component;
   component.setBoardFile("/boards/acme/big/1.0/board.xml");
-  component.setImageFile("pic.png");
-  EXPECT_EQ(component.getImageFile(), "/boards/acme/big/1.0/pic.png");
-  component.setImageFile("./pic.png");
-  EXPECT_EQ(component.getImageFile(), "/boards/acme/big/1.0/./pic.png");
-  component.setImageFile("img/pic.png");
-  EXPECT_EQ(component.getImageFile(), "img/pic.png");
-  component.setImageFile("");
-  EXPECT_EQ(component.getImageFile(), "");
+  for (const auto &c : std::map<std::string, std::string>{
+           {"pic.png", "/boards/acme/big/1.0/pic.png"},
+           {"./pic.png", "/boards/acme/big/1.0/./pic.png"},
+           {"img/pic.png", "img/pic.png"},
+           {"", ""}}) {
+    component.setImageFile(c.first);
+    EXPECT_EQ(component.getImageFile(), c.second) << c.first;
+  }
 }
 
 TEST(ModelComponent, ConstraintsFileFillsPortRecordsOnce) {
-  modeltest::ScratchDir dir;
+  ScratchDir dir;
   const std::string file =
       dir.write("pins.xml", "<PINS>"
                             "<PIN><NAME>data</NAME><INDEX>6</INDEX><LOC>a1</LOC>"
@@ -332,17 +288,17 @@ TEST(ModelComponent, ConstraintsFileFillsPortRecordsOnce) {
   EXPECT_FALSE(component.isConstraintsDataPopulated());
 
   component.setConstraintsFile(file);
-  modeltest::MessageRecorder recorder;
+  MessageRecorder recorder;
   EXPECT_FALSE(component.populateConstraintsData(""));
   EXPECT_TRUE(component.isConstraintsDataPopulated());
-  EXPECT_EQ(recorder.keys(), std::vector<std::string>{"@49-43@%s"});
+  EXPECT_EQ(recorder.keys(), Strings{"@49-43@%s"});
 
   std::vector<HBOPinProps *> records;
   ASSERT_TRUE(data->getPortPropsSeq(records));
   ASSERT_EQ(records.size(), 4u);
-  EXPECT_EQ(records[2]->getName(), "data[6]");
-  EXPECT_EQ(records[2]->getPinLoc(), "A1");
-  EXPECT_EQ(records[2]->getPinIOStandard(), "LVCMOS18");
+  EXPECT_EQ((Strings{records[2]->getName(), records[2]->getPinLoc(),
+                     records[2]->getPinIOStandard()}),
+            (Strings{"data[6]", "A1", "LVCMOS18"}));
   EXPECT_EQ(records[2]->getPinIndex(), 6);
   // Only seven columns are read: ODT stays empty but present.
   EXPECT_EQ(records[2]->getPortProps().at("odt"), "");
@@ -361,9 +317,7 @@ TEST(ModelComponent, DisplayListsTheSections) {
   HBOBoardComponent component;
   component.setName("acme:big:fpga:1.0");
   component.setType("fpga");
-  testing::internal::CaptureStdout();
-  component.display(0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(shown(component, 0),
             "Component - Display Name: , Name: acme:big:fpga:1.0, Type: fpga, Sub-Type: , "
             "Part Name: , Pin Map File: \n--Parameters:\n--Component Modes:\n--Interfaces:\n"
             "--Model Ports:\n--Pins:\n");

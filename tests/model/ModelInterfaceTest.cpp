@@ -1,19 +1,18 @@
 // Interfaces, model ports, port maps and port ranges.
 #include "HBOBoard.h"
-#include "HBOBoardComponent.h"
-#include "HBOBusIf.h"
 #include "HBOBusIfPreference.h"
-#include "HBOModelPort.h"
 #include "HBOParameter.h"
-#include "HBOPinProps.h"
-#include "HBOPortMap.h"
 #include "HBOPortVector.h"
+#include "ModelTestUtil.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
-TEST(ModelPortVector, WidthIsTheSameInBothDirections) {
+using namespace modeltest;
+
+TEST(ModelPort, RangesAndShapes) {
+  // A range has the same width in both directions and refuses negative ends.
   HBOPortVector range;
   int out = 42;
   EXPECT_FALSE(range.getWidth(out));
@@ -21,37 +20,30 @@ TEST(ModelPortVector, WidthIsTheSameInBothDirections) {
   out = 42;
   EXPECT_FALSE(range.getLeft(out));
   EXPECT_EQ(out, 42);
-
-  EXPECT_TRUE(range.setVec(7, 0));
-  range.getWidth(out);
-  EXPECT_EQ(out, 8);
-  EXPECT_TRUE(range.setVec(0, 7));
-  range.getWidth(out);
-  EXPECT_EQ(out, 8);
-  EXPECT_TRUE(range.setVec(3, 3));
-  range.getWidth(out);
-  EXPECT_EQ(out, 1);
+  for (auto [left, right, width] : {std::tuple<int, int, int>{7, 0, 8}, {0, 7, 8}, {3, 3, 1}}) {
+    EXPECT_TRUE(range.setVec(left, right));
+    range.getWidth(out);
+    EXPECT_EQ(out, width) << left << ":" << right;
+  }
   EXPECT_FALSE(range.setVec(-1, 0));
   EXPECT_TRUE(range.getLeft(out));
   EXPECT_EQ(out, 3);
-}
 
-TEST(ModelPort, ScalarAndVectorShapes) {
+  // A port is one bit wide until it is a vector, and a vector without a
+  // range has no width and no records.
   HBOModelPort port;
   int value = 0;
   EXPECT_TRUE(port.getPortWidth(value));
   EXPECT_EQ(value, 1);
   EXPECT_FALSE(port.getPortVecLeft(value));
   EXPECT_EQ(value, -1);
-
   port.setIsVector(true);
-  port.setRange(-1, 0); // refused: the vector stays without a range
+  port.setRange(-1, 0);
   port.getPortWidth(value);
   EXPECT_EQ(value, -1);
   EXPECT_TRUE(port.populatePinProps());
   std::vector<HBOPinProps *> records;
   EXPECT_FALSE(port.getPortPropsSeq(records));
-
   port.setRange(8, 1);
   port.getPortWidth(value);
   EXPECT_EQ(value, 8);
@@ -91,17 +83,12 @@ TEST(ModelPort, PinMapOrderIsTextualAndRenamesKeepKeys) {
   component->setComponentName("fpga");
   component->setBoard(&board);
   board.addBoardComponent(component);
-  for (const char *name : {"P2", "P10", "Q2"}) {
-    auto *pin = new HBOPinProps();
-    pin->setName(name);
-    component->addPin(pin);
-  }
-  auto *busIf = new HBOBusIf();
-  busIf->setName("bus");
+  for (const char *name : {"P2", "P10", "Q2"})
+    component->addPin(makePin(name));
+  HBOBusIf *busIf = makeBusIf("bus");
   busIf->setOwnerComponent(component);
   component->setBusIf("bus", busIf);
-  auto *port = new HBOModelPort();
-  port->setName("data");
+  HBOModelPort *port = makePort("data");
   port->setOwner(busIf);
   busIf->addPort(port);
   component->setModelPort("data", port);
@@ -120,13 +107,12 @@ TEST(ModelPort, PinMapOrderIsTextualAndRenamesKeepKeys) {
   EXPECT_EQ(pins.size(), 4u);
 
   busIf->updatePortPinMap({{"P2", "Q2"}, {"unused", "x"}});
-  std::string pin;
-  port->getPinPort("2", pin);
-  EXPECT_EQ(pin, "Q2");
-  port->getPinPort("10", pin);
-  EXPECT_EQ(pin, "P10");
-  port->getPinPort("99", pin);
-  EXPECT_EQ(pin, "");
+  for (auto [index, pin] : {std::pair<const char *, const char *>{"2", "Q2"}, {"10", "P10"},
+                            {"99", ""}}) {
+    std::string found = "stale";
+    port->getPinPort(index, found);
+    EXPECT_EQ(found, pin) << index;
+  }
 }
 
 TEST(ModelBusIf, ParameterTextsFindIgnoringCaseButStoreExactly) {
@@ -153,38 +139,28 @@ TEST(ModelBusIf, ParameterTextsFindIgnoringCaseButStoreExactly) {
 
 TEST(ModelBusIf, PortMapsAndTypeText) {
   HBOBusIf busIf;
-  for (auto [logical, physical] : {std::pair<const char *, const char *>{"", "empty_lp"},
-                                   {"CLK_P", "clk_p"},
-                                   {"clk_p", "second"}}) {
-    HBOPortMap *portMap = new HBOPortMap();
-    portMap->setLogicalPort(logical);
-    portMap->setPhysicalPort(physical);
-    busIf.populatePortMap(portMap);
-  }
+  addPortMap(&busIf, "", "empty_lp");
+  addPortMap(&busIf, "CLK_P", "clk_p");
+  addPortMap(&busIf, "clk_p", "second");
   std::string physical = "untouched";
   EXPECT_FALSE(busIf.getPPortByLPort("", physical));
   EXPECT_EQ(physical, "untouched");
   EXPECT_TRUE(busIf.getPPortByLPort("clk_P", physical));
   EXPECT_EQ(physical, "clk_p");
   EXPECT_FALSE(busIf.getPPortByLPort("clk_n", physical));
-  std::vector<std::string> ports{"kept"};
+  Strings ports{"kept"};
   busIf.getPhysicalPortSeq(ports);
-  EXPECT_EQ(ports, (std::vector<std::string>{"kept", "empty_lp", "clk_p", "second"}));
+  EXPECT_EQ(ports, (Strings{"kept", "empty_lp", "clk_p", "second"}));
   EXPECT_EQ(busIf.getPortMapSize(), 3u);
 
-  busIf.setAbstractTypeVendor("quarnel-ip");
-  busIf.setAbstractTypeLibrary("interface");
-  busIf.setAbstractTypeName("gpio_rtl");
-  busIf.setAbstractTypeVersion("1.0");
+  std::unique_ptr<HBOBusIf> typed(makeBusIf("t", "quarnel-ip", "interface", "gpio_rtl", "1.0"));
   std::string vlnv;
-  busIf.getAbstractTypeVLNV(vlnv, ":");
+  typed->getAbstractTypeVLNV(vlnv, ":");
   EXPECT_EQ(vlnv, "quarnel-ip:interface:gpio_rtl:1.0");
-  EXPECT_EQ(busIf.getIsEnabled(), "true");
 }
 
 TEST(ModelBusIf, OwnsPreferencesAndPortMapsButNotPorts) {
-  auto port = std::make_unique<HBOModelPort>();
-  port->setName("p");
+  auto port = std::unique_ptr<HBOModelPort>(makePort("p"));
   {
     HBOBusIf busIf;
     busIf.addPort(port.get());
@@ -209,9 +185,7 @@ TEST(ModelBusIf, DisplayPrintsTheFixedPreferredIpText) {
   port.setOwnerBusIf("leds", "TRI_O");
   port.addPinPortMap("0", "A1");
   busIf.addPort(&port);
-  testing::internal::CaptureStdout();
-  busIf.display(0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(shown(busIf, 0),
             "Interface - Name:leds, Mode:master, VLNV::::, Preferred IP:TBD, "
             "Of Component:led_chip Preset Proc:\n--Ports:\n"
             "----Port - Logical Name: TRI_O, Physical Name: led, Direction: , Left: -1, "

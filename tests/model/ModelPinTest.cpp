@@ -1,34 +1,34 @@
 // Pin records: the port property semantics behind the compact storage, IO
 // bank properties, and copying properties between pins.
 #include "HBOPinProps.h"
+#include "ModelTestUtil.h"
 
 #include <gtest/gtest.h>
 
 #include <thread>
 
-TEST(ModelPin, PropertyNamesAreLowerCasedOnTheWayIn) {
-  HBOPinProps pin;
-  pin.setPortProp("IOSTANDARD", "LVDS");
-  std::string out;
-  pin.getPinIOStandard(out);
-  EXPECT_EQ(out, "LVDS");
-  pin.setPinIOStandard("SSTL12");
-  EXPECT_EQ(pin.getPortProps(), (HBOPinProps::StringMap{{"iostandard", "SSTL12"}}));
-  EXPECT_EQ(pin.getPortProp("IoStandard"), "SSTL12");
-}
+using Props = HBOPinProps::StringMap;
 
-TEST(ModelPin, AskingForAPropertyCreatesAnEmptyEntry) {
+TEST(ModelPin, NamesAreLowerCasedAndAskingCreatesAnEmptyEntry) {
+  HBOPinProps named;
+  named.setPortProp("IOSTANDARD", "LVDS");
+  std::string out;
+  named.getPinIOStandard(out);
+  EXPECT_EQ(out, "LVDS");
+  named.setPinIOStandard("SSTL12");
+  EXPECT_EQ(named.getPortProps(), (Props{{"iostandard", "SSTL12"}}));
+  EXPECT_EQ(named.getPortProp("IoStandard"), "SSTL12");
+
+  // The out-argument getters enter nothing; the reference getter does.
   HBOPinProps pin;
-  std::string out = "untouched";
+  out = "untouched";
   pin.getPinIOStandard(out);
   pin.getPortProp_("pull_type", out);
   EXPECT_EQ(out, "untouched");
   EXPECT_TRUE(pin.getPortProps().empty());
-
   EXPECT_EQ(pin.getPortProp("Vendor_Specific"), "");
   EXPECT_EQ(pin.getPortProp("slew"), "");
-  EXPECT_EQ(pin.getPortProps(),
-            (HBOPinProps::StringMap{{"slew", ""}, {"vendor_specific", ""}}));
+  EXPECT_EQ(pin.getPortProps(), (Props{{"slew", ""}, {"vendor_specific", ""}}));
   pin.getPinSlew(out);
   EXPECT_EQ(out, ""); // present now, so the out-argument is written
 
@@ -40,12 +40,12 @@ TEST(ModelPin, AskingForAPropertyCreatesAnEmptyEntry) {
   EXPECT_EQ(out, "yes");
 }
 
-TEST(ModelPin, AllKnownNamesSetEmptyStayVisible) {
+TEST(ModelPin, EmptyValuesStayVisibleForKnownAndUnknownNames) {
   // What a reader does for every pin: all names, mostly empty values.
   HBOPinProps pin;
   for (const std::string &name : HBOPinProps::getPortPropNames())
     pin.setPortProp(name, name == "iostandard" ? "LVCMOS33" : "");
-  const HBOPinProps::StringMap props = pin.getPortProps();
+  const Props props = pin.getPortProps();
   ASSERT_EQ(props.size(), 16u);
   EXPECT_EQ(props.at("iostandard"), "LVCMOS33");
   EXPECT_EQ(props.at("pcb_max_delay"), "");
@@ -55,20 +55,17 @@ TEST(ModelPin, AllKnownNamesSetEmptyStayVisible) {
   EXPECT_EQ(pin.getPortProps().at("iostandard"), "");
   EXPECT_EQ(HBOPinProps::getPortPropNames().front(), "diff_term");
   EXPECT_EQ(HBOPinProps::getPortPropNames().back(), "pcb_max_delay");
-}
 
-TEST(ModelPin, ManyUnknownNamesAreKeptApart) {
   // More names than fit the presence mask go through the value list alone.
-  HBOPinProps pin;
+  HBOPinProps many;
   for (int i = 0; i < 80; ++i)
-    pin.setPortProp("extra_" + std::to_string(i), i % 2 ? std::to_string(i) : "");
-  const HBOPinProps::StringMap props = pin.getPortProps();
-  ASSERT_EQ(props.size(), 80u);
-  EXPECT_EQ(props.at("extra_79"), "79");
-  EXPECT_EQ(props.at("extra_78"), "");
-  HBOPinProps other;
+    many.setPortProp("extra_" + std::to_string(i), i % 2 ? std::to_string(i) : "");
+  const Props extra = many.getPortProps();
+  ASSERT_EQ(extra.size(), 80u);
+  EXPECT_EQ(extra.at("extra_79"), "79");
+  EXPECT_EQ(extra.at("extra_78"), "");
   std::string out = "untouched";
-  other.getPortProp_("extra_79", out);
+  pin.getPortProp_("extra_79", out);
   EXPECT_EQ(out, "untouched");
 }
 
@@ -96,9 +93,9 @@ TEST(ModelPin, IOBankPropertiesKeepCaseButFindIgnoringIt) {
   EXPECT_TRUE(pin.setIOBankProperty("vcco", "3.3"));
   EXPECT_EQ(pin.getIOBankPropertyValue("Vcco"), "1.8"); // "VCCO" sorts first
   EXPECT_EQ(pin.getIOBankPropertyValue(""), "");
-  HBOPinProps::StringMap list{{"stale", "x"}};
+  Props list{{"stale", "x"}};
   EXPECT_TRUE(pin.getIOBankPropertyList(list));
-  EXPECT_EQ(list, (HBOPinProps::StringMap{{"VCCO", "1.8"}, {"vcco", "3.3"}}));
+  EXPECT_EQ(list, (Props{{"VCCO", "1.8"}, {"vcco", "3.3"}}));
 }
 
 TEST(ModelPin, CopyIOPropertiesTakesOnlyWhatIsFilled) {
@@ -118,16 +115,13 @@ TEST(ModelPin, CopyIOPropertiesTakesOnlyWhatIsFilled) {
   source.setIOBankProperty("vref", "0.75");
   target.copyIOPropertiesFrom(source);
 
-  EXPECT_EQ(target.getPinLoc(), "A1");
-  EXPECT_EQ(target.getPinSlew(), "FAST");
-  EXPECT_EQ(target.getPinDrive(), "8");
-  EXPECT_EQ(target.getPortProps().at("custom"), "c");
   std::string vref;
   target.getPinInternalVref(vref);
-  EXPECT_EQ(vref, "0.9");
-  EXPECT_EQ(target.getGtLoc(), "GT0");
-  EXPECT_EQ(target.getIOBankPropertyValue("vcco"), "1.8");
-  EXPECT_EQ(target.getIOBankPropertyValue("vref"), "0.75");
+  EXPECT_EQ((modeltest::Strings{target.getPinLoc(), target.getPinSlew(), target.getPinDrive(),
+                                target.getPortProps().at("custom"), vref, target.getGtLoc(),
+                                target.getIOBankPropertyValue("vcco"),
+                                target.getIOBankPropertyValue("vref")}),
+            (modeltest::Strings{"A1", "FAST", "8", "c", "0.9", "GT0", "1.8", "0.75"}));
 }
 
 TEST(ModelPin, SetPropStoresAllTenNamesAndUpperCasesTheLocation) {
@@ -142,12 +136,12 @@ TEST(ModelPin, SetPropStoresAllTenNamesAndUpperCasesTheLocation) {
   EXPECT_FALSE(pin.getOwnerPort(port));
 }
 
-TEST(ModelPin, InterfacePortMapAndGroupings) {
+TEST(ModelPin, InterfacePortMapKeepsTheLastPortPerInterface) {
   HBOPinProps pin;
   pin.addIntfPortMap("ddr", "dq");
   pin.addIntfPortMap("ddr", "dqs");
   pin.addIntfPortMap("cfg", "d0");
-  EXPECT_EQ(pin.getIntfPortMap(), (HBOPinProps::StringMap{{"cfg", "d0"}, {"ddr", "dqs"}}));
+  EXPECT_EQ(pin.getIntfPortMap(), (Props{{"cfg", "d0"}, {"ddr", "dqs"}}));
   EXPECT_EQ(pin.getPortForInterface("DDR"), "");
   EXPECT_EQ(pin.getPortForInterface("ddr"), "dqs");
   pin.addPartOf({{"group", "g1"}});
@@ -169,9 +163,7 @@ TEST(ModelPin, DisplayShowsTheMainPropertiesFirst) {
   pin.setPinIOStandard("LVCMOS18");
   pin.setPortProp("pull_type", "PULLUP");
   pin.setIOBankProperty("vcco", "1.8");
-  testing::internal::CaptureStdout();
-  pin.display(2);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(modeltest::shown(pin, 2),
             "--Pin - index:4, name:A1, iostd:LVCMOS18, loc:A1, drive:, slew:, diff_term:, "
             "pull_type:PULLUP, iobank.vcco:1.8\n");
 }

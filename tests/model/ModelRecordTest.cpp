@@ -4,7 +4,6 @@
 #include "HBOBoardBus.h"
 #include "HBOBoardBusNet.h"
 #include "HBOBoardCompMuxPosition.h"
-#include "HBOBoardComponent.h"
 #include "HBOBoardComponentDriver.h"
 #include "HBOBoardDataProps.h"
 #include "HBOBusIfPreference.h"
@@ -12,7 +11,6 @@
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
 #include "HBOParameter.h"
-#include "HBOPinProps.h"
 #include "HBOPowerRail.h"
 #include "ModelTestUtil.h"
 
@@ -20,18 +18,19 @@
 
 #include <sstream>
 
+using namespace modeltest;
+
 TEST(ModelMode, InterfacesByOrderAndRequiredOnes) {
   HBOComponentMode mode;
-  EXPECT_EQ(mode.getIsEnabled(), "true");
-  EXPECT_EQ(mode.getEnablementDependency(), "");
   mode.addInterface(2, {"ddr", true});
   mode.addInterface(1, {"clk", true});
   mode.addInterface(1, {"clk2", false});
+  // The out-maps are replaced, and a later entry of one order replaces the
+  // earlier one.
   HBOComponentMode::InterfaceMap all{{9, {"stale", false}}};
   mode.getInterfaces(all);
   ASSERT_EQ(all.size(), 2u);
   EXPECT_EQ(all.at(1).first, "clk2");
-
   HBOComponentMode::InterfaceMap required{{9, {"stale", false}}};
   mode.getRequiredInterfaces(required);
   EXPECT_EQ(required.size(), 1u);
@@ -43,9 +42,7 @@ TEST(ModelMode, InterfacesByOrderAndRequiredOnes) {
   preference->setDefaultIpVlnv("v:l:ip:1.0");
   mode.addPreferredIp(preference);
   mode.setName("m");
-  testing::internal::CaptureStdout();
-  mode.display(0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(shown(mode, 0),
             "ComponentMode - Name: m, Description: \n--Interfaces:\n"
             "----Interface - Name: clk2 Index: 1, Optional: true\n"
             "----Interface - Name: ddr Index: 2, Optional: true\n--Preferred IPs:\n"
@@ -53,7 +50,7 @@ TEST(ModelMode, InterfacesByOrderAndRequiredOnes) {
             "--Enablement Dependencies: \n");
 }
 
-TEST(ModelPreference, GroupsAndTheStub) {
+TEST(ModelPreference, OnlyTheMajorGroupRefusesEmptyAndTheParamStubFindsNothing) {
   HBOBoard board;
   board.setIpPreset("proc", {});
   HBOBusIfPreference preference;
@@ -84,42 +81,31 @@ TEST(ModelPreset, KindsCompareIgnoringCase) {
 }
 
 TEST(ModelPreset, CsvValuesResolveBesideTheBoardFileWhenPresent) {
-  modeltest::ScratchDir dir;
+  ScratchDir dir;
   dir.write("table.csv", "a,b\n");
   HBOBoard board;
   board.setBoardFile(dir.path() + "/board.xml");
   HBOIpPreset preset;
   preset.setOwner(&board);
-
   EXPECT_FALSE(preset.setParam("", "x"));
-  EXPECT_TRUE(preset.setParam("table", "table.csv"));
-  std::string value;
-  EXPECT_TRUE(preset.getParamValue("table", value));
-  EXPECT_EQ(value, dir.path() + "/table.csv");
-
-  preset.setParam("missing", "missing.csv");
-  preset.getParamValue("missing", value);
-  EXPECT_EQ(value, "missing.csv");
-  preset.setParam("upper", "table.CSV");
-  preset.getParamValue("upper", value);
-  EXPECT_EQ(value, "table.CSV");
-  preset.setParam("dir", "sub/table.csv");
-  preset.getParamValue("dir", value);
-  EXPECT_EQ(value, "sub/table.csv");
-  preset.setParam("short", "csv");
-  preset.getParamValue("short", value);
-  EXPECT_EQ(value, "csv");
-  preset.setParam("table", "plain");
-  preset.getParamValue("table", value);
-  EXPECT_EQ(value, "plain");
-  value = "untouched";
+  // Only a bare, existing name with the lower-case suffix is resolved.
+  const std::pair<std::string, std::string> cases[] = {
+      {"table.csv", dir.path() + "/table.csv"}, {"missing.csv", "missing.csv"},
+      {"table.CSV", "table.CSV"},               {"sub/table.csv", "sub/table.csv"},
+      {"csv", "csv"},                           {"plain", "plain"}};
+  for (const auto &c : cases) {
+    std::string value;
+    EXPECT_TRUE(preset.setParam("table", c.first));
+    EXPECT_TRUE(preset.getParamValue("table", value));
+    EXPECT_EQ(value, c.second) << c.first;
+  }
+  std::string value = "untouched";
   EXPECT_FALSE(preset.getParamValue("nothing", value));
   EXPECT_EQ(value, "untouched");
 }
 
 TEST(ModelConnection, BusComponentsAndNetPins) {
   HBOBoardBus bus;
-  EXPECT_EQ(bus.getIsEnabled(), "true");
   bus.setComp1("fpga");
   bus.setComp2("gone");
   std::vector<HBOBoardComponent *> components{nullptr};
@@ -127,22 +113,16 @@ TEST(ModelConnection, BusComponentsAndNetPins) {
   EXPECT_TRUE(components.empty());
 
   HBOBoard board;
-  auto *fpga = new HBOBoardComponent();
-  fpga->setComponentName("fpga");
-  auto *pin = new HBOPinProps();
-  pin->setName("A1");
-  pin->setPinIndex(3);
+  HBOBoardComponent *fpga = makeComponent("fpga", "");
+  HBOPinProps *pin = makePin("A1", 3);
   fpga->addPin(pin);
   board.addBoardComponent(fpga);
-  auto *chip = new HBOBoardComponent();
-  chip->setComponentName("chip");
-  board.addBoardComponent(chip);
+  board.addBoardComponent(makeComponent("chip", ""));
   bus.setOwner(&board);
   bus.getBusComponentsVec(components);
   EXPECT_EQ(components, std::vector<HBOBoardComponent *>{fpga});
 
   HBOBoardBusNet net;
-  EXPECT_EQ(net.getIsEnabled(), "true");
   std::vector<HBOPinProps *> pins;
   net.getPinsVec(pins);
   EXPECT_TRUE(pins.empty());
@@ -158,65 +138,54 @@ TEST(ModelConnection, BusComponentsAndNetPins) {
   EXPECT_EQ(copy.getOwner(), nullptr);
 }
 
-TEST(ModelConnection, DisplayLine) {
+TEST(ModelLeaf, DisplayLines) {
   HBOBoardBus bus;
   bus.setConnectionName("c");
   bus.setComp1("a");
   bus.setComp2("b");
   bus.setDelay(1.5f);
   bus.setStopIndexComp1(7);
-  testing::internal::CaptureStdout();
-  bus.display(1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(shown(bus, 1),
             "-Connection - Name: c, Component 1: a, Component 2: b, Delay: 1.5, C1StIndex: 0, "
             "C1EndIndex: 7, C2StIndex: 0, C2EndIndex: 0\n");
+  HBOJumper jumper;
+  jumper.setName("j1");
+  jumper.setValue(false, false);
+  EXPECT_EQ(shown(jumper, 2), "--Jumper - Name: j1, Default Value: false, Description: \n");
 }
 
-TEST(ModelLeaf, ParameterSupportedValuesAreTheBounds) {
+TEST(ModelLeaf, ParameterSupportedValuesAreTheBoundsAppended) {
   HBOParameter parameter;
   std::vector<std::string> values;
   parameter.getSupportedValues(values);
   parameter.getSupportedValues(values);
-  EXPECT_EQ(values, (std::vector<std::string>(4, "")));
+  EXPECT_EQ(values, (Strings(4, "")));
   HBOParameter bounded("p", "5", "int", "1", "9", "true");
   values.clear();
   bounded.getSupportedValues(values);
-  EXPECT_EQ(values, (std::vector<std::string>{"1", "9"}));
-  testing::internal::CaptureStdout();
-  bounded.display(0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(values, (Strings{"1", "9"}));
+  EXPECT_EQ(shown(bounded, 0),
             "Parameter - Name: p, Value: 5, Type: int, Min: 1, Max: 9, Read Only: true\n");
 }
 
-TEST(ModelLeaf, JumperAndSmallRecords) {
-  HBOJumper jumper;
-  EXPECT_TRUE(jumper.getDefaultValue());
-  EXPECT_EQ(jumper.getOwner(), nullptr);
-  jumper.setName("j1");
-  jumper.setValue(false, false);
-  testing::internal::CaptureStdout();
-  jumper.display(2);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "--Jumper - Name: j1, Default Value: false, Description: \n");
-
+TEST(ModelLeaf, RepeatedEntriesOfSmallRecords) {
+  // Mux addresses are all kept, driver files by name with the last winning.
   HBOBoardCompMuxPosition position;
   position.addAddress("0x10", "0x1f");
   position.addAddress("0x10", "0x1f");
   EXPECT_EQ(position.getAddresses().size(), 2u);
-
   HBOBoardComponentDriver driver;
   driver.addFile("a", "x");
   driver.addFile("a", "y");
   EXPECT_EQ(driver.getFiles(), (std::map<std::string, std::string>{{"a", "y"}}));
-}
 
-TEST(ModelLeaf, ComponentReplacesAMuxPositionOfTheSameNumber) {
+  // The component replaces a mux position of the same number.
   HBOBoardComponent component;
   for (int i = 0; i < 2; ++i) {
-    auto *position = new HBOBoardCompMuxPosition();
-    position->setPosition(4);
-    position->setComponent("c" + std::to_string(i));
-    component.addIICPosition(position);
+    auto *mux = new HBOBoardCompMuxPosition();
+    mux->setPosition(4);
+    mux->setComponent("c" + std::to_string(i));
+    component.addIICPosition(mux);
   }
   std::map<int, HBOBoardCompMuxPosition *> positions;
   component.getIICPositions(positions);
@@ -226,7 +195,7 @@ TEST(ModelLeaf, ComponentReplacesAMuxPositionOfTheSameNumber) {
 
 TEST(ModelPowerRail, RailsAreTheMembersThatAreNoSupplies) {
   HBOPowerRail rail("VCC", {"s1", "r1", "s2", "r2"}, {"s1", "s2"}, {{"r2", 2}}, true, 0);
-  EXPECT_EQ(rail.getRailNames(), (std::vector<std::string>{"r1", "r2"}));
+  EXPECT_EQ(rail.getRailNames(), (Strings{"r1", "r2"}));
   EXPECT_EQ(rail.getMemberPhases("r2"), 2);
   EXPECT_EQ(rail.getMemberPhases("r1"), 0);
   std::ostringstream text;
@@ -235,20 +204,13 @@ TEST(ModelPowerRail, RailsAreTheMembersThatAreNoSupplies) {
                         "  railNames: r1 r2\n");
 }
 
-namespace {
-HBOBoardDataProps makeDataProps() {
+TEST(ModelDataProps, PathsFlatteningAndXmlText) {
   HBOBoardDataProps::DataMap budget{{"VCCAUX", std::string("1.5")},
                                     {"VCCINT", std::string("8")}};
   HBOBoardDataProps::DataMap conditions{{"SUPPLY_CURRENT_BUDGET", budget},
                                         {"THETAJA", std::string("2.1")}};
   HBOBoardDataProps props;
   props.setData({{"OPERATING_CONDITIONS", conditions}, {"PLAIN", std::string("p")}});
-  return props;
-}
-} // namespace
-
-TEST(ModelDataProps, PathsAndFlattening) {
-  const HBOBoardDataProps props = makeDataProps();
   EXPECT_TRUE(props.hasOperatingConditions());
   EXPECT_EQ(props.getStrOperatingCondition("SUPPLY_CURRENT_BUDGET.VCCAUX"), "1.5");
   EXPECT_EQ(props.getStrDataProp("PLAIN"), "p");
@@ -268,14 +230,12 @@ TEST(ModelDataProps, PathsAndFlattening) {
   EXPECT_FALSE(flat.hasOperatingConditions());
   flat.setData(flat.getAllData());
   EXPECT_EQ(flat.getAllData().size(), 1u);
-}
 
-TEST(ModelDataProps, XmlTextNestsGroups) {
-  HBOBoardDataProps props;
-  props.setData({{"G", HBOBoardDataProps::DataMap{{"K", std::string("v")}}}});
-  EXPECT_EQ(props.asXmlStr(0), "<data_property_group name=\"G\">\n"
-                               "  <data_property name=\"K\" value=\"v\"/>\n"
-                               "</data_property_group>\n");
+  HBOBoardDataProps nested;
+  nested.setData({{"G", HBOBoardDataProps::DataMap{{"K", std::string("v")}}}});
+  EXPECT_EQ(nested.asXmlStr(0), "<data_property_group name=\"G\">\n"
+                                "  <data_property name=\"K\" value=\"v\"/>\n"
+                                "</data_property_group>\n");
 }
 
 TEST(ModelDataProps, DeepTreesNeedNoRecursion) {

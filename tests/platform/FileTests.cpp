@@ -45,11 +45,9 @@ TEST(HUTFile, StatusOfEveryKindOfPath) {
 }
 
 TEST(HUTFile, PathPieces) {
-  EXPECT_EQ(HUTFile::parentPath("x"), "");
-  EXPECT_EQ(HUTFile::parentPath("./x"), ".");
-  EXPECT_EQ(HUTFile::parentPath("/x"), "/");
-  EXPECT_EQ(HUTFile::parentPath("a/b/board.xml"), "a/b");
-  EXPECT_EQ(HUTFile::parentPath(""), "");
+  for (auto [path, parent] : {std::pair<const char *, const char *>{"x", ""}, {"./x", "."},
+                              {"/x", "/"}, {"a/b/board.xml", "a/b"}, {"", ""}})
+    EXPECT_EQ(HUTFile::parentPath(path), parent) << path;
   EXPECT_EQ(HUTFile::fileName("a/b/board.xml"), "board.xml");
   EXPECT_EQ(HUTFile::fileName("board.xml"), "board.xml");
   EXPECT_EQ(HUTFile::join("", "part0_pins.xml"), "part0_pins.xml");
@@ -193,23 +191,16 @@ private:
 
 } // namespace
 
-TEST(HUTEnv, DataDirectoriesFromTheEnvironmentOrBuiltIn) {
+TEST(HUTEnv, DirectoriesFromTheEnvironmentOrBuiltIn) {
   using V = std::vector<std::string>;
-  {
-    ScopedEnv env("BOARDLIB_DATA_DIRS", "/one::/two/:");
-    EXPECT_EQ(HUTEnv::getZRTDataDirList(), (V{"/one", "/two/"}));
-  }
-  {
-    ScopedEnv env("BOARDLIB_DATA_DIRS", "/only");
-    EXPECT_EQ(HUTEnv::getZRTDataDirList(), V{"/only"});
-  }
-  for (const char *value : {static_cast<const char *>(nullptr), "", ":::"}) {
+  for (auto [value, dirs] : {std::pair<const char *, V>{"/one::/two/:", {"/one", "/two/"}},
+                             {"/only", {"/only"}},
+                             {nullptr, {BOARDLIB_DATA_DIR}},
+                             {"", {BOARDLIB_DATA_DIR}},
+                             {":::", {BOARDLIB_DATA_DIR}}}) {
     ScopedEnv env("BOARDLIB_DATA_DIRS", value);
-    EXPECT_EQ(HUTEnv::getZRTDataDirList(), V{BOARDLIB_DATA_DIR});
+    EXPECT_EQ(HUTEnv::getZRTDataDirList(), dirs) << (value ? value : "(unset)");
   }
-}
-
-TEST(HUTEnv, AppRootFromTheEnvironmentOrBuiltIn) {
   {
     ScopedEnv env("BOARDLIB_APP_ROOT", "/opt/suite");
     EXPECT_EQ(HUTEnv::getZRTAppRoot(), "/opt/suite");

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <random>
 
 using testsupport::TempDir;
@@ -43,23 +42,13 @@ std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
             "  set s [encoding convertfrom iso8859-1 [binary decode hex $hex]]\n"
             "  puts [binary encode hex [encoding convertto iso8859-1 [list $s]]]\n"
             "}\n");
-  std::string command = "tclsh8.6 " + dir.file("quote.tcl") + " " + dir.file("in.txt") + " 2>/dev/null";
-  std::vector<std::string> out;
-  FILE *pipe = ::popen(command.c_str(), "r");
-  if (!pipe)
-    return out;
-  std::string line;
-  int c;
-  while ((c = std::fgetc(pipe)) != EOF) {
-    if (c == '\n') {
-      out.push_back(fromHex(line));
-      line.clear();
-    } else {
-      line += static_cast<char>(c);
-    }
-  }
-  if (::pclose(pipe) != 0 || out.size() != texts.size())
-    out.clear();
+  bool ok = false;
+  std::vector<std::string> out = testsupport::runLines(
+      "tclsh8.6 " + dir.file("quote.tcl") + " " + dir.file("in.txt") + " 2>/dev/null", ok);
+  if (!ok || out.size() != texts.size())
+    return {};
+  for (std::string &line : out)
+    line = fromHex(line);
   return out;
 }
 

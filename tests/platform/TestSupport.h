@@ -7,6 +7,7 @@
 
 #include <boost/filesystem.hpp>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -45,6 +46,27 @@ inline void writeFile(const std::string &path, const std::string &content) {
   boost::filesystem::create_directories(boost::filesystem::path(path).parent_path(), ec);
   std::ofstream out(path, std::ios::binary);
   out << content;
+}
+
+/// Runs \p command and gives its output split at new lines; \p ok tells
+/// whether it exited with status 0.
+inline std::vector<std::string> runLines(const std::string &command, bool &ok) {
+  std::vector<std::string> out;
+  ok = false;
+  FILE *pipe = ::popen(command.c_str(), "r");
+  if (!pipe)
+    return out;
+  std::string line;
+  for (int c; (c = std::fgetc(pipe)) != EOF;) {
+    if (c != '\n') {
+      line += static_cast<char>(c);
+    } else {
+      out.push_back(line);
+      line.clear();
+    }
+  }
+  ok = ::pclose(pipe) == 0;
+  return out;
 }
 
 /// Installs itself as the message sink for its lifetime and keeps every

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <thread>
@@ -26,24 +25,7 @@ std::vector<std::string> readTrace(const std::string &path, bool &ok) {
             "    assert e['ph'] == 'X' and isinstance(e['pid'], int) and isinstance(e['tid'], int)\n"
             "    print('%s\\t%s\\t%d\\t%d' % (e['name'], json.dumps(e['args'], ensure_ascii=True),"
             " e['ts'], e['dur']))\n");
-  std::string command = "python3 " + dir.file("check.py") + " " + path + " 2>&1";
-  std::vector<std::string> out;
-  FILE *pipe = ::popen(command.c_str(), "r");
-  ok = false;
-  if (!pipe)
-    return out;
-  std::string line;
-  int c;
-  while ((c = std::fgetc(pipe)) != EOF) {
-    if (c == '\n') {
-      out.push_back(line);
-      line.clear();
-    } else {
-      line += static_cast<char>(c);
-    }
-  }
-  ok = ::pclose(pipe) == 0;
-  return out;
+  return testsupport::runLines("python3 " + dir.file("check.py") + " " + path + " 2>&1", ok);
 }
 
 std::vector<std::string> field(const std::vector<std::string> &events, int index) {

@@ -8,6 +8,24 @@ namespace boardtool {
 extern const Command readCommand;
 extern const Command checkCommand;
 extern const Command paramsCommand;
+extern const Command catalogCommand;
+extern const Command showCommand;
+
+/// Where catalog and show load boards from: --data-dir DIR (repeatable),
+/// --repo PATH (repeatable) and, with \p withJobs, --jobs N.
+struct LoadOptions {
+  std::vector<std::string> dataDirs;
+  std::vector<std::string> repos;
+  int jobs = 0;
+
+  /// Takes the options above out of \p args and leaves the rest in \p rest.
+  /// False, with \p error set, for a missing or malformed value.
+  bool take(const std::vector<std::string> &args, std::vector<std::string> &rest,
+            std::string &error, bool withJobs);
+  /// Applies them to the environment and the parameters; must run before
+  /// the repository is first built.
+  void apply() const;
+};
 } // namespace boardtool
 
 #endif

@@ -10,6 +10,8 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::readCommand,
     &boardtool::checkCommand,
     &boardtool::paramsCommand,
+    &boardtool::catalogCommand,
+    &boardtool::showCommand,
 };
 
 void printHelp(std::ostream &out) {

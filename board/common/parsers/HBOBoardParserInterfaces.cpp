@@ -385,17 +385,20 @@ bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
   interfaceName = HSTStringUtils::trim(interfaceName);
   const std::string portName = HSTStringUtils::trim(name);
   // A record's second field is an interface name: a port is held against the
-  // interfaces of the other components, never against their ports.
-  for (const auto &entry : m_portRecords) {
-    if (entry.first == ofComponent)
-      continue;
-    for (const std::string &record : entry.second) {
-      std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
-      if (fields.size() < 2 || fields[1] != portName)
+  // interfaces of the other components, never against their ports. The
+  // finding is only ever told, so a read that tells nothing skips the walk,
+  // which grows with the square of the ports.
+  if (m_strictChecks && m_sendMessages) {
+    for (const auto &entry : m_portRecords) {
+      if (entry.first == ofComponent)
         continue;
-      if (m_strictChecks && m_sendMessages)
+      for (const std::string &record : entry.second) {
+        std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
+        if (fields.size() < 2 || fields[1] != portName)
+          continue;
         queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
                  m_board ? m_board->getBoardFile() : std::string(), fields[0]);
+      }
     }
   }
 

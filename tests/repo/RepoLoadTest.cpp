@@ -1,0 +1,293 @@
+// Finding and loading boards: the installation's search order, the parallel
+// load, the user repositories, refreshes and their events.
+#include "RepoTestSupport.h"
+
+#include "HBOBoardCatalogEvents.h"
+#include "HBOCommon.h"
+#include "HUTFileUtils.h"
+#include "HUTGuiEvent.h"
+
+#include <boost/filesystem.hpp>
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+using test::dataPath;
+using test::Messages;
+using test::ParamScope;
+
+class RepoLoad : public test::RepoTest {};
+
+TEST_F(RepoLoad, BoardPartsOfEveryDataDirectoryComeFirst) {
+  useDataDirs({"repo_install_a", "repo_install_b"});
+  auto canonical = [](const std::string &dir) { return HUTFileUtils::canonical(dataPath(dir)); };
+  // Directories that do not exist are left out.
+  EXPECT_EQ((std::vector<std::string>{canonical("repo_install_a/boards/board_parts"),
+                                      canonical("repo_install_b/boards/board_parts"),
+                                      canonical("repo_install_a/boards/board_files"),
+                                      canonical("repo_install_b/bazaar/boards")}),
+            HBOBoardCReposMgr::getStaticBoardDirs());
+
+  ParamScope v1Only("board.enableSchemaV2", "false");
+  EXPECT_EQ((std::vector<std::string>{canonical("repo_install_a/boards/board_parts"),
+                                      canonical("repo_install_b/boards/board_parts")}),
+            HBOBoardCReposMgr::getStaticBoardDirs());
+}
+
+TEST_F(RepoLoad, TheEarlierDirectoryOfTheSearchWinsAKey) {
+  useDataDirs({"repo_install_a", "repo_install_b"});
+  EXPECT_EQ("Shared A", shown("kestrel-boards:shared:1.0"));
+  // B's board_parts is searched before A's board_files.
+  EXPECT_EQ("Gamma parts B", shown("kestrel-boards:gamma:1.0"));
+  EXPECT_EQ("Delta bazaar B", shown("kestrel-boards:delta:1.0"));
+  HBOBoard *shared = repo()->getInfoForBoard("kestrel-boards:shared:1.0");
+  ASSERT_NE(nullptr, shared);
+  EXPECT_FALSE(shared->isUserDefined());
+  EXPECT_EQ(HUTFileUtils::canonical(dataPath("repo_install_a/boards/board_parts")),
+            shared->getRepository());
+  dropRepository();
+
+  useDataDirs({"repo_install_b", "repo_install_a"});
+  EXPECT_EQ("Shared B", shown("kestrel-boards:shared:1.0"));
+}
+
+TEST_F(RepoLoad, KeysIgnoreCaseAndOnlyBoardXmlIsFoundInTheInstallation) {
+  useDataDirs({"repo_install_a"});
+  const auto &map = repo()->getStaticBoardPartMap();
+  // Kestrel-Boards/Beta/1.9 and kestrel-boards/beta/1.9 are one board: the
+  // file met first in the walk.
+  EXPECT_EQ(1u, map.count("kestrel-boards:beta:1.9"));
+  EXPECT_EQ("Beta upper case", shown("kestrel-boards:beta:1.9"));
+  EXPECT_EQ(0u, map.count("kestrel-boards:upper:1.0")); // BOARD.XML
+  for (const auto &entry : map)
+    EXPECT_EQ(HBOCommon::toLowerCopy(entry.first), entry.first);
+}
+
+TEST_F(RepoLoad, EmptyInstallationGivesAnEmptyCatalog) {
+  useDataDirs({"repo_empty"});
+  Messages messages;
+  HBOBoardCReposMgr *mgr = repo();
+  EXPECT_TRUE(mgr->getStaticBoardPartMap().empty());
+  EXPECT_TRUE(mgr->getBoardPartMap().empty());
+  EXPECT_TRUE(mgr->getLatestBoardMap().empty());
+  EXPECT_TRUE(mgr->getInterfacePreferenceMap().empty());
+  EXPECT_EQ(nullptr, mgr->getInfoForBoard("kestrel-boards:alpha:1.0"));
+  EXPECT_TRUE(messages.records.empty());
+}
+
+TEST_F(RepoLoad, AFailedFileLeavesNoTraceAndTheOthersLoad) {
+  useDataDirs({"repo_failing"});
+  Messages messages;
+  HBOBoardCReposMgr *mgr = repo();
+  std::set<std::string> keys;
+  for (const auto &entry : mgr->getStaticBoardPartMap())
+    keys.insert(entry.first);
+  EXPECT_EQ((std::set<std::string>{"kestrel-boards:five:1.0", "kestrel-boards:four:1.0",
+                                   "kestrel-boards:one:1.0", "kestrel-boards:six:1.0",
+                                   "kestrel-boards:three:1.0", "kestrel-boards:two:1.0"}),
+            keys);
+  // Each failure is told by the reader, once.
+  EXPECT_TRUE(messages.mentions("bad_xml"));
+  EXPECT_TRUE(messages.mentions("bad_rev"));
+  EXPECT_TRUE(messages.mentions("legacy"));
+  EXPECT_EQ(0u, messages.count("49-44"));
+}
+
+// The parallel load, the test that the thread checker runs.
+class RepoParallelLoad : public test::RepoTest {
+protected:
+  using Observed = std::pair<std::vector<std::string>, std::vector<std::string>>;
+
+  // Builds the catalog with a worker count and returns what is observable:
+  // every board with its display name and repository, and every message.
+  Observed loadWith(const std::string &workers) {
+    dropRepository();
+    ParamScope threads("general.maxThreads", workers);
+    Messages messages;
+    HBOBoardCReposMgr *mgr = repo();
+    Observed out;
+    for (const auto &entry : mgr->getBoardPartMap())
+      out.first.push_back(entry.first + " " + entry.second->getDisplayName() + " " +
+                          entry.second->getRepository());
+    for (const auto &record : messages.records)
+      out.second.push_back(record.line);
+    return out;
+  }
+};
+
+TEST_F(RepoParallelLoad, SameCatalogAndSameMessagesWithOneOrSeveralWorkers) {
+  useDataDirs({"repo_failing", "repo_install_a", "repo_install_b"});
+  Observed one = loadWith("1");
+  Observed two = loadWith("2");
+  Observed four = loadWith("4");
+  // A worker count below one still loads.
+  Observed none = loadWith("0");
+
+  EXPECT_EQ(13u, one.first.size());
+  EXPECT_FALSE(one.second.empty());
+  EXPECT_EQ(one, two);
+  EXPECT_EQ(one, four);
+  EXPECT_EQ(one, none);
+}
+
+TEST_F(RepoLoad, UserBoardHidesTheInstalledOneUntilItsPathGoesAway) {
+  useDataDirs({"repo_install_a"});
+  ParamScope paths("board.repoPaths", dataPath("repo_user"));
+  HBOBoardCReposMgr *mgr = repo();
+
+  std::vector<HBOBoard *> all;
+  mgr->getAllBoards(all);
+  EXPECT_EQ(1, std::count_if(all.begin(), all.end(), [](const HBOBoard *b) {
+              return b->getName() == "kestrel-boards:alpha:1.0";
+            }));
+  HBOBoard *alpha = mgr->getInfoForBoard("kestrel-boards:alpha:1.0");
+  ASSERT_NE(nullptr, alpha);
+  EXPECT_EQ("Alpha user", alpha->getDisplayName());
+  EXPECT_TRUE(alpha->isUserDefined());
+  EXPECT_EQ(dataPath("repo_user"), alpha->getRepository());
+  // A user repository finds board.xml in any case.
+  EXPECT_EQ("Upper user", shown("kestrel-boards:upper:1.0"));
+
+  std::set<std::string> replaced;
+  mgr->getStaticBoardsReplacedByUser(replaced);
+  EXPECT_EQ((std::set<std::string>{"kestrel-boards::alpha:1.0"}), replaced);
+  // The installed board stays loaded, out of sight.
+  EXPECT_EQ(1u, mgr->getStaticBoardPartMap().count("kestrel-boards:alpha:1.0"));
+
+  HPAParamMgr::getParamMgr().setValue("board.repoPaths", "");
+  all.clear();
+  mgr->getAllBoards(all); // sees the change and refreshes
+  EXPECT_EQ("Alpha installed", shown("kestrel-boards:alpha:1.0"));
+  EXPECT_EQ("(none)", shown("kestrel-boards:upper:1.0"));
+  mgr->getStaticBoardsReplacedByUser(replaced);
+  EXPECT_TRUE(replaced.empty());
+}
+
+TEST_F(RepoLoad, ProjectPathsComeBeforeUserPathsAndMissingPathsAreSkipped) {
+  useDataDirs({"repo_install_a"});
+  const std::string missing = dataPath("repo_does_not_exist");
+  ParamScope paths("board.repoPaths", missing + " {" + dataPath("repo_user") + "}");
+  Messages messages;
+  HBOBoardCReposMgr *mgr = repo();
+  ASSERT_NE(nullptr, messages.find("49-91"));
+  EXPECT_EQ(std::vector<std::string>{missing}, messages.find("49-91")->args);
+  EXPECT_EQ("Alpha user", shown("kestrel-boards:alpha:1.0"));
+  EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+
+  mgr->setProjectRepo(dataPath("repo_project"));
+  EXPECT_EQ("Alpha project", shown("kestrel-boards:alpha:1.0"));
+  EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+}
+
+TEST_F(RepoLoad, UserScanSurvivesADirectoryLinkThatLoops) {
+  useDataDirs({"repo_empty"});
+  namespace fs = boost::filesystem;
+  const fs::path root = fs::temp_directory_path() / fs::unique_path("repo-loop-%%%%%%%%");
+  fs::create_directories(root / "kestrel-boards/epsilon/2.0");
+  fs::copy_file(dataPath("repo_user/kestrel-boards/epsilon/2.0/board.xml"),
+                root / "kestrel-boards/epsilon/2.0/board.xml");
+  fs::create_directory_symlink(root, root / "kestrel-boards/loop");
+  {
+    ParamScope paths("board.repoPaths", root.string());
+    Messages messages;
+    EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+    EXPECT_EQ(1u, repo()->getUserBoardPartMap().size());
+    EXPECT_TRUE(messages.records.empty());
+  }
+  dropRepository();
+  fs::remove_all(root);
+}
+
+// Records the catalog events in order.
+class EventLog {
+public:
+  EventLog() {
+    m_connection = HUTGuiEventBroker::instance().addListener(
+        HUTGuiEvent::BoardCatalogModify, "", "test", [this](const HUTGuiEvent::Event &e) {
+          if (e.isPreEvent()) {
+            seen.push_back("pre");
+            repos.push_back(static_cast<const HBOBoardCatalogModifyPreEvent &>(e).getData());
+            return 100; // what a pre event's listeners return is not passed on
+          }
+          seen.push_back("post");
+          repos.push_back(static_cast<const HBOBoardCatalogModifyPostEvent &>(e).getData());
+          return 3;
+        });
+  }
+  ~EventLog() { m_connection.disconnect(); }
+  std::vector<std::string> seen;
+  std::vector<HBOBoardCReposMgr *> repos;
+
+private:
+  HUTGuiEvent::Connection m_connection;
+};
+
+TEST_F(RepoLoad, RefreshIsWrappedInCatalogEvents) {
+  useDataDirs({"repo_install_a"});
+  HBOBoardCReposMgr *mgr = repo();
+  EventLog log;
+  EXPECT_EQ(3, mgr->refreshBoards());
+  EXPECT_EQ((std::vector<std::string>{"pre", "post"}), log.seen);
+  EXPECT_EQ((std::vector<HBOBoardCReposMgr *>{mgr, mgr}), log.repos);
+}
+
+TEST_F(RepoLoad, SyncRefreshesOnlyWhenTheParameterChanged) {
+  useDataDirs({"repo_install_a"});
+  ParamScope paths("board.repoPaths", "");
+  HBOBoardCReposMgr *mgr = repo();
+  EventLog log;
+  mgr->sync();
+  EXPECT_TRUE(log.seen.empty());
+
+  HPAParamMgr::getParamMgr().setValue("board.repoPaths", dataPath("repo_user"));
+  mgr->sync();
+  EXPECT_EQ((std::vector<std::string>{"pre", "post"}), log.seen);
+  EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+  mgr->sync();
+  EXPECT_EQ(2u, log.seen.size());
+
+  // The project list refreshes even when it stays the same.
+  mgr->setProjectRepo("");
+  EXPECT_EQ(4u, log.seen.size());
+
+  // A project-level parameter is refused, and sync does nothing.
+  ParamScope project("project.boardPartRepoPaths", dataPath("repo_project"));
+  Messages messages;
+  mgr->sync();
+  EXPECT_EQ(4u, log.seen.size());
+  EXPECT_EQ(1u, messages.count("49-73"));
+}
+
+TEST_F(RepoLoad, ContentStoreChangesRefreshAfterTheyHappen) {
+  useDataDirs({"repo_install_a"});
+  const std::size_t before = HUTGuiEventBroker::instance().getListenerCount(603);
+  repo();
+  EXPECT_EQ(before + 1, HUTGuiEventBroker::instance().getListenerCount(603));
+  EventLog log;
+  HUTGuiEvent::fire<HUTGuiEvent::ContentStoreInstallPreEvent>("some/board");
+  EXPECT_TRUE(log.seen.empty());
+  EXPECT_EQ(3, HUTGuiEvent::fire<HUTGuiEvent::ContentStoreUninstallPostEvent>("some/board"));
+  EXPECT_EQ(3, HUTGuiEvent::fire<HUTGuiEvent::ContentStoreUpdatePostEvent>("some/board"));
+  EXPECT_EQ((std::vector<std::string>{"pre", "post", "pre", "post"}), log.seen);
+
+  dropRepository();
+  EXPECT_EQ(before, HUTGuiEventBroker::instance().getListenerCount(603));
+  EXPECT_EQ(before, HUTGuiEventBroker::instance().getListenerCount(605));
+}
+
+TEST_F(RepoLoad, ReferencesAreCounted) {
+  useDataDirs({"repo_empty"});
+  HBOBoardCReposMgr *mgr = repo();
+  EXPECT_EQ(1u, mgr->getReferenceCount());
+  EXPECT_EQ(mgr, repo());
+  EXPECT_EQ(2u, mgr->getReferenceCount());
+  HBOBoardCReposMgr::release();
+  EXPECT_EQ(1u, mgr->getReferenceCount());
+  std::vector<HBOBoard *> all;
+  HBOBoardCReposMgr::appendAllBoards(all); // keeps its reference
+  EXPECT_EQ(2u, mgr->getReferenceCount());
+}
+
+} // namespace

@@ -1,0 +1,257 @@
+// boardtool catalog: loads the installation and the user repositories as a
+// project does, and lists every board of the merged catalog.
+#include "Commands.h"
+#include "HBOBoard.h"
+#include "HBOBoardCDataManager.h"
+#include "HBOBoardCReposMgr.h"
+#include "HBOBoardComponent.h"
+#include "HBOBoardUtils.h"
+#include "HBOCommon.h"
+#include "HBOPartCReposMgr.h"
+#include "HPAParamMgr.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <unistd.h>
+
+namespace boardtool {
+
+bool LoadOptions::take(const std::vector<std::string> &args, std::vector<std::string> &rest,
+                       std::string &error, bool withJobs) {
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    const std::string &arg = args[i];
+    std::string value;
+    std::string option;
+    for (const char *name : {"--data-dir", "--repo", "--jobs"}) {
+      std::string n(name);
+      if (n == "--jobs" && !withJobs)
+        continue;
+      if (arg == n) {
+        if (i + 1 >= args.size()) {
+          error = n + " needs a value";
+          return false;
+        }
+        option = n;
+        value = args[++i];
+      } else if (arg.compare(0, n.size() + 1, n + "=") == 0) {
+        option = n;
+        value = arg.substr(n.size() + 1);
+      }
+    }
+    // --param and --debug take the next word, which may look like ours.
+    if (option.empty() && (arg == "--param" || arg == "--debug") && i + 1 < args.size()) {
+      rest.push_back(arg);
+      rest.push_back(args[++i]);
+      continue;
+    }
+    if (option.empty()) {
+      rest.push_back(arg);
+      continue;
+    }
+    if (value.empty()) {
+      error = option + " needs a value";
+      return false;
+    }
+    if (option == "--data-dir") {
+      dataDirs.push_back(absolutePath(value));
+    } else if (option == "--repo") {
+      repos.push_back(absolutePath(value));
+    } else {
+      char *end = nullptr;
+      long n = std::strtol(value.c_str(), &end, 10);
+      if (*end != '\0' || n < 1 || n > 1024) {
+        error = "--jobs takes a number of workers from 1 to 1024, not '" + value + "'";
+        return false;
+      }
+      jobs = static_cast<int>(n);
+    }
+  }
+  return true;
+}
+
+void LoadOptions::apply() const {
+  if (!dataDirs.empty()) {
+    std::string list;
+    for (const std::string &dir : dataDirs)
+      list += (list.empty() ? "" : ":") + dir;
+    // The repository reads the data directories from the environment when it
+    // is first built, so this must come before anything asks for it.
+    setenv("BOARDLIB_DATA_DIRS", list.c_str(), 1);
+  }
+  HPAParamMgr &params = HPAParamMgr::getParamMgr();
+  if (!repos.empty())
+    params.setValue("board.repoPaths", HBOBoardUtils::asTclSpaceSeparatedStr(repos));
+  if (jobs > 0)
+    params.setValue("general.maxThreads", std::to_string(jobs));
+}
+
+namespace {
+
+const char kHelp[] =
+    "Loads the installed boards (the embedded data directory, or each --data-dir in\n"
+    "order) and the boards of the user repositories, and lists the merged catalog: name,\n"
+    "display name, FPGA part, schema version, number of components and interfaces,\n"
+    "whether the board comes from a user repository or the installation, and which\n"
+    "installed board a user board hides. Messages of the load go to standard error.\n"
+    "\n"
+    "Options:\n"
+    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
+    "                      repeatable, earlier ones win (sets BOARDLIB_DATA_DIRS)\n"
+    "  --repo PATH         a user board repository; repeatable, earlier ones win\n"
+    "                      (sets board.repoPaths)\n"
+    "  --jobs N            workers for the installed boards (sets general.maxThreads)\n"
+    "  --json              print a JSON array of one object per board\n"
+    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
+    "  --messages=json     write the messages to standard error as one JSON array\n"
+    "  --debug SCOPE       switch on debug output of a scope, such as board.findBoards\n"
+    "\n"
+    "Exit status: 0 listed, 1 the load failed, 2 bad usage.\n";
+
+struct Row {
+  const HBOBoard *board = nullptr;
+  std::string part;
+  std::size_t components = 0;
+  std::size_t interfaces = 0;
+  std::string hides; // the board file of the installed board hidden, if any
+};
+
+Row describe(const HBOBoard *board, const HBOBoardCReposMgr::BoardMap &installed) {
+  Row row;
+  row.board = board;
+  if (const HBOBoardComponent *fpga = board->getActivePart())
+    row.part = fpga->getPartName();
+  for (const auto &entry : board->getBoardComponents()) {
+    if (!entry.second)
+      continue;
+    ++row.components;
+    std::vector<HBOBusIf *> interfaces;
+    entry.second->getInterfacesVec(interfaces);
+    row.interfaces += interfaces.size();
+  }
+  if (board->isUserDefined()) {
+    auto it = installed.find(HBOCommon::toLowerCopy(board->getName()));
+    if (it != installed.end() && it->second && it->second != board)
+      row.hides = it->second->getBoardFile();
+  }
+  return row;
+}
+
+void printTable(const std::vector<Row> &rows) {
+  std::vector<std::vector<std::string>> cells;
+  cells.push_back({"NAME", "DISPLAY NAME", "FPGA PART", "SCHEMA", "COMPS", "INTFS", "SOURCE",
+                   "HIDES"});
+  for (const Row &row : rows) {
+    const HBOBoard *b = row.board;
+    cells.push_back({b->getName(), b->getDisplayName(), row.part.empty() ? "-" : row.part,
+                     b->getBoardSchemaVersion(), std::to_string(row.components),
+                     std::to_string(row.interfaces), b->isUserDefined() ? "user" : "installed",
+                     row.hides});
+  }
+  std::vector<std::size_t> widths(cells.front().size(), 0);
+  for (const auto &line : cells)
+    for (std::size_t c = 0; c < line.size(); ++c)
+      widths[c] = std::max(widths[c], line[c].size());
+  for (const auto &line : cells) {
+    std::string text;
+    for (std::size_t c = 0; c < line.size(); ++c) {
+      text += line[c];
+      if (c + 1 < line.size())
+        text += std::string(widths[c] - line[c].size() + 2, ' ');
+    }
+    // The last column is often empty; no trailing blanks.
+    text.erase(text.find_last_not_of(' ') + 1);
+    std::cout << text << "\n";
+  }
+  std::cout << rows.size() << (rows.size() == 1 ? " board" : " boards") << "\n";
+}
+
+void printJson(const std::vector<Row> &rows) {
+  std::cout << "[";
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Row &row = rows[i];
+    const HBOBoard *b = row.board;
+    std::cout << (i ? ",\n " : "\n ") << "{\"name\": " << jsonString(b->getName())
+              << ", \"board_name\": " << jsonString(b->getBoardName())
+              << ", \"display_name\": " << jsonString(b->getDisplayName())
+              << ", \"file_version\": " << jsonString(b->getVersion())
+              << ", \"vendor_name\": " << jsonString(b->getVendor())
+              << ", \"FILE_NAME\": " << jsonString(b->getBoardFile())
+              << ", \"REPOSITORY\": " << jsonString(b->getRepository())
+              << ", \"schema_version\": " << jsonString(b->getBoardSchemaVersion())
+              << ", \"user_defined\": " << (b->isUserDefined() ? "true" : "false")
+              << ", \"part_name\": " << jsonString(row.part)
+              << ", \"components\": " << row.components
+              << ", \"interfaces\": " << row.interfaces << ", \"hides\": "
+              << (row.hides.empty() ? std::string("null") : jsonString(row.hides)) << "}";
+  }
+  std::cout << (rows.empty() ? "]\n" : "\n]\n");
+}
+
+int run(const std::vector<std::string> &args) {
+  for (const std::string &a : args) {
+    if (a == "--help" || a == "-h") {
+      std::cout << "usage: " << catalogCommand.usage << "\n\n" << kHelp;
+      return Success;
+    }
+  }
+  LoadOptions load;
+  std::vector<std::string> rest;
+  std::string error;
+  if (!load.take(args, rest, error, true))
+    return usageError(catalogCommand, error);
+  CommonOptions options;
+  if (!options.parse(rest, error, {"--json"}))
+    return usageError(catalogCommand, error);
+  if (!options.positional.empty())
+    return usageError(catalogCommand, "unexpected argument '" + options.positional.front() + "'");
+  load.apply();
+
+  std::vector<Row> rows;
+  {
+    MessageOutput output(options.jsonMessages);
+    // The load has no progress report of its own; on a terminal a line says
+    // that something is happening, and goes away when it is done.
+    const bool terminal = isatty(2) && !options.jsonMessages;
+    if (terminal)
+      std::cerr << "Loading boards..." << std::flush;
+    std::unique_ptr<HBOBoardCDataManager> manager;
+    HBOBoardCReposMgr *global = nullptr;
+    try {
+      manager.reset(new HBOBoardCDataManager());
+      global = HBOBoardCReposMgr::getGlobal();
+    } catch (const std::exception &e) {
+      if (terminal)
+        std::cerr << "\r\033[K" << std::flush;
+      std::cerr << "boardtool catalog: the load failed: " << e.what() << "\n";
+      return Failure;
+    }
+    if (terminal)
+      std::cerr << "\r\033[K" << std::flush;
+
+    std::vector<HBOBoard *> boards;
+    manager->getBoardPartReposMgr()->getAllBoardParts(boards);
+    for (const HBOBoard *board : boards)
+      if (board)
+        rows.push_back(describe(board, global->getStaticBoardPartMap()));
+    if (options.hasFlag("--json"))
+      printJson(rows);
+    else
+      printTable(rows);
+    std::cout.flush();
+    manager.reset();
+    HBOBoardCReposMgr::release();
+  }
+  return Success;
+}
+
+} // namespace
+
+const Command catalogCommand = {
+    "catalog", "load the installation and the user repositories, and list every board",
+    "boardtool catalog [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... [--jobs N] "
+    "[--json]",
+    run};
+
+} // namespace boardtool
