@@ -23,7 +23,7 @@ configure: deps $(BUILD)/CMakeCache.txt
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
 
-# The main job: read the sample reference board of the embedded data directory.
+# The main job: load the embedded data directory and print its catalog.
 run: build
 	$(BUILD)/tools/boardtool/boardtool catalog
 
@@ -38,7 +38,8 @@ sanitize: deps
 tsan: deps
 	cmake -S . -B $(TSAN_BUILD) -DBOARDLIB_TSAN=ON -DCMAKE_BUILD_TYPE=Debug $(CMAKE_FLAGS)
 	cmake --build $(TSAN_BUILD) -j $(JOBS)
-	cd $(TSAN_BUILD) && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
+	cd $(TSAN_BUILD) && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/tests/repo/tsan-suppressions.txt" \
+	  ctest --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
 
 clean:
 	rm -rf $(BUILD) $(SAN_BUILD) $(TSAN_BUILD)
