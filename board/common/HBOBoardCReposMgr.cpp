@@ -20,6 +20,7 @@
 #include <boost/filesystem.hpp>
 
 #include <tbb/info.h>
+#include <atomic>
 #include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
@@ -283,6 +284,12 @@ bool HBOBoardCReposMgr::populateStaticBoardPartList() {
   return true;
 }
 
+HBOBoardCReposMgr::LoadProgress HBOBoardCReposMgr::s_loadProgress;
+
+void HBOBoardCReposMgr::setLoadProgress(LoadProgress progress) {
+  s_loadProgress = std::move(progress);
+}
+
 void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
   std::vector<std::string> files;
   boost::system::error_code ec;
@@ -305,9 +312,14 @@ void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
     return;
 
   std::vector<LoadSlot> slots(files.size());
-  auto loadOne = [&files, &dir, &slots](std::size_t i) {
+  std::atomic<std::size_t> done(0);
+  const LoadProgress &progress = s_loadProgress;
+  auto loadOne = [&files, &dir, &slots, &done, &progress](std::size_t i) {
     acquireInTask(); // before anything of the caller's is read
     loadStaticFile(files[i], dir, slots[i]);
+    std::size_t count = ++done;
+    if (progress)
+      progress(count, files.size());
   };
   releaseForTasks();
   {

@@ -15,6 +15,7 @@
 #define BOARDLIB_HBOBOARDCREPOSMGR_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -73,6 +74,12 @@ public:
   void resetStaticBoardParts();
   /// The installation's directories to load, in load order.
   static std::vector<std::string> getStaticBoardDirs();
+
+  /// Called as the files of an installation directory load: files done and
+  /// files found in that directory. It runs on the load's worker threads, so
+  /// it must be thread-safe. Set it before the first getGlobal; null for none.
+  using LoadProgress = std::function<void(std::size_t done, std::size_t total)>;
+  static void setLoadProgress(LoadProgress progress);
 
   /// Rebuilds the boards' connector compatibility caches when stale.
   void rebuildConnectorsCompatibilityCache();
@@ -146,6 +153,7 @@ private:
   HBOBoardCReposMgrBazaarEventHandler *m_eventHandler = nullptr; // owns
 
   static HBOBoardCReposMgr *mp_boardmgr;
+  static LoadProgress s_loadProgress;
   static std::mutex s_mutex;
 };
 

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <mutex>
 #include <memory>
 #include <unistd.h>
 
@@ -88,6 +89,23 @@ void LoadOptions::apply() const {
 }
 
 namespace {
+
+// Draws "Loading boards [=====     ] 120/1000" on standard error; called from
+// the load's workers, so it takes a lock, and it redraws only when the bar
+// moves, so that a large installation is not slowed by its own display.
+void drawProgress(std::size_t done, std::size_t total) {
+  static std::mutex mutex;
+  static std::size_t lastCells = static_cast<std::size_t>(-1), lastTotal = 0;
+  const std::size_t width = 30;
+  std::size_t cells = total ? done * width / total : width;
+  std::lock_guard<std::mutex> lock(mutex);
+  if (cells == lastCells && total == lastTotal && done != total)
+    return;
+  lastCells = cells;
+  lastTotal = total;
+  std::cerr << "\rLoading boards [" << std::string(cells, '=') << std::string(width - cells, ' ')
+            << "] " << done << "/" << total << std::flush;
+}
 
 const char kHelp[] =
     "Loads the installed boards (the embedded data directory, or each --data-dir in\n"
@@ -211,11 +229,13 @@ int run(const std::vector<std::string> &args) {
   std::vector<Row> rows;
   {
     MessageOutput output(options.jsonMessages);
-    // The load has no progress report of its own; on a terminal a line says
-    // that something is happening, and goes away when it is done.
+    // On a terminal a bar shows the files done of the files found, and goes
+    // away when the load is done; never when standard error is a file.
     const bool terminal = isatty(2) && !options.jsonMessages;
-    if (terminal)
+    if (terminal) {
       std::cerr << "Loading boards..." << std::flush;
+      HBOBoardCReposMgr::setLoadProgress(drawProgress);
+    }
     std::unique_ptr<HBOBoardCDataManager> manager;
     HBOBoardCReposMgr *global = nullptr;
     try {
@@ -227,8 +247,10 @@ int run(const std::vector<std::string> &args) {
       std::cerr << "boardtool catalog: the load failed: " << e.what() << "\n";
       return Failure;
     }
-    if (terminal)
+    if (terminal) {
+      HBOBoardCReposMgr::setLoadProgress(nullptr);
       std::cerr << "\r\033[K" << std::flush;
+    }
 
     std::vector<HBOBoard *> boards;
     manager->getBoardPartReposMgr()->getAllBoardParts(boards);
