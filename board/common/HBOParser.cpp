@@ -20,13 +20,11 @@ bool HBOParser::parseFile(const std::string &fileName, HBOBoard *board) {
     if (!board || fileName.empty())
       return false;
 
-    std::string schema;
-    {
-      // Only the root's attribute decides the reader; the document is not
-      // kept for the reader chosen.
-      std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(fileName);
-      schema = doc->getRootElement()->getAttribute("schema_version");
-    }
+    // Only the root's attribute decides the reader; the document read for it
+    // is handed on, so that the reader chosen does not parse the bytes again.
+    std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(fileName);
+    std::string schema = doc->getRootElement()->getAttribute("schema_version");
+    HBOXMLFile::ReuseScope reuse(fileName, std::move(doc));
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                              "HBOParser found schema version '%s'\n", schema.c_str());
 

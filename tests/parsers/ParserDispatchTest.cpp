@@ -3,6 +3,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardParser.h"
 #include "HBOParser.h"
+#include "HBOXMLFile.h"
 #include "HUTTrace.h"
 #include "ReaderTestSupport.h"
 
@@ -244,4 +245,23 @@ TEST(Trace, EachBoardReadIsOneTraceEvent) {
     ++events;
   EXPECT_EQ(2u, events);
   EXPECT_NE(std::string::npos, trace.find("minimal/board.xml"));
+}
+
+TEST(SchemaDispatch, TheDocumentReadForTheSchemaIsTheOneTheReaderGets) {
+  const std::string file = dataPath("minimal/board.xml");
+  std::unique_ptr<HXMLWInterface> first = HBOXMLFile::open(file);
+  HXMLWInterface *raw = first.get();
+  {
+    HBOXMLFile::ReuseScope reuse(file, std::move(first));
+    EXPECT_NE(raw, HBOXMLFile::open(dataPath("full/board.xml")).get()) << "another path reads anew";
+    EXPECT_EQ(raw, HBOXMLFile::open(file).get()) << "the same path takes the kept document";
+    EXPECT_NE(nullptr, HBOXMLFile::open(file)) << "once taken, the next open reads the file";
+  }
+  // The board reads the same whether or not its document was handed on.
+  test::Messages msgs;
+  HBOBoard viaEntry, direct;
+  ASSERT_TRUE(HBOParser().parseFile(file, &viaEntry));
+  ASSERT_TRUE(HBOBoardParser().parseFile(file, &direct, false, "", nullptr));
+  EXPECT_EQ(direct.getName(), viaEntry.getName());
+  EXPECT_EQ(direct.getActivePart()->getPins().size(), viaEntry.getActivePart()->getPins().size());
 }

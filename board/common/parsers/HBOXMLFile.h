@@ -12,6 +12,19 @@ namespace HBOXMLFile {
 /// opened raises "@49-110@%s"; a document without a root raises "@49-111@%s"
 /// (both HEXError, with the path). Never returns null.
 std::unique_ptr<HXMLWInterface> open(const std::string &path);
+
+/// While alive, the next open of \p path on this thread takes \p doc instead
+/// of reading the file again. The file entry reads a board file to learn its
+/// schema and hands the document on this way to the reader it chooses, so
+/// that the bytes are parsed once. What is not taken is dropped at the end
+/// of the scope.
+class ReuseScope {
+public:
+  ReuseScope(const std::string &path, std::unique_ptr<HXMLWInterface> doc);
+  ~ReuseScope();
+  ReuseScope(const ReuseScope &) = delete;
+  ReuseScope &operator=(const ReuseScope &) = delete;
+};
 } // namespace HBOXMLFile
 
 #endif
