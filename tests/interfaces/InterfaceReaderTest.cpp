@@ -71,7 +71,7 @@ protected:
 
 } // namespace
 
-TEST_F(BasicBoard, InterfaceAttributesAndTheSplitOfItsType) {
+TEST_F(BasicBoard, InterfaceAttributesTypeSplitAndDependencies) {
   HBOBusIf *clock = intf("SYS_CLOCK");
   ASSERT_NE(nullptr, clock);
   std::string display;
@@ -99,6 +99,11 @@ TEST_F(BasicBoard, InterfaceAttributesAndTheSplitOfItsType) {
   EXPECT_EQ((Strings{"Master", "LEDs", "Four user LEDs", "led_4bits_preset", "led_4bits.xml"}),
             (Strings{leds->getInterfaceMode(), leds->getOfComponent(), leds->getDescription(),
                      leds->getPresetProcName(), leds->getPresetFile()}));
+  // Its enablement dependencies, which the clock has none of.
+  EXPECT_EQ((std::map<std::string, bool>{{"J1", true}, {"J2", false}}), leds->getJumpers());
+  EXPECT_EQ((std::map<std::string, bool>{{"led_bank", true}, {"low_power", false}}),
+            leds->getParams());
+  EXPECT_TRUE(clock->getJumpers().empty());
 }
 
 TEST_F(BasicBoard, PreferredIpsKeepFileOrderAndTheLastOfOrderZeroIsPreferred) {
@@ -123,7 +128,7 @@ TEST_F(BasicBoard, PreferredIpsKeepFileOrderAndTheLastOfOrderZeroIsPreferred) {
   EXPECT_EQ(nullptr, intf("buttons")->getPreference());
 }
 
-TEST_F(BasicBoard, PortMapsBecomeModelPortsOfTheComponent) {
+TEST_F(BasicBoard, PortMapsBecomeModelPortsWithTheirRanges) {
   HBOBusIf *leds = intf("led_4bits");
   ASSERT_NE(nullptr, leds);
   std::vector<HBOPortMap *> maps;
@@ -147,28 +152,16 @@ TEST_F(BasicBoard, PortMapsBecomeModelPortsOfTheComponent) {
             port->getPinPortMap());
   // Each pin learns which port of which interface it serves.
   EXPECT_EQ("led_4bits_tri_o", part0->findPin("led2")->getPortForInterface("led_4bits"));
-}
 
-TEST_F(BasicBoard, OneEndAloneMakesAVector) {
-  HBOBusIf *buttons = intf("buttons");
-  ASSERT_NE(nullptr, buttons);
+  // One end alone makes a vector; a port without ends stays a scalar.
   bool isVector = false;
-  HBOModelPort *in = buttons->getPortMaps().at("btn_tri_i");
+  HBOModelPort *in = intf("buttons")->getPortMaps().at("btn_tri_i");
   in->isPortOfTypeVec(isVector);
   EXPECT_TRUE(isVector);
   EXPECT_EQ((std::vector<int>{1, 0, 2}), shape(in));
-  EXPECT_EQ((std::vector<int>{0, 1, 2}), shape(buttons->getPortMaps().at("btn_tri_t")));
+  EXPECT_EQ((std::vector<int>{0, 1, 2}), shape(intf("buttons")->getPortMaps().at("btn_tri_t")));
   intf("sys_clock")->getPortMaps().at("sys_clk_p")->isPortOfTypeVec(isVector);
   EXPECT_FALSE(isVector);
-}
-
-TEST_F(BasicBoard, EnablementDependenciesOfAnInterface) {
-  HBOBusIf *leds = intf("led_4bits");
-  ASSERT_NE(nullptr, leds);
-  EXPECT_EQ((std::map<std::string, bool>{{"J1", true}, {"J2", false}}), leds->getJumpers());
-  EXPECT_EQ((std::map<std::string, bool>{{"led_bank", true}, {"low_power", false}}),
-            leds->getParams());
-  EXPECT_TRUE(intf("sys_clock")->getJumpers().empty());
 }
 
 TEST_F(BasicBoard, ComponentModes) {
