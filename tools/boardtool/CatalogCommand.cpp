@@ -208,12 +208,6 @@ void printJson(const std::vector<Row> &rows) {
 }
 
 int run(const std::vector<std::string> &args) {
-  for (const std::string &a : args) {
-    if (a == "--help" || a == "-h") {
-      std::cout << "usage: " << catalogCommand.usage << "\n\n" << kHelp;
-      return Success;
-    }
-  }
   LoadOptions load;
   std::vector<std::string> rest;
   std::string error;
@@ -274,6 +268,6 @@ const Command catalogCommand = {
     "catalog", "load the installation and the user repositories, and list every board",
     "boardtool catalog [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... [--jobs N] "
     "[--json]",
-    run};
+    kHelp, run};
 
 } // namespace boardtool

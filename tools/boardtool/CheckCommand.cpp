@@ -38,10 +38,6 @@ int run(const std::vector<std::string> &args) {
   std::vector<std::string> rest;
   std::string schemaDir;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "--help" || args[i] == "-h") {
-      std::cout << "usage: " << checkCommand.usage << "\n\n" << kHelp;
-      return Success;
-    }
     if (args[i] == "--schema-dir") {
       if (i + 1 >= args.size())
         return usageError(checkCommand, "--schema-dir needs a directory");
@@ -91,6 +87,6 @@ int run(const std::vector<std::string> &args) {
 
 const Command checkCommand = {
     "check", "check board files against their DTDs and every rule, and tell each finding",
-    "boardtool check [--param NAME=VALUE]... [--schema-dir DIR] [--messages=json] FILE...", run};
+    "boardtool check [--param NAME=VALUE]... [--schema-dir DIR] [--messages=json] FILE...", kHelp, run};
 
 } // namespace boardtool

@@ -8,17 +8,15 @@
 namespace boardtool {
 namespace {
 
+const char kHelp[] =
+    "Lists the parameters with their kind, value and description.\n"
+    "Hidden parameters are listed only with --all. Parameters are set with\n"
+    "--param NAME=VALUE on any command, or in the environment variable\n"
+    "BOARDLIB_PARAMS as NAME=VALUE pairs separated by ';'.\n";
+
 int run(const std::vector<std::string> &args) {
   bool all = false;
   for (const std::string &a : args) {
-    if (a == "--help" || a == "-h") {
-      std::cout << "usage: " << paramsCommand.usage << "\n\n"
-                << "Lists the parameters with their kind, value and description.\n"
-                << "Hidden parameters are listed only with --all. Parameters are set with\n"
-                << "--param NAME=VALUE on any command, or in the environment variable\n"
-                << "BOARDLIB_PARAMS as NAME=VALUE pairs separated by ';'.\n";
-      return Success;
-    }
     if (a == "--all")
       all = true;
     else
@@ -37,6 +35,6 @@ int run(const std::vector<std::string> &args) {
 } // namespace
 
 const Command paramsCommand = {"params", "list the parameters that --param can set",
-                               "boardtool params [--all]", run};
+                               "boardtool params [--all]", kHelp, run};
 
 } // namespace boardtool

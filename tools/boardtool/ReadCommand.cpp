@@ -30,11 +30,6 @@ const char kHelp[] =
     "Exit status: 0 the board was read, 1 the read failed, 2 bad usage.\n";
 
 int run(const std::vector<std::string> &args) {
-  for (const std::string &a : args)
-    if (a == "--help" || a == "-h") {
-      std::cout << "usage: " << readCommand.usage << "\n\n" << kHelp;
-      return Success;
-    }
   CommonOptions options;
   std::string error;
   if (!options.parse(args, error))
@@ -61,6 +56,6 @@ int run(const std::vector<std::string> &args) {
 
 const Command readCommand = {
     "read", "read one board file and print the board",
-    "boardtool read [--param NAME=VALUE]... [--messages=json] [--debug SCOPE]... FILE", run};
+    "boardtool read [--param NAME=VALUE]... [--messages=json] [--debug SCOPE]... FILE", kHelp, run};
 
 } // namespace boardtool

@@ -71,12 +71,6 @@ void printHidden(HBOBoardCReposMgr &global, const HBOBoard &board) {
 }
 
 int run(const std::vector<std::string> &args) {
-  for (const std::string &a : args) {
-    if (a == "--help" || a == "-h") {
-      std::cout << "usage: " << showCommand.usage << "\n\n" << kHelp;
-      return Success;
-    }
-  }
   LoadOptions load;
   std::vector<std::string> rest;
   std::string error;
@@ -125,6 +119,6 @@ int run(const std::vector<std::string> &args) {
 
 const Command showCommand = {
     "show", "find one board by any of its names and print it",
-    "boardtool show [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... NAME", run};
+    "boardtool show [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... NAME", kHelp, run};
 
 } // namespace boardtool

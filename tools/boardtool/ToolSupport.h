@@ -14,12 +14,14 @@ namespace boardtool {
 /// Exit codes of every command.
 enum ExitCode { Success = 0, Failure = 1, Usage = 2 };
 
-/// A command of the table: its name, a one-line summary, its usage text and
-/// the function that runs it with the arguments after the command's name.
+/// A command of the table: its name, a one-line summary, its usage line,
+/// the text that --help shows under it, and the function that runs it with
+/// the arguments after the command's name (--help is handled before it).
 struct Command {
   const char *name;
   const char *summary;
   const char *usage;
+  const char *help;
   int (*run)(const std::vector<std::string> &args);
 };
 

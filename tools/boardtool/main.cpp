@@ -42,6 +42,11 @@ int main(int argc, char **argv) {
     if (name != c->name)
       continue;
     std::vector<std::string> args(argv + 2, argv + argc);
+    for (const std::string &a : args)
+      if (a == "--help" || a == "-h") {
+        std::cout << "usage: " << c->usage << "\n\n" << c->help;
+        return boardtool::Success;
+      }
     return c->run(args);
   }
   std::cerr << "boardtool: unknown command '" << name << "'\n";
