@@ -1,46 +1,20 @@
 // boardtool catalog and show as a user runs them, on the test installation.
+#include "BoardtoolRunner.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
-struct Result {
-  int status = -1;
-  std::string out, err;
-};
-
-std::string slurp(const std::string &path) {
-  std::ifstream in(path);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
+using Result = test::ToolResult;
 
 std::string data(const std::string &rel) { return std::string(BOARDLIB_TEST_DATA) + "/" + rel; }
 
-// Runs boardtool on the test installation, with no terminal on stderr.
+// Runs boardtool on the test installation.
 Result boardtool(const std::string &args) {
-  char outName[] = "/tmp/catalog-out-XXXXXX";
-  char errName[] = "/tmp/catalog-err-XXXXXX";
-  close(mkstemp(outName));
-  close(mkstemp(errName));
-  std::string cmd = "env -u BOARDLIB_PARAMS -u BOARDLIB_DEBUG BOARDLIB_DATA_DIRS=" +
-                    data("catalog_install") + " " + BOARDTOOL_PATH + " " + args + " >" +
-                    outName + " 2>" + errName;
-  Result r;
-  int raw = std::system(cmd.c_str());
-  r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  r.out = slurp(outName);
-  r.err = slurp(errName);
-  unlink(outName);
-  unlink(errName);
-  return r;
+  return test::runBoardtool(args, "BOARDLIB_DATA_DIRS=" + data("catalog_install"));
 }
 
 std::string lineWith(const std::string &text, const std::string &part) {

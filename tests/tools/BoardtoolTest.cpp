@@ -1,5 +1,7 @@
 // boardtool as a user runs it: exit codes, standard output, and messages in
 // text and JSON form.
+#include "BoardtoolRunner.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -12,34 +14,9 @@
 
 namespace {
 
-struct Result {
-  int status = -1;
-  std::string out, err;
-};
+using Result = test::ToolResult;
 
-std::string slurp(const std::string &path) {
-  std::ifstream in(path);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-Result boardtool(const std::string &args) {
-  char outName[] = "/tmp/boardtool-out-XXXXXX";
-  char errName[] = "/tmp/boardtool-err-XXXXXX";
-  close(mkstemp(outName));
-  close(mkstemp(errName));
-  std::string cmd = std::string("env -u BOARDLIB_PARAMS -u BOARDLIB_DEBUG ") + BOARDTOOL_PATH +
-                    " " + args + " >" + outName + " 2>" + errName;
-  Result r;
-  int raw = std::system(cmd.c_str());
-  r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-  r.out = slurp(outName);
-  r.err = slurp(errName);
-  unlink(outName);
-  unlink(errName);
-  return r;
-}
+Result boardtool(const std::string &args) { return test::runBoardtool(args); }
 
 std::string data(const std::string &rel) { return std::string(BOARDLIB_TEST_DATA) + "/" + rel; }
 
