@@ -72,6 +72,40 @@ bool LoadOptions::take(const std::vector<std::string> &args, std::vector<std::st
   return true;
 }
 
+namespace {
+void drawProgress(std::size_t done, std::size_t total);
+} // namespace
+
+LoadedCatalog::LoadedCatalog(const Command &command, bool progress) {
+  // On a terminal a bar shows the files done of the files found, and goes
+  // away when the load is done; never when standard error is a file.
+  const bool bar = progress && isatty(2);
+  if (bar) {
+    std::cerr << "Loading boards..." << std::flush;
+    HBOBoardCReposMgr::setLoadProgress(drawProgress);
+  }
+  try {
+    m_manager.reset(new HBOBoardCDataManager());
+    m_global = HBOBoardCReposMgr::getGlobal();
+  } catch (const std::exception &e) {
+    m_global = nullptr;
+    if (bar)
+      std::cerr << "\r\033[K" << std::flush;
+    std::cerr << "boardtool " << command.name << ": the load failed: " << e.what() << "\n";
+  }
+  if (bar) {
+    HBOBoardCReposMgr::setLoadProgress(nullptr);
+    if (m_global)
+      std::cerr << "\r\033[K" << std::flush;
+  }
+}
+
+LoadedCatalog::~LoadedCatalog() {
+  m_manager.reset();
+  if (m_global)
+    HBOBoardCReposMgr::release();
+}
+
 void LoadOptions::apply() const {
   if (!dataDirs.empty()) {
     std::string list;
@@ -223,31 +257,13 @@ int run(const std::vector<std::string> &args) {
   std::vector<Row> rows;
   {
     MessageOutput output(options.jsonMessages);
-    // On a terminal a bar shows the files done of the files found, and goes
-    // away when the load is done; never when standard error is a file.
-    const bool terminal = isatty(2) && !options.jsonMessages;
-    if (terminal) {
-      std::cerr << "Loading boards..." << std::flush;
-      HBOBoardCReposMgr::setLoadProgress(drawProgress);
-    }
-    std::unique_ptr<HBOBoardCDataManager> manager;
-    HBOBoardCReposMgr *global = nullptr;
-    try {
-      manager.reset(new HBOBoardCDataManager());
-      global = HBOBoardCReposMgr::getGlobal();
-    } catch (const std::exception &e) {
-      if (terminal)
-        std::cerr << "\r\033[K" << std::flush;
-      std::cerr << "boardtool catalog: the load failed: " << e.what() << "\n";
+    LoadedCatalog catalog(catalogCommand, !options.jsonMessages);
+    if (!catalog.ok())
       return Failure;
-    }
-    if (terminal) {
-      HBOBoardCReposMgr::setLoadProgress(nullptr);
-      std::cerr << "\r\033[K" << std::flush;
-    }
+    HBOBoardCReposMgr *global = &catalog.global();
 
     std::vector<HBOBoard *> boards;
-    manager->getBoardPartReposMgr()->getAllBoardParts(boards);
+    catalog.manager().getBoardPartReposMgr()->getAllBoardParts(boards);
     for (const HBOBoard *board : boards)
       if (board)
         rows.push_back(describe(board, global->getStaticBoardPartMap()));
@@ -256,8 +272,6 @@ int run(const std::vector<std::string> &args) {
     else
       printTable(rows);
     std::cout.flush();
-    manager.reset();
-    HBOBoardCReposMgr::release();
   }
   return Success;
 }

@@ -4,6 +4,11 @@
 
 #include "ToolSupport.h"
 
+#include <memory>
+
+class HBOBoardCDataManager;
+class HBOBoardCReposMgr;
+
 namespace boardtool {
 extern const Command readCommand;
 extern const Command checkCommand;
@@ -25,6 +30,27 @@ struct LoadOptions {
   /// Applies them to the environment and the parameters; must run before
   /// the repository is first built.
   void apply() const;
+};
+
+/// The project's view of the catalog, loaded for one command and given back
+/// when the command ends.
+class LoadedCatalog {
+public:
+  /// Loads the installation and the user repositories. With \p progress a
+  /// bar on a terminal shows the load. A failed load is told as
+  /// "boardtool COMMAND: the load failed: ..." and leaves ok() false.
+  LoadedCatalog(const Command &command, bool progress);
+  ~LoadedCatalog();
+  LoadedCatalog(const LoadedCatalog &) = delete;
+  LoadedCatalog &operator=(const LoadedCatalog &) = delete;
+
+  bool ok() const { return m_global != nullptr; }
+  HBOBoardCDataManager &manager() { return *m_manager; }
+  HBOBoardCReposMgr &global() { return *m_global; }
+
+private:
+  std::unique_ptr<HBOBoardCDataManager> m_manager;
+  HBOBoardCReposMgr *m_global = nullptr;
 };
 } // namespace boardtool
 

@@ -88,15 +88,11 @@ int run(const std::vector<std::string> &args) {
   load.apply();
 
   MessageOutput output(options.jsonMessages);
-  std::unique_ptr<HBOBoardCDataManager> manager;
-  HBOBoardCReposMgr *global = nullptr;
-  try {
-    manager.reset(new HBOBoardCDataManager());
-    global = HBOBoardCReposMgr::getGlobal();
-  } catch (const std::exception &e) {
-    std::cerr << "boardtool show: the load failed: " << e.what() << "\n";
+  LoadedCatalog catalog(showCommand, false);
+  if (!catalog.ok())
     return Failure;
-  }
+  HBOBoardCDataManager *manager = &catalog.manager();
+  HBOBoardCReposMgr *global = &catalog.global();
 
   int status = Success;
   if (HBOBoard *board = name.empty() ? nullptr : resolve(*manager, *global, name)) {
@@ -110,8 +106,6 @@ int run(const std::vector<std::string> &args) {
               << "'; 'boardtool catalog' lists the boards\n";
     status = Failure;
   }
-  manager.reset();
-  HBOBoardCReposMgr::release();
   return status;
 }
 
