@@ -148,6 +148,22 @@ public:
   void queueFinding(const std::string &file, const std::string &text, bool tellOnly);
 
 private:
+  /// The findings of one validator: each rule's text is queued at once as
+  /// "@49-69@", and the validator passes when no rule made one.
+  class Findings {
+  public:
+    explicit Findings(HBOBoardParser &parser) : m_parser(parser) {}
+    void operator()(const std::string &text) {
+      m_last = text;
+      m_parser.queueFinding(text);
+    }
+    bool none() const { return m_last.empty(); }
+
+  private:
+    HBOBoardParser &m_parser;
+    std::string m_last;
+  };
+
   /// A file named by board.xml: a bare name (or "./name") lies beside
   /// board.xml whatever the working directory; any other is used as given.
   std::string resolveBesideBoard_(const std::string &fileName) const;

@@ -336,11 +336,7 @@ bool HBOBoardParser::validateInterface(HBOBusIf *interface) {
     return false;
   const std::string &name = interface->getName();
   const std::string mode = interface->getInterfaceMode();
-  std::string text;
-  auto rule = [&](const std::string &t) {
-    text = t;
-    queueFinding(t);
-  };
+  Findings rule(*this);
   if (name.empty())
     rule("Component name cannot be empty.");
   if (mode.empty())
@@ -349,7 +345,7 @@ bool HBOBoardParser::validateInterface(HBOBusIf *interface) {
     rule("Component OfComponent cannot be empty for interface '" + name + "'.");
   if (!HSTStringUtils::iequals(mode, "master") && !HSTStringUtils::iequals(mode, "slave"))
     rule("Component Mode should be master or slave for interface '" + name + "'.");
-  return text.empty();
+  return rule.none();
 }
 
 bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
@@ -359,11 +355,7 @@ bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
   const std::string &name = port->getName();
   std::string dir;
   port->getPortDir(dir);
-  std::string text;
-  auto rule = [&](const std::string &t) {
-    text = t;
-    queueFinding(t);
-  };
+  Findings rule(*this);
   if (name.empty())
     rule("Port name cannot be empty.");
   if (dir.empty())
@@ -402,7 +394,7 @@ bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
     }
   }
 
-  if (!text.empty())
+  if (!rule.none())
     return false;
   HBOBusIf *owner = port->getOwner();
   HBOBoardComponent *component = owner ? owner->getOwnerComponent() : nullptr;
@@ -415,11 +407,7 @@ bool HBOBoardParser::validatePreferredIP(HBOBusIfPreference *preference) {
   if (!preference)
     return false;
   const std::string &name = preference->getName();
-  std::string text;
-  auto rule = [&](const std::string &t) {
-    text = t;
-    queueFinding(t);
-  };
+  Findings rule(*this);
   if (preference->getVendor().empty())
     rule("Vendor cannot be empty in preferred_ip '" + name + "'.");
   if (preference->getLibrary().empty())
@@ -428,5 +416,5 @@ bool HBOBoardParser::validatePreferredIP(HBOBusIfPreference *preference) {
     rule("IP Name cannot be empty  in preferred_ip '" + name + "'.");
   if (preference->getOrder() < 0)
     rule("Order cannot be less than zero  in preferred_ip '" + name + "'.");
-  return text.empty();
+  return rule.none();
 }

@@ -30,11 +30,7 @@ bool HBOBoardParser::validateComponent(HBOBoardComponent *component) {
   const std::string &name = component->getName();
   const std::string &type = component->getType();
   const std::string &subType = component->getSubType();
-  std::string text;
-  auto rule = [&](const std::string &t) {
-    text = t;
-    queueFinding(t);
-  };
+  Findings rule(*this);
 
   if (name.empty())
     rule("Component name cannot be empty.\n");
@@ -60,7 +56,7 @@ bool HBOBoardParser::validateComponent(HBOBoardComponent *component) {
     rule(boost::str(boost::format("Component %1% attribute 'connected_to' has invalid value "
                                   "'%2%', valid values are 'pl', 'ps', or 'ps_and_pl'") %
                     name % connectedTo));
-  return text.empty();
+  return rule.none();
 }
 
 bool HBOBoardParser::validateNecessaryParameters() {
