@@ -1,6 +1,5 @@
 #include "HBOCommon.h"
-
-#include <cctype>
+#include "HSTStringUtils.h"
 
 namespace HBOCommon {
 
@@ -19,48 +18,19 @@ const char *const PIN_PRE_EMPHASIS = "PRE_EMPHASIS";
 const char *const PIN_SLEW = "SLEW";
 const char *const s_dirSep = "/";
 
-void toLowerInPlace(std::string &text) {
-  for (char &c : text)
-    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-}
+// The case and white-space rules are the platform's "C"-locale ones, so that
+// look-ups do not depend on a locale the embedding application sets.
+void toLowerInPlace(std::string &text) { text = HSTStringUtils::toLower(std::move(text)); }
 
-void toUpperInPlace(std::string &text) {
-  for (char &c : text)
-    c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-}
+void toUpperInPlace(std::string &text) { text = HSTStringUtils::toUpper(std::move(text)); }
 
-std::string toLowerCopy(const std::string &text) {
-  std::string result(text);
-  toLowerInPlace(result);
-  return result;
-}
+std::string toLowerCopy(const std::string &text) { return HSTStringUtils::toLower(text); }
 
-std::string toUpperCopy(const std::string &text) {
-  std::string result(text);
-  toUpperInPlace(result);
-  return result;
-}
+std::string toUpperCopy(const std::string &text) { return HSTStringUtils::toUpper(text); }
 
-bool iEquals(const std::string &a, const std::string &b) {
-  if (a.size() != b.size())
-    return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (std::tolower(static_cast<unsigned char>(a[i])) !=
-        std::tolower(static_cast<unsigned char>(b[i])))
-      return false;
-  }
-  return true;
-}
+bool iEquals(const std::string &a, const std::string &b) { return HSTStringUtils::iequals(a, b); }
 
-std::string trimCopy(const std::string &text) {
-  std::size_t begin = 0;
-  std::size_t end = text.size();
-  while (begin < end && std::isspace(static_cast<unsigned char>(text[begin])))
-    ++begin;
-  while (end > begin && std::isspace(static_cast<unsigned char>(text[end - 1])))
-    --end;
-  return text.substr(begin, end - begin);
-}
+std::string trimCopy(const std::string &text) { return HSTStringUtils::trim(text); }
 
 } // namespace HBOCommon
 
