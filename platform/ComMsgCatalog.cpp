@@ -16,6 +16,8 @@ struct Entry {
 // on it, and a test checks it.
 const Entry kEntries[] = {
     {"@1-1@%s", "'%s' is not a boolean value; use true or false (1/0, yes/no and on/off are accepted too)."},
+    {"@1-2@%s%s", "No %s matched '%s'."},
+    {"@1-3@%s%s%s", "Property '%s' of %s is deprecated. %s."},
     {"@49-4@%s%s", "Could not read board file '%s'%s. The board is skipped."},
     {"@49-35@%s%s", "Board '%s' was selected through its legacy short name '%s'. Legacy names are deprecated: use the board's full name vendor:name:version instead."},
     {"@49-36@%s", "Board file '%s' does not exist."},

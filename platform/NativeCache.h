@@ -12,6 +12,10 @@
 namespace zeb {
 namespace detail {
 
+/// Tells the property layer that \p object is being destroyed, so that no
+/// change kept for undo still points to it.
+void objectGone(const void *object);
+
 /// One cache: native object address to handle. Thread-safe.
 class NativeCacheTable {
 public:
@@ -44,6 +48,10 @@ public:
     if (invalidate)
       invalidate(handle);
   }
+  void forget(const void *object) {
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_map.erase(object);
+  }
   void setInvalidator(Invalidator fn) {
     std::lock_guard<std::mutex> lock(m_mutex);
     m_invalidator = std::move(fn);
@@ -69,7 +77,13 @@ template <typename T, typename Lang> struct native_cache_of {
   static void insert(T object, void *handle) { table().insert(object, handle); }
   static void *lookup(T object) { return table().lookup(object); }
   static bool contains(T object) { return table().contains(object); }
-  static void remove(T object) { table().remove(object); }
+  static void remove(T object) {
+    table().remove(object);
+    objectGone(object);
+  }
+  /// Drops the entry without telling the invalidator: the handle itself is
+  /// going away.
+  static void forget(T object) { table().forget(object); }
 };
 
 } // namespace detail

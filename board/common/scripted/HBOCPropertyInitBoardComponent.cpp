@@ -1,0 +1,6 @@
+#include "HBOCPropertyInit.h"
+#include "HBOScriptedSupport.h"
+
+// Placeholder until the property table is written.
+void HBOCPropertyInit::board_component::init() {}
+void HBOCPropertyInit::board_component::initV2Props() {}

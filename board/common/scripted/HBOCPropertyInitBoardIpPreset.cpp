@@ -1,0 +1,5 @@
+#include "HBOCPropertyInit.h"
+#include "HBOScriptedSupport.h"
+
+// Placeholder until the property table is written.
+void HBOCPropertyInit::board_ip_preset::init() {}

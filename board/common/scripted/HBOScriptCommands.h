@@ -1,0 +1,98 @@
+// The board commands of the scripting consoles, independent of any
+// interpreter: the Tcl package and the Python module turn their arguments
+// into these calls and the results back into interpreter values, and
+// boardtool dump walks the graph through them. Every failure is an
+// HCPProperty::Error whose text the script sees.
+#ifndef BOARDLIB_HBOSCRIPTCOMMANDS_H
+#define BOARDLIB_HBOSCRIPTCOMMANDS_H
+
+#include "HCPProperty.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+class HBOBoard;
+class HBOBoardCDataManager;
+
+class HBOScriptCommands {
+public:
+  using tclany = zeb::tcltasks::tclany;
+
+  /// The options every get_* command takes.
+  struct QueryOptions {
+    /// Glob patterns matched against the objects' names; none matches all.
+    std::vector<std::string> patterns;
+    /// A filter expression over properties, empty for none.
+    std::string filter;
+    /// With hasOfObjects, the objects whose related objects are wanted.
+    std::vector<tclany> ofObjects;
+    bool hasOfObjects = false;
+    /// Makes an empty result silent instead of a warning.
+    bool quiet = false;
+    /// Patterns and == / != in filters ignore case.
+    bool nocase = false;
+    /// Patterns are regular expressions, not globs.
+    bool regexp = false;
+  };
+
+  /// One get_* command: its name, what it returns and its help line.
+  struct QueryCommand {
+    const char *name;
+    const std::type_info *type;
+    const char *help;
+  };
+
+  /// Registers the scripted classes (once per process) and opens a project
+  /// view of the board catalog.
+  HBOScriptCommands();
+  ~HBOScriptCommands();
+  HBOScriptCommands(const HBOScriptCommands &) = delete;
+  HBOScriptCommands &operator=(const HBOScriptCommands &) = delete;
+
+  /// The get_* commands, in the order a help listing shows them.
+  static const std::vector<QueryCommand> &queryCommands();
+  static const QueryCommand *findQueryCommand(const std::string &name);
+
+  /// Runs get_boards, get_board_components, ... Without -of_objects the
+  /// objects come from the catalog (get_boards) or from the current board.
+  std::vector<tclany> getObjects(const std::string &command, const QueryOptions &options);
+
+  /// get_property: false (and an empty \p out) when the object has no
+  /// value; with \p quiet an unknown property is no error either. A use of a
+  /// deprecated property warns with its hint.
+  bool getProperty(const std::string &name, const tclany &object, HATAttrAny &out, bool quiet = false);
+  /// set_property on every object; nothing changes when any is refused.
+  void setProperty(const std::string &name, const std::string &value, const std::vector<tclany> &objects);
+  /// list_property: the names in upper case, hidden ones only with \p all.
+  std::vector<std::string> listProperty(const tclany &object, bool all = false);
+  /// report_property: a table of name, type, read-only and value.
+  std::string reportProperty(const tclany &object, bool all = false);
+
+  /// undo and redo: the description of what was undone; throws when there
+  /// is nothing to undo or redo.
+  std::string undo();
+  std::string redo();
+
+  void setParam(const std::string &name, const std::string &value);
+  std::string getParam(const std::string &name);
+  /// report_param: one line per parameter whose name matches the glob.
+  std::string reportParam(const std::string &pattern);
+
+  /// current_board: the current board, or an empty handle when none.
+  tclany currentBoard() const;
+  /// current_board NAME: makes the board of that name (any of its names,
+  /// or a handle's name) current and returns it.
+  tclany setCurrentBoard(const std::string &name);
+  tclany setCurrentBoard(const tclany &board);
+
+  /// Whether \p object matches the filter expression; throws for a bad one.
+  bool matchesFilter(const tclany &object, const std::string &filter, bool nocase = false);
+
+  HBOBoardCDataManager &getDataManager() { return *m_manager; }
+
+private:
+  std::unique_ptr<HBOBoardCDataManager> m_manager;
+};
+
+#endif

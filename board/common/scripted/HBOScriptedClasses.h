@@ -1,0 +1,31 @@
+// The list of scripted classes and their one-call registration.
+#ifndef BOARDLIB_HBOSCRIPTEDCLASSES_H
+#define BOARDLIB_HBOSCRIPTEDCLASSES_H
+
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+/// One scripted class: the structure that registers it (also the name of
+/// its Python type) and its native pointer type.
+struct HBOScriptedClass {
+  const char *structName;
+  const std::type_info *type;
+};
+
+class HBOScriptedClasses {
+public:
+  /// Every scripted class, boards first and then down the object graph.
+  static const std::vector<HBOScriptedClass> &all();
+  static const HBOScriptedClass *find(const std::type_info &type);
+  static const HBOScriptedClass *findByStructName(const std::string &name);
+  /// Calls init of every class, then initV2Props where a class has one
+  /// when "board.enableSchemaV2" is true. Only the first call registers;
+  /// later calls change nothing. Returns whether the V2 properties are on.
+  static bool registerAll();
+  /// Registers again from scratch, as a process that changed
+  /// "board.enableSchemaV2" would (for tests).
+  static bool reregisterAll();
+};
+
+#endif

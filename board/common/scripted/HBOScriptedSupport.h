@@ -1,0 +1,79 @@
+// Small helpers shared by the property tables: registering a read-only
+// property from one accessor, the constant "class" property, and the hint
+// that is set only while schema 2 is enabled.
+#ifndef BOARDLIB_HBOSCRIPTEDSUPPORT_H
+#define BOARDLIB_HBOSCRIPTEDSUPPORT_H
+
+#include "HBOBoardUtils.h"
+#include "HCPProperty.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace HBOScripted {
+
+using tclany = zeb::tcltasks::tclany;
+
+/// The record of pointer type \p T, registered first when needed.
+template <typename T> HCPProperty::ObjectInfo &registerClass() {
+  HCPProperty::registerObjectType<T *>();
+  return *HCPProperty::getObjectInfo(typeid(T *));
+}
+
+/// A read-only property of type \p type whose value is read(object). The
+/// value may be anything HATAttrUtils::setAny takes: a bool, an integer, a
+/// std::string, a vector of strings or a tcl_collection.
+template <typename T, typename F>
+HCPProperty::Spec &addProperty(HCPProperty::ObjectInfo &info, const std::string &name, int type,
+                               F read) {
+  HCPProperty::Spec &spec = info.createSpec(name);
+  spec.setGetFcn([read](Tcl_Interp *interp, const tclany &handle, const std::string &,
+                        HATAttrAny &result) {
+    T *object = HCPProperty::Types::any2native<T *>::get(handle);
+    if (!object)
+      return false;
+    HCPProperty::Utils::saveResult(interp, read(*object), result);
+    return true;
+  });
+  spec.getAttrSpec().setAttrType(type);
+  spec.getAttrSpec().setReadOnly(true);
+  return spec;
+}
+
+/// The "class" property: a constant. Its getter checks the handle's type
+/// but never touches the object, so the registry can ask a class its name
+/// without an object.
+template <typename T>
+HCPProperty::Spec &addClassProperty(HCPProperty::ObjectInfo &info, const char *className) {
+  HCPProperty::Spec &spec = info.createSpec("class");
+  spec.setGetFcn([className](Tcl_Interp *interp, const tclany &handle, const std::string &,
+                             HATAttrAny &result) {
+    if (handle.object && !HCPProperty::Types::any2native<T *>::get(handle))
+      return false;
+    HCPProperty::Utils::saveResult(interp, std::string(className), result);
+    return true;
+  });
+  spec.getAttrSpec().setAttrType(HATAttrSpec::String);
+  spec.getAttrSpec().setReadOnly(true);
+  return spec;
+}
+
+/// Gives \p spec its deprecation hint, only while schema 2 is enabled.
+inline void setHint(HCPProperty::Spec &spec, const std::string &hint) {
+  if (HBOBoardUtils::isV2SchemaEnabled())
+    spec.getAttrSpec().m_hint = hint;
+}
+
+/// The names of objects, for list properties built from records.
+template <typename Seq, typename F> std::vector<std::string> namesOf(const Seq &seq, F name) {
+  std::vector<std::string> out;
+  for (const auto &item : seq)
+    if (item)
+      out.push_back(name(*item));
+  return out;
+}
+
+} // namespace HBOScripted
+
+#endif
