@@ -1,1 +1,392 @@
-// placeholder
+#include "HBOScriptCommands.h"
+
+#include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardBus.h"
+#include "HBOBoardBusNet.h"
+#include "HBOBoardCDataManager.h"
+#include "HBOBoardCReposMgr.h"
+#include "HBOBoardComponent.h"
+#include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
+#include "HBOComponentMode.h"
+#include "HBOIpPreset.h"
+#include "HBOJumper.h"
+#include "HBOModelPort.h"
+#include "HBOParameter.h"
+#include "HBOPartCReposMgr.h"
+#include "HBOPinProps.h"
+#include "HBOScriptFilter.h"
+#include "HBOScriptedClasses.h"
+#include "HBOScriptedGraph.h"
+#include "HPAParamMgr.h"
+#include "HSTStringUtils.h"
+
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <sstream>
+
+namespace {
+
+using tclany = zeb::tcltasks::tclany;
+using Error = HCPProperty::Error;
+
+template <typename T> bool is(const tclany &h) { return h.type && *h.type == typeid(T *); }
+
+// The component an object of a part command hangs on.
+const HBOBoardComponent *componentOf(const tclany &h) {
+  if (is<HBOBoardComponent>(h))
+    return static_cast<const HBOBoardComponent *>(h.object);
+  if (is<HBOBusIf>(h))
+    return static_cast<const HBOBusIf *>(h.object)->getOwnerComponent();
+  if (is<HBOPinProps>(h))
+    return static_cast<const HBOPinProps *>(h.object)->getOwner();
+  return nullptr;
+}
+
+bool isActivePart(const tclany &h) {
+  const HBOBoardComponent *component = componentOf(h);
+  if (!component || !component->getBoard())
+    return false;
+  return component->getBoard()->getActivePart() == component;
+}
+
+// "get_board_component_pins" -> "board component pins", for messages.
+std::string nounOf(const std::string &command) {
+  std::string noun = command.compare(0, 4, "get_") == 0 ? command.substr(4) : command;
+  std::replace(noun.begin(), noun.end(), '_', ' ');
+  return noun;
+}
+
+std::string className(const std::type_info &type) {
+  std::string name = HCPProperty::getClassName(type);
+  if (name.empty())
+    if (const HBOScriptedClass *c = HBOScriptedClasses::find(type))
+      name = c->structName;
+  return name;
+}
+
+std::string describe(const tclany &object) {
+  return HCPProperty::getClassName(object) + " '" + HCPProperty::getObjectName(object) + "'";
+}
+
+void checkHandle(const tclany &object) {
+  if (object.empty())
+    throw Error("The object no longer exists: its board was unloaded or the repositories were "
+                "refreshed. Get it again with the get_board* commands.");
+  HCPProperty::infoOf(object);
+}
+
+// A filter reads properties as text; one the object lacks reads empty.
+HBOScriptFilter::PropertyReader propertyReader(const tclany &object) {
+  return [object](const std::string &property) {
+    HATAttrAny value;
+    try {
+      HCPProperty::getProperty(nullptr, object, property, value);
+    } catch (const Error &) {
+      return std::string();
+    }
+    return value.toString();
+  };
+}
+
+} // namespace
+
+HBOScriptCommands::HBOScriptCommands() {
+  HBOScriptedClasses::registerAll();
+  m_manager = std::make_unique<HBOBoardCDataManager>();
+}
+
+HBOScriptCommands::~HBOScriptCommands() = default;
+
+const std::vector<HBOScriptCommands::QueryCommand> &HBOScriptCommands::queryCommands() {
+  static const std::vector<QueryCommand> commands = {
+      {"get_boards", &typeid(HBOBoard *), "the boards of the catalog"},
+      {"get_board_parts", &typeid(HBOBoardComponent *), "the active part of each board"},
+      {"get_board_components", &typeid(HBOBoardComponent *), "the components of boards"},
+      {"get_board_component_interfaces", &typeid(HBOBusIf *), "the interfaces of components"},
+      {"get_board_part_interfaces", &typeid(HBOBusIf *), "the interfaces of the active parts"},
+      {"get_board_interface_ports", &typeid(HBOModelPort *), "the ports of interfaces"},
+      {"get_board_component_pins", &typeid(HBOPinProps *), "the pins of components"},
+      {"get_board_part_pins", &typeid(HBOPinProps *), "the pins of the active parts"},
+      {"get_board_buses", &typeid(HBOBoardBus *), "the connections of boards"},
+      {"get_board_bus_nets", &typeid(HBOBoardBusNet *), "the nets of connections"},
+      {"get_board_component_modes", &typeid(HBOComponentMode *), "the modes of components"},
+      {"get_board_parameters", &typeid(HBOParameter *), "the parameters of boards and components"},
+      {"get_board_jumpers", &typeid(HBOJumper *), "the jumpers of boards"},
+      {"get_board_ip_presets", &typeid(HBOIpPreset *), "the IP presets of boards and interfaces"},
+      {"get_board_ip_preferences", &typeid(HBOBusIfPreference *), "the preferred IPs of interfaces and modes"},
+  };
+  return commands;
+}
+
+const HBOScriptCommands::QueryCommand *HBOScriptCommands::findQueryCommand(const std::string &name) {
+  for (const QueryCommand &c : queryCommands())
+    if (name == c.name)
+      return &c;
+  return nullptr;
+}
+
+std::vector<HBOBoard *> HBOScriptCommands::getCatalogBoards() const {
+  std::vector<HBOBoard *> boards;
+  if (HBOPartCReposMgr *repo = m_manager->getBoardPartReposMgr())
+    repo->getAllBoardParts(boards);
+  boards.erase(std::remove(boards.begin(), boards.end(), nullptr), boards.end());
+  std::stable_sort(boards.begin(), boards.end(),
+                   [](const HBOBoard *a, const HBOBoard *b) { return a->getName() < b->getName(); });
+  boards.erase(std::unique(boards.begin(), boards.end()), boards.end());
+  return boards;
+}
+
+std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command, const QueryOptions &options) {
+  const QueryCommand *query = findQueryCommand(command);
+  if (!query)
+    throw Error("'" + command + "' is not a board query command.");
+  const std::type_info &want = *query->type;
+  const bool wantsBoards = want == typeid(HBOBoard *);
+  std::vector<HBOBoard *> boards = getCatalogBoards();
+
+  std::vector<tclany> found;
+  if (options.hasOfObjects) {
+    for (const tclany &from : options.ofObjects) {
+      checkHandle(from);
+      if (!HBOScriptedGraph::related(from, want, boards, found))
+        throw Error(command + ": -of_objects cannot take " + describe(from) + ": a " +
+                    HCPProperty::getClassName(from) + " has no " + className(want) + " objects.");
+    }
+  } else if (wantsBoards) {
+    for (HBOBoard *board : boards)
+      found.push_back(tclany::of(board));
+  } else {
+    HBOBoard *current = m_manager->getBoardStrategy();
+    if (!current)
+      throw Error(command + ": there is no current board. Set one with current_board NAME, or "
+                            "give the objects with -of_objects.");
+    HBOScriptedGraph::related(tclany::of(current), want, boards, found);
+  }
+
+  // The same object reached from two sources is listed once.
+  std::set<const void *> seen;
+  std::vector<tclany> result;
+  const bool partsOnly = command == "get_board_parts" || command == "get_board_part_interfaces" ||
+                         command == "get_board_part_pins";
+  std::vector<std::regex> regexes;
+  if (options.regexp) {
+    for (const std::string &pattern : options.patterns) {
+      try {
+        regexes.emplace_back(pattern, options.nocase ? std::regex::icase | std::regex::ECMAScript
+                                                     : std::regex::ECMAScript);
+      } catch (const std::regex_error &e) {
+        throw Error(command + ": bad regular expression '" + pattern + "': " + e.what());
+      }
+    }
+  }
+  std::unique_ptr<HBOScriptFilter> filter;
+  if (!options.filter.empty())
+    filter = std::make_unique<HBOScriptFilter>(options.filter, options.nocase);
+
+  for (const tclany &object : found) {
+    if (!seen.insert(object.object).second)
+      continue;
+    if (partsOnly && !isActivePart(object))
+      continue;
+    if (!options.patterns.empty()) {
+      std::string name = HCPProperty::getObjectName(object);
+      bool match = false;
+      if (options.regexp) {
+        for (const std::regex &re : regexes)
+          match = match || std::regex_match(name, re);
+      } else {
+        for (const std::string &pattern : options.patterns)
+          match = match || HBOScriptFilter::globMatch(pattern, name, options.nocase);
+      }
+      if (!match)
+        continue;
+    }
+    if (filter && !filter->matches(propertyReader(object)))
+      continue;
+    result.push_back(object);
+  }
+
+  if (result.empty() && !options.quiet) {
+    std::string what;
+    for (const std::string &pattern : options.patterns)
+      what += (what.empty() ? "" : " ") + pattern;
+    if (!options.filter.empty())
+      what += (what.empty() ? "" : " ") + std::string("-filter ") + options.filter;
+    ComMsgMgr::sendMsg("common", ComMsg::Warning, "@1-2@%s%s", nounOf(command),
+                       what.empty() ? std::string("*") : what);
+  }
+  return result;
+}
+
+bool HBOScriptCommands::getProperty(const std::string &name, const tclany &object, HATAttrAny &out,
+                                    bool quiet, Tcl_Interp *interp) {
+  out.clear();
+  try {
+    checkHandle(object);
+    bool ok = HCPProperty::getProperty(interp, object, name, out);
+    HATAttrSpec spec;
+    std::string canonical;
+    bool dynamic = false;
+    if (!quiet && HCPProperty::findPropertySpec(object, name, spec, canonical, dynamic) &&
+        !spec.m_hint.empty())
+      ComMsgMgr::sendMsg("common", ComMsg::Warning, "@1-3@%s%s%s", canonical, describe(object),
+                         spec.m_hint);
+    if (!ok)
+      out.clear();
+    return ok;
+  } catch (const Error &) {
+    if (quiet) {
+      out.clear();
+      return false;
+    }
+    throw;
+  }
+}
+
+void HBOScriptCommands::setProperty(const std::string &name, const std::string &value,
+                                    const std::vector<tclany> &objects, Tcl_Interp *interp) {
+  for (const tclany &object : objects)
+    checkHandle(object);
+  HCPProperty::setProperty(interp, name, HATAttr(HATAttrAny(value)), objects);
+}
+
+std::vector<std::string> HBOScriptCommands::listProperty(const tclany &object, bool all) {
+  checkHandle(object);
+  std::vector<std::string> names;
+  for (const HCPProperty::PropertyRow &row : HCPProperty::listProperties(nullptr, object, all))
+    names.push_back(HSTStringUtils::toUpper(row.name));
+  return names;
+}
+
+std::string HBOScriptCommands::reportProperty(const tclany &object, bool all) {
+  checkHandle(object);
+  std::vector<HCPProperty::PropertyRow> rows = HCPProperty::listProperties(nullptr, object, all);
+  std::vector<std::vector<std::string>> table = {{"Property", "Type", "Read-only", "Value"}};
+  for (const HCPProperty::PropertyRow &row : rows)
+    table.push_back({HSTStringUtils::toUpper(row.name), HATAttrSpec::typeName(row.spec.getAttrType()),
+                     row.spec.isReadOnly() ? "true" : "false", row.value.toString()});
+  std::vector<std::size_t> widths(4, 0);
+  for (const auto &line : table)
+    for (std::size_t i = 0; i < 3; ++i)
+      widths[i] = std::max(widths[i], line[i].size());
+  std::string out;
+  for (const auto &line : table) {
+    std::string text;
+    for (std::size_t i = 0; i < 3; ++i)
+      text += line[i] + std::string(widths[i] - line[i].size() + 2, ' ');
+    text += line[3];
+    while (!text.empty() && text.back() == ' ')
+      text.pop_back();
+    out += text + "\n";
+  }
+  return out;
+}
+
+std::string HBOScriptCommands::undo() {
+  std::string what;
+  if (!HCPProperty::UndoHistory::undo(what))
+    throw Error("There is nothing to undo.");
+  return what;
+}
+
+std::string HBOScriptCommands::redo() {
+  std::string what;
+  if (!HCPProperty::UndoHistory::redo(what))
+    throw Error("There is nothing to redo.");
+  return what;
+}
+
+void HBOScriptCommands::setParam(const std::string &name, const std::string &value) {
+  std::string error;
+  if (!HPAParamMgr::getParamMgr().setValue(name, value, &error))
+    throw Error(error.empty() ? "Cannot set parameter '" + name + "'." : error);
+}
+
+std::string HBOScriptCommands::getParam(const std::string &name) {
+  const HPAParam *param = HPAParamMgr::getParamMgr().findParam(name);
+  if (!param)
+    throw Error("There is no parameter '" + name + "'. report_param lists them.");
+  return param->getValueAsString();
+}
+
+std::string HBOScriptCommands::reportParam(const std::string &pattern) {
+  std::vector<const HPAParam *> params;
+  for (const HPAParam *param : HPAParamMgr::getParamMgr().listParams()) {
+    // Hidden parameters show only when asked for by their exact name.
+    if (param->isHidden() ? param->getName() != pattern
+                          : !pattern.empty() && !HBOScriptFilter::globMatch(pattern, param->getName()))
+      continue;
+    params.push_back(param);
+  }
+  std::size_t nameWidth = 4, valueWidth = 5;
+  for (const HPAParam *param : params) {
+    nameWidth = std::max(nameWidth, param->getName().size());
+    valueWidth = std::max(valueWidth, param->getValueAsString().size());
+  }
+  std::ostringstream out;
+  auto line = [&](const std::string &name, const std::string &value, const std::string &def,
+                  const std::string &type) {
+    out << name << std::string(nameWidth - name.size() + 2, ' ') << value
+        << std::string(valueWidth - value.size() + 2, ' ') << type << std::string(8 - std::min<std::size_t>(type.size(), 6), ' ')
+        << def << "\n";
+  };
+  line("Name", "Value", "Default", "Type");
+  for (const HPAParam *param : params)
+    line(param->getName(), param->getValueAsString(), param->getDefault(), param->getKindName());
+  return out.str();
+}
+
+tclany HBOScriptCommands::currentBoard() const {
+  HBOBoard *board = m_manager->getBoardStrategy();
+  return board ? tclany::of(board) : tclany();
+}
+
+tclany HBOScriptCommands::setCurrentBoard(const std::string &name) {
+  if (name.empty()) {
+    m_manager->setBoard(static_cast<HBOBoard *>(nullptr));
+    return tclany();
+  }
+  bool usedLegacy = false;
+  HBOBoard *board = m_manager->getBoard(name, usedLegacy, true);
+  if (!board)
+    for (HBOBoard *candidate : getCatalogBoards())
+      if (HSTStringUtils::iequals(candidate->getName(), name))
+        board = candidate;
+  if (!board)
+    throw Error("There is no board named '" + name + "'. get_boards lists the boards.");
+  m_manager->setBoard(board);
+  return tclany::of(board);
+}
+
+tclany HBOScriptCommands::setCurrentBoard(const tclany &board) {
+  checkHandle(board);
+  if (!is<HBOBoard>(board))
+    throw Error("current_board takes a board, not " + describe(board) + ".");
+  m_manager->setBoard(static_cast<HBOBoard *>(board.object));
+  return board;
+}
+
+void HBOScriptCommands::refreshBoards() {
+  HBOBoard *current = m_manager->getBoardStrategy();
+  std::string currentName = current ? current->getName() : std::string();
+  m_manager->setBoard(static_cast<HBOBoard *>(nullptr));
+  HBOBoardCReposMgr *global = HBOBoardCReposMgr::getGlobal();
+  global->refreshBoards();
+  global->decrementRefCount();
+  if (HBOPartCReposMgr *repo = m_manager->getBoardPartReposMgr())
+    repo->refreshBoardParts();
+  if (!currentName.empty()) {
+    bool usedLegacy = false;
+    if (HBOBoard *board = m_manager->getBoard(currentName, usedLegacy, false))
+      m_manager->setBoard(board);
+  }
+}
+
+bool HBOScriptCommands::matchesFilter(const tclany &object, const std::string &filter, bool nocase) {
+  checkHandle(object);
+  HBOScriptFilter parsed(filter, nocase);
+  return parsed.matches(propertyReader(object));
+}

@@ -61,9 +61,12 @@ public:
   /// get_property: false (and an empty \p out) when the object has no
   /// value; with \p quiet an unknown property is no error either. A use of a
   /// deprecated property warns with its hint.
-  bool getProperty(const std::string &name, const tclany &object, HATAttrAny &out, bool quiet = false);
+  /// With \p interp the getter also sets the interpreter's result.
+  bool getProperty(const std::string &name, const tclany &object, HATAttrAny &out, bool quiet = false,
+                   Tcl_Interp *interp = nullptr);
   /// set_property on every object; nothing changes when any is refused.
-  void setProperty(const std::string &name, const std::string &value, const std::vector<tclany> &objects);
+  void setProperty(const std::string &name, const std::string &value, const std::vector<tclany> &objects,
+                   Tcl_Interp *interp = nullptr);
   /// list_property: the names in upper case, hidden ones only with \p all.
   std::vector<std::string> listProperty(const tclany &object, bool all = false);
   /// report_property: a table of name, type, read-only and value.
@@ -85,6 +88,14 @@ public:
   /// or a handle's name) current and returns it.
   tclany setCurrentBoard(const std::string &name);
   tclany setCurrentBoard(const tclany &board);
+
+  /// refresh_boards: reloads the user repositories (board.repoPaths) and
+  /// the project's view of the catalog. Handles to user boards and their
+  /// objects go stale; the current board is chosen again by its name.
+  void refreshBoards();
+
+  /// The boards of the project's view of the catalog, in name order.
+  std::vector<HBOBoard *> getCatalogBoards() const;
 
   /// Whether \p object matches the filter expression; throws for a bad one.
   bool matchesFilter(const tclany &object, const std::string &filter, bool nocase = false);
