@@ -15,6 +15,7 @@ extern const Command checkCommand;
 extern const Command paramsCommand;
 extern const Command catalogCommand;
 extern const Command showCommand;
+extern const Command dumpCommand;
 
 /// Where catalog and show load boards from: --data-dir DIR (repeatable),
 /// --repo PATH (repeatable) and, with \p withJobs, --jobs N.

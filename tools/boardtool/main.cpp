@@ -12,6 +12,7 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::paramsCommand,
     &boardtool::catalogCommand,
     &boardtool::showCommand,
+    &boardtool::dumpCommand,
 };
 
 void printHelp(std::ostream &out) {

@@ -1,0 +1,233 @@
+// boardtool dump: writes the whole object graph of one board as JSON, each
+// object as the properties a script sees through list_property, read through
+// the same property registry, so the dump and get_property always agree.
+#include "Commands.h"
+#include "HBOBoard.h"
+#include "HBOBoardBus.h"
+#include "HBOBoardBusNet.h"
+#include "HBOBoardCDataManager.h"
+#include "HBOBoardCReposMgr.h"
+#include "HBOBoardComponent.h"
+#include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
+#include "HBOComponentMode.h"
+#include "HBOIpPreset.h"
+#include "HBOJumper.h"
+#include "HBOModelPort.h"
+#include "HBOParameter.h"
+#include "HBOParser.h"
+#include "HBOPinProps.h"
+#include "HBOScriptedClasses.h"
+#include "HBOScriptedGraph.h"
+#include "HCPProperty.h"
+#include "HSTStringUtils.h"
+
+#include <boost/filesystem.hpp>
+
+#include <iostream>
+#include <memory>
+
+namespace boardtool {
+namespace {
+
+using tclany = zeb::tcltasks::tclany;
+
+const char kHelp[] =
+    "Writes one board's object graph as JSON on standard output: the board, its\n"
+    "components with their interfaces (with ports and preferred IPs), pins, modes\n"
+    "and parameters, its connections with their nets, its jumpers, parameters and IP\n"
+    "presets. Each object is written as the properties that list_property shows in\n"
+    "the Tcl and Python consoles, with upper-case keys; booleans, integers, texts and\n"
+    "lists keep their types. SOURCE is a board name from the catalog (any of the\n"
+    "names 'boardtool show' takes) or the path of a board.xml.\n"
+    "\n"
+    "Options:\n"
+    "  --json              the output format (the only one; may be left out)\n"
+    "  --all               also the hidden properties\n"
+    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
+    "                      repeatable (sets BOARDLIB_DATA_DIRS)\n"
+    "  --repo PATH         a user board repository; repeatable (sets board.repoPaths)\n"
+    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
+    "  --messages=json     write the messages to standard error as one JSON array\n"
+    "  --debug SCOPE       switch on debug output of a scope\n"
+    "\n"
+    "Exit status: 0 written, 1 no such board or the file did not read, 2 bad usage.\n";
+
+// The child arrays of each class, in the order they are written.
+struct ChildArray {
+  const char *key;
+  const std::type_info *type;
+  bool namesOnly;
+};
+
+std::vector<ChildArray> childArrays(const std::type_info &type) {
+  if (type == typeid(HBOBoard *))
+    return {{"components", &typeid(HBOBoardComponent *), false},
+            {"buses", &typeid(HBOBoardBus *), false},
+            {"jumpers", &typeid(HBOJumper *), false},
+            {"parameters", &typeid(HBOParameter *), false},
+            {"presets", &typeid(HBOIpPreset *), false}};
+  if (type == typeid(HBOBoardComponent *))
+    return {{"interfaces", &typeid(HBOBusIf *), false},
+            {"pins", &typeid(HBOPinProps *), false},
+            {"modes", &typeid(HBOComponentMode *), false},
+            {"parameters", &typeid(HBOParameter *), false}};
+  if (type == typeid(HBOBusIf *))
+    return {{"ports", &typeid(HBOModelPort *), false}, {"preferences", &typeid(HBOBusIfPreference *), false}};
+  if (type == typeid(HBOModelPort *))
+    return {{"pins", &typeid(HBOPinProps *), true}};
+  if (type == typeid(HBOBoardBus *))
+    return {{"nets", &typeid(HBOBoardBusNet *), false}};
+  return {};
+}
+
+class JsonWriter {
+public:
+  explicit JsonWriter(bool all) : m_all(all) {}
+
+  void object(const tclany &object, int depth) {
+    std::string pad(2 * depth, ' ');
+    m_out += "{";
+    bool first = true;
+    for (const HCPProperty::PropertyRow &row : HCPProperty::listProperties(nullptr, object, m_all)) {
+      key(HSTStringUtils::toUpper(row.name), first, depth + 1);
+      value(row.value);
+    }
+    std::vector<HBOBoard *> none;
+    for (const ChildArray &array : childArrays(*object.type)) {
+      std::vector<tclany> children;
+      HBOScriptedGraph::related(object, *array.type, none, children);
+      key(array.key, first, depth + 1);
+      m_out += "[";
+      for (std::size_t i = 0; i < children.size(); ++i) {
+        m_out += i ? ",\n" : "\n";
+        m_out += std::string(2 * (depth + 2), ' ');
+        if (array.namesOnly)
+          HSTStringUtils::appendJsonQuoted(m_out, HCPProperty::getObjectName(children[i]));
+        else
+          this->object(children[i], depth + 2);
+      }
+      if (!children.empty())
+        m_out += "\n" + std::string(2 * (depth + 1), ' ');
+      m_out += "]";
+    }
+    m_out += "\n" + pad + "}";
+  }
+
+  const std::string &text() const { return m_out; }
+
+private:
+  void key(const std::string &name, bool &first, int depth) {
+    m_out += first ? "\n" : ",\n";
+    first = false;
+    m_out += std::string(2 * depth, ' ');
+    HSTStringUtils::appendJsonQuoted(m_out, name);
+    m_out += ": ";
+  }
+
+  void value(const HATAttrAny &v) {
+    switch (v.getKind()) {
+    case HATAttrAny::Kind::Empty:
+      m_out += "\"\"";
+      return;
+    case HATAttrAny::Kind::Bool:
+      m_out += v.getBool() ? "true" : "false";
+      return;
+    case HATAttrAny::Kind::Int:
+      m_out += std::to_string(v.getInt());
+      return;
+    case HATAttrAny::Kind::String:
+      HSTStringUtils::appendJsonQuoted(m_out, v.getString());
+      return;
+    case HATAttrAny::Kind::List:
+      break;
+    }
+    m_out += "[";
+    bool first = true;
+    auto element = [&](const std::string &text) {
+      m_out += first ? "" : ", ";
+      first = false;
+      HSTStringUtils::appendJsonQuoted(m_out, text);
+    };
+    for (const std::string &text : v.getList().strings())
+      element(text);
+    for (const tclany &object : v.getList().objects())
+      element(HCPProperty::getObjectName(object));
+    m_out += "]";
+  }
+
+  bool m_all;
+  std::string m_out;
+};
+
+int writeDump(const tclany &board, bool all) {
+  JsonWriter writer(all);
+  try {
+    writer.object(board, 0);
+  } catch (const HCPProperty::Error &e) {
+    std::cerr << "boardtool dump: " << e.what() << "\n";
+    return Failure;
+  }
+  std::cout << writer.text() << "\n";
+  return Success;
+}
+
+bool looksLikeFile(const std::string &source) {
+  boost::system::error_code ec;
+  return source.find('/') != std::string::npos || boost::filesystem::is_regular_file(source, ec) ||
+         HSTStringUtils::endsWith(source, ".xml");
+}
+
+int run(const std::vector<std::string> &args) {
+  LoadOptions load;
+  std::vector<std::string> rest;
+  std::string error;
+  if (!load.take(args, rest, error, false))
+    return usageError(dumpCommand, error);
+  CommonOptions options;
+  if (!options.parse(rest, error, {"--json", "--all"}))
+    return usageError(dumpCommand, error);
+  if (options.positional.size() != 1)
+    return usageError(dumpCommand, options.positional.empty()
+                                       ? "no board name or file given"
+                                       : "one board only, not also '" + options.positional[1] + "'");
+  const std::string source = options.positional.front();
+  const bool all = options.hasFlag("--all");
+  load.apply();
+  MessageOutput output(options.jsonMessages);
+  HBOScriptedClasses::registerAll();
+
+  if (looksLikeFile(source)) {
+    std::unique_ptr<HBOBoard> board(new HBOBoard());
+    HBOParser parser;
+    if (!parser.parseFile(absolutePath(source), board.get())) {
+      std::cerr << "boardtool dump: '" << source << "' did not read as a board\n";
+      return Failure;
+    }
+    return writeDump(tclany::of(board.get()), all);
+  }
+
+  LoadedCatalog catalog(dumpCommand, false);
+  if (!catalog.ok())
+    return Failure;
+  bool usedLegacyMap = false;
+  HBOBoard *board = catalog.manager().getBoard(source, usedLegacyMap, true);
+  if (!board)
+    board = catalog.global().getInfoForBoard(source);
+  if (!board) {
+    std::cerr << "boardtool dump: no board matches '" << source
+              << "'; 'boardtool catalog' lists the boards\n";
+    return Failure;
+  }
+  return writeDump(tclany::of(board), all);
+}
+
+} // namespace
+
+const Command dumpCommand = {
+    "dump", "write one board's object graph with its script properties as JSON",
+    "boardtool dump [--json] [--all] [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... "
+    "NAME|FILE",
+    kHelp, run};
+
+} // namespace boardtool
