@@ -211,10 +211,22 @@ void HBOScriptedGraph::owners(const tclany &object, const std::vector<HBOBoard *
   } else if (HBOModelPort *port = as<HBOModelPort>(object)) {
     add(out, port->getOwner());
   } else if (HBOPinProps *pin = as<HBOPinProps>(object)) {
-    add(out, pin->getOwner());
-    HBOModelPort *port = nullptr;
-    if (pin->getOwnerPort(port))
-      add(out, port);
+    HBOBoardComponent *component = pin->getOwner();
+    add(out, component);
+    if (!component)
+      return;
+    // A pin names the interfaces it serves; its ports are those of the
+    // component that list it.
+    for (const auto &entry : pin->getIntfPortMap())
+      add(out, component->getBusIfByName(entry.first));
+    for (const auto &entry : component->getModelPorts()) {
+      if (!entry.second)
+        continue;
+      std::vector<HBOPinProps *> pins;
+      entry.second->getPins(pins);
+      if (std::find(pins.begin(), pins.end(), pin) != pins.end())
+        add(out, entry.second);
+    }
   } else if (HBOBoardBus *bus = as<HBOBoardBus>(object)) {
     add(out, bus->getOwner());
   } else if (HBOBoardBusNet *net = as<HBOBoardBusNet>(object)) {
