@@ -1,5 +1,46 @@
+#include "HBOBusIfPreference.h"
 #include "HBOCPropertyInit.h"
+#include "HBOComponentMode.h"
 #include "HBOScriptedSupport.h"
 
-// Placeholder until the property table is written.
-void HBOCPropertyInit::board_component_mode::init() {}
+#include <string>
+#include <vector>
+
+namespace {
+
+const char *const classNameBoardComponentMode = "board_component_mode";
+
+std::vector<std::string> interfaceNames(const HBOComponentMode &mode) {
+  HBOComponentMode::InterfaceMap interfaces;
+  mode.getInterfaces(interfaces);
+  std::vector<std::string> names;
+  for (const auto &entry : interfaces)
+    names.push_back(entry.second.first);
+  return names;
+}
+
+std::vector<std::string> preferenceNames(const HBOComponentMode &mode) {
+  std::vector<HBOBusIfPreference *> preferences;
+  mode.getPreferredIps(preferences);
+  return HBOScripted::namesOf(preferences,
+                              [](const HBOBusIfPreference &p) { return p.getPrefName(); });
+}
+
+} // namespace
+
+void HBOCPropertyInit::board_component_mode::init() {
+  using HBOScripted::addProperty;
+  using HBOScripted::expressionTerms;
+  using T = HBOComponentMode;
+  const int text = HATAttrSpec::String;
+  const int list = HATAttrSpec::StringList;
+  HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
+  HBOScripted::addClassProperty<T>(info, classNameBoardComponentMode);
+  addProperty<T>(info, "name", text, [](const T &m) { return m.getName(); });
+  addProperty<T>(info, "description", text, [](const T &m) { return m.getDescription(); });
+  addProperty<T>(info, "interfaces", list, interfaceNames);
+  addProperty<T>(info, "enablement_dependency", list,
+                 [](const T &m) { return expressionTerms(m.getEnablementDependency()); });
+  addProperty<T>(info, "preferences", list, preferenceNames);
+  addProperty<T>(info, "is_enabled", text, [](const T &m) { return m.getIsEnabled(); });
+}

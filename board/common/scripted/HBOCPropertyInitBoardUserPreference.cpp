@@ -1,5 +1,41 @@
+#include "HBOBusIfPreference.h"
 #include "HBOCPropertyInit.h"
 #include "HBOScriptedSupport.h"
 
-// Placeholder until the property table is written.
-void HBOCPropertyInit::board_user_preference::init() {}
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+const char *const classNameIpPreference = "ip_preference";
+// Reserved for the parameters of a preferred IP; nothing reads them yet.
+[[maybe_unused]] const char *const IP_PARAM_TAG = "IP_PARAM.";
+
+// The order reaches scripts as an integer. The conversion is strict: a text
+// that is no whole number fails the property instead of reading as 0.
+long long orderValue(const std::string &text) {
+  errno = 0;
+  char *end = nullptr;
+  long long value = std::strtoll(text.c_str(), &end, 10);
+  if (text.empty() || errno != 0 || *end != '\0')
+    throw HCPProperty::Error("Conversion failed");
+  return value;
+}
+
+} // namespace
+
+void HBOCPropertyInit::board_user_preference::init() {
+  using HBOScripted::addProperty;
+  using T = HBOBusIfPreference;
+  const int text = HATAttrSpec::String;
+  HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
+  info.setSortProperties(false);
+  HBOScripted::addClassProperty<T>(info, classNameIpPreference);
+  addProperty<T>(info, "ip_name", text, [](const T &p) { return p.getName(); });
+  addProperty<T>(info, "ip_vendor", text, [](const T &p) { return p.getVendor(); });
+  addProperty<T>(info, "ip_library", text, [](const T &p) { return p.getLibrary(); });
+  addProperty<T>(info, "ip_version", text, [](const T &p) { return p.getVersion(); });
+  addProperty<T>(info, "order", HATAttrSpec::Int,
+                 [](const T &p) { return orderValue(std::to_string(p.getOrder())); });
+}

@@ -7,6 +7,7 @@
 #include "HBOBoardUtils.h"
 #include "HCPProperty.h"
 
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -63,6 +64,19 @@ HCPProperty::Spec &addClassProperty(HCPProperty::ObjectInfo &info, const char *c
 inline void setHint(HCPProperty::Spec &spec, const std::string &hint) {
   if (HBOBoardUtils::isV2SchemaEnabled())
     spec.getAttrSpec().m_hint = hint;
+}
+
+/// An enablement expression, "{J1 true} {J2 false}", is the Tcl form of the
+/// list of its terms; the terms as a list, so that Python sees the same.
+inline std::vector<std::string> expressionTerms(const std::string &expression) {
+  return HBOBoardUtils::parseTclList(expression);
+}
+
+/// A delay as the model keeps it, in its shortest text ("0.3").
+inline std::string delayText(float delay) {
+  std::ostringstream out;
+  out << delay;
+  return out.str();
 }
 
 /// The names of objects, for list properties built from records.
