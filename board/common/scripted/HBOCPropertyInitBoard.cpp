@@ -1,5 +1,130 @@
 #include "HBOCPropertyInit.h"
 #include "HBOScriptedSupport.h"
 
-// Placeholder until the property table is written.
-void HBOCPropertyInit::board::init() {}
+#include "HBOBoard.h"
+#include "HBOBoardDataProps.h"
+#include "HBOParameter.h"
+#include "HPAParamMgr.h"
+
+#include <boost/any.hpp>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using HBOScripted::tclany;
+
+const char *const classNameBoard = "board";
+constexpr char PARAM_SCOPE_TAG[] = "PARAM.";
+
+// The rest of \p name after \p tag; the tag is compared exactly.
+bool afterTag(const std::string &name, const char *tag, std::string &rest) {
+  const std::size_t length = std::strlen(tag);
+  if (name.compare(0, length, tag) != 0)
+    return false;
+  rest = name.substr(length);
+  return true;
+}
+
+bool dataPropsAsProperties() {
+  return HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.enableTclProps");
+}
+
+// A data property at a dotted path: a scalar as text, a group as one flat
+// list of its leaves, path and value in turn. False when the path names
+// nothing.
+bool dataPropValue(const HBOBoardDataProps &props, const std::string &path, HATAttrAny &out) {
+  const boost::any *value = props.getData_(path);
+  if (!value)
+    return false;
+  if (value->type() == typeid(std::string)) {
+    HATAttrUtils::setAny(out, props.getStrDataProp(path));
+    return true;
+  }
+  std::vector<std::string> flat;
+  for (const auto &leaf : props.getMapDataProp(path)) {
+    flat.push_back(leaf.first);
+    flat.push_back(leaf.second);
+  }
+  HATAttrUtils::setAny(out, flat);
+  return true;
+}
+
+// Board parameters under "PARAM.", then the board's data properties when
+// scripts may see them.
+bool readDynamic(Tcl_Interp *interp, const tclany &handle, const std::string &name,
+                 HATAttrAny &result) {
+  const HBOBoard *board = HCPProperty::Types::any2native<HBOBoard *>::get(handle);
+  if (!board)
+    return false;
+  std::string parameter;
+  if (afterTag(name, PARAM_SCOPE_TAG, parameter)) {
+    std::string value;
+    if (!board->getParamValue(parameter, value))
+      return false;
+    HCPProperty::Utils::saveResult(interp, value, result);
+    return true;
+  }
+  HATAttrAny value;
+  if (!dataPropsAsProperties() || !dataPropValue(board->getBoardDataProps(), name, value))
+    return false;
+  HCPProperty::Utils::saveResult(interp, value, result);
+  return true;
+}
+
+bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &out) {
+  const HBOBoard *board = HCPProperty::Types::any2native<HBOBoard *>::get(handle);
+  if (!board)
+    return false;
+  for (const HBOParameter *parameter : board->getParameters())
+    if (parameter)
+      out.emplace_back(std::string(PARAM_SCOPE_TAG) + parameter->getName(),
+                       HATAttrAny(parameter->getValue()));
+  if (dataPropsAsProperties()) {
+    const HBOBoardDataProps &props = board->getBoardDataProps();
+    for (const auto &entry : props.getAllData()) {
+      HATAttrAny value;
+      if (dataPropValue(props, entry.first, value))
+        out.emplace_back(entry.first, value);
+    }
+  }
+  return true;
+}
+
+} // namespace
+
+void HBOCPropertyInit::board::init() {
+  using namespace HBOScripted;
+  using B = HBOBoard;
+  const int text = HATAttrSpec::String;
+  const int list = HATAttrSpec::StringList;
+  HCPProperty::ObjectInfo &info = registerClass<B>();
+
+  addClassProperty<B>(info, classNameBoard);
+  addProperty<B>(info, "name", text, [](const B &b) { return b.getName(); });
+  addProperty<B>(info, "board_name", text, [](const B &b) { return b.getBoardName(); });
+  addProperty<B>(info, "display_name", text, [](const B &b) { return b.getDisplayName(); });
+  addProperty<B>(info, "file_version", text, [](const B &b) { return b.getVersion(); });
+  addProperty<B>(info, "Compatible_board_revisions", list, [](const B &b) {
+    std::vector<std::string> revisions;
+    b.getCompatibleBoardRevisionsAsVec(revisions);
+    return revisions;
+  });
+  addProperty<B>(info, "vendor_name", text, [](const B &b) { return b.getVendor(); });
+  addProperty<B>(info, "spec_url", text, [](const B &b) { return b.getSpecUrl(); });
+  addProperty<B>(info, "FILE_NAME", text, [](const B &b) { return b.getBoardFile(); });
+  addProperty<B>(info, "REPOSITORY", text, [](const B &b) { return b.getRepository(); });
+  addProperty<B>(info, "jtag_chains", list, [](const B &b) { return b.getJtagChains(); });
+  addProperty<B>(info, "description", text, [](const B &b) { return b.getDescription(); });
+  addProperty<B>(info, "supports_ced", text,
+                 [](const B &b) { return std::string(b.getSupportsCED() ? "true" : "false"); });
+
+  HCPProperty::Spec &dynamic = info.createSpec("_default_");
+  dynamic.setGetFcn(readDynamic);
+  dynamic.setGetDefaultFcn(listDynamic);
+  dynamic.getAttrSpec().setAttrType(text);
+  dynamic.getAttrSpec().setReadOnly(true);
+  dynamic.getAttrSpec().setVisible(false);
+}

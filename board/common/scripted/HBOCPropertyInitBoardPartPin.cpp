@@ -1,6 +1,169 @@
 #include "HBOCPropertyInit.h"
 #include "HBOScriptedSupport.h"
 
-// Placeholder until the property table is written.
-void HBOCPropertyInit::board_part_pin::init() {}
-void HBOCPropertyInit::board_part_pin::initV2Props() {}
+#include "HBOModelPort.h"
+#include "HBOPinProps.h"
+#include "HSTStringUtils.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using HBOScripted::tclany;
+
+const char *const classNameBoardPartPin = "board_part_pin";
+const char *const classNameBoardComponentPin = "board_component_pin";
+constexpr char IOBANK_PROP_TAG[] = "IOBANK.";
+constexpr char PORT_SCOPE_TAG[] = "PORT.";
+
+// The rest of \p name after \p tag; the tag is compared exactly.
+bool afterTag(const std::string &name, const char *tag, std::string &rest) {
+  const std::size_t length = std::strlen(tag);
+  if (name.compare(0, length, tag) != 0)
+    return false;
+  rest = name.substr(length);
+  return true;
+}
+
+using PortRead = std::string (*)(const HBOModelPort &);
+
+std::string portText(const HBOModelPort &port, bool (HBOModelPort::*get)(std::string &) const) {
+  std::string value;
+  (port.*get)(value);
+  return value;
+}
+
+// A number of the port as text; empty when it has none (the ends of a
+// scalar port).
+std::string portNumber(const HBOModelPort &port, bool (HBOModelPort::*get)(int &) const) {
+  int value = 0;
+  return (port.*get)(value) ? std::to_string(value) : std::string();
+}
+
+// "IOBANK." reads a property of the pin's IO bank, "PORT." the port that
+// an interface uses the pin for.
+bool readDynamic(Tcl_Interp *interp, const tclany &handle, const std::string &name,
+                 HATAttrAny &result) {
+  const HBOPinProps *pin = HCPProperty::Types::any2native<HBOPinProps *>::get(handle);
+  if (!pin)
+    return false;
+  std::string rest;
+  std::string value;
+  if (afterTag(name, IOBANK_PROP_TAG, rest))
+    value = pin->getIOBankPropertyValue(rest);
+  else if (afterTag(name, PORT_SCOPE_TAG, rest))
+    value = pin->getPortForInterface(rest);
+  if (value.empty())
+    return false;
+  HCPProperty::Utils::saveResult(interp, value, result);
+  return true;
+}
+
+bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &out) {
+  const HBOPinProps *pin = HCPProperty::Types::any2native<HBOPinProps *>::get(handle);
+  if (!pin)
+    return false;
+  HBOPinProps::StringMap bank;
+  pin->getIOBankPropertyList(bank);
+  for (const auto &entry : bank)
+    out.emplace_back(IOBANK_PROP_TAG + entry.first, HATAttrAny(entry.second));
+  for (const auto &entry : pin->getIntfPortMap())
+    out.emplace_back(PORT_SCOPE_TAG + entry.first, HATAttrAny(entry.second));
+  return true;
+}
+
+} // namespace
+
+void HBOCPropertyInit::board_part_pin::init() {
+  using namespace HBOScripted;
+  using P = HBOPinProps;
+  using M = HBOModelPort;
+  const int text = HATAttrSpec::String;
+  HCPProperty::ObjectInfo &info = registerClass<P>();
+
+  addClassProperty<P>(info, classNameBoardPartPin);
+  addProperty<P>(info, "name", text, [](const P &p) { return p.getName(); });
+  addProperty<P>(info, "loc", text, [](const P &p) { return p.getPinLoc(); });
+  // Reading must not add the property to the pin (its listing and the pin
+  // file it is written back to would show it), so the non-creating read.
+  auto portProp = [](const std::string &name) {
+    return [name](const P &p) {
+      std::string value;
+      p.getPortProp_(name, value);
+      return value;
+    };
+  };
+  const std::vector<std::string> &names = P::getPortPropNames();
+  for (const std::string &name : names)
+    addProperty<P>(info, name, text, portProp(name));
+  // The upper-case names that older scripts use: the same values, hidden.
+  for (const std::string &name : names) {
+    HCPProperty::Spec &spec =
+        addProperty<P>(info, HSTStringUtils::toUpper(name), text, portProp(name));
+    spec.getAttrSpec().setVisible(false);
+    setHint(spec, "Use '" + name + "'");
+  }
+  addProperty<P>(info, "internal_vref", text, [](const P &p) {
+    std::string vref;
+    p.getPinInternalVref(vref);
+    return vref;
+  });
+  addProperty<P>(info, "pin_index", text,
+                 [](const P &p) { return std::to_string(p.getPinIndex()); });
+
+  HCPProperty::Spec &dynamic = info.createSpec("_default_");
+  dynamic.setGetFcn(readDynamic);
+  dynamic.setGetDefaultFcn(listDynamic);
+  dynamic.getAttrSpec().setAttrType(text);
+  dynamic.getAttrSpec().setReadOnly(true);
+  dynamic.getAttrSpec().setVisible(false);
+
+  // What the pin's port tells of its bus. Only the pins that a port of an
+  // older board holds itself know their port; on a schema 2 board the
+  // interfaces name the pins, and these read empty.
+  const struct {
+    const char *name;
+    PortRead read;
+    const char *hint;
+  } ofPort[] = {
+      {"bus_direction", [](const M &m) { return portText(m, &M::getPortDir); },
+       "Use 'get_property DIRECTION [get_board_interface_ports <port_name>]'"},
+      {"bus_name", [](const M &m) { return m.getName(); },
+       "Use 'get_property NAME [get_board_interface_ports <port_name>]'"},
+      {"interface", [](const M &m) { return portText(m, &M::getOwnerBusIf); }, "Use 'INTERFACES'"},
+      {"logical_name", [](const M &m) { return portText(m, &M::getBusIfLogicalPortName); },
+       "Use 'get_property LOGICAL_NAME [get_board_interface_ports <port_name>]'"},
+      {"bus_start", [](const M &m) { return portNumber(m, &M::getPortVecLeft); },
+       "Use 'get_property LEFT [get_board_interface_ports <port_name>]'"},
+      {"bus_stop", [](const M &m) { return portNumber(m, &M::getPortVecRight); },
+       "Use 'get_property RIGHT [get_board_interface_ports <port_name>]'"},
+      {"bus_width", [](const M &m) { return portNumber(m, &M::getPortWidth); },
+       "Use 'get_property WIDTH [get_board_interface_ports <port_name>]'"},
+  };
+  for (const auto &property : ofPort) {
+    PortRead read = property.read;
+    setHint(addProperty<P>(info, property.name, text,
+                           [read](const P &p) {
+                             M *port = nullptr;
+                             return p.getOwnerPort(port) && port ? read(*port) : std::string();
+                           }),
+            property.hint);
+  }
+}
+
+void HBOCPropertyInit::board_part_pin::initV2Props() {
+  using namespace HBOScripted;
+  using P = HBOPinProps;
+  HCPProperty::ObjectInfo &info = registerClass<P>();
+
+  info.deleteSpec("class");
+  addClassProperty<P>(info, classNameBoardComponentPin);
+  addProperty<P>(info, "interfaces", HATAttrSpec::StringList, [](const P &p) {
+    std::vector<std::string> interfaces;
+    for (const auto &entry : p.getIntfPortMap())
+      interfaces.push_back(entry.first);
+    return interfaces;
+  });
+}
