@@ -95,12 +95,18 @@ bool HCPProperty::ObjectInfo::deleteSpec(const std::string &name) {
 const HCPProperty::Spec *HCPProperty::ObjectInfo::findSpec(const std::string &name) const {
   if (isDefaultName(name))
     return nullptr;
-  for (const auto &spec : m_specs)
-    if (spec->getName() == name)
-      return spec.get();
-  for (const auto &spec : m_specs)
-    if (!isDefaultName(spec->getName()) && HSTStringUtils::iequals(spec->getName(), name))
-      return spec.get();
+  // Names ignore case, so a visible property wins over a hidden spelling of
+  // it (a pin's deprecated "IOSTANDARD" beside "iostandard"): a user typing
+  // what list_property shows is not told it is deprecated.
+  for (bool visible : {true, false}) {
+    for (const auto &spec : m_specs)
+      if (spec->getAttrSpec().isVisible() == visible && spec->getName() == name)
+        return spec.get();
+    for (const auto &spec : m_specs)
+      if (spec->getAttrSpec().isVisible() == visible && !isDefaultName(spec->getName()) &&
+          HSTStringUtils::iequals(spec->getName(), name))
+        return spec.get();
+  }
   return nullptr;
 }
 
@@ -360,11 +366,14 @@ std::string HCPProperty::getObjectName(const tclany &object) {
   if (object.empty())
     return std::string();
   const ObjectInfo *info = getObjectInfo(*object.type);
-  const Spec *spec = info ? info->findSpec("name") : nullptr;
-  if (!spec || !spec->getGetFcn())
+  if (!info)
+    return std::string();
+  const Spec *spec = info->findSpec("name");
+  const GetFcn *get = info->getNameFcn() ? &info->getNameFcn() : spec ? &spec->getGetFcn() : nullptr;
+  if (!get || !*get)
     return std::string();
   HATAttrAny value;
-  spec->getGetFcn()(nullptr, object, "name", value);
+  (*get)(nullptr, object, "name", value);
   std::string ignored;
   Types::detail::takeCastError(ignored);
   return value.toString();

@@ -102,9 +102,14 @@ public:
     const Spec *getDefaultSpec() const;
     /// The properties in registration order, "_default_" included.
     std::vector<const Spec *> getSpecs() const;
+    /// How an object of a class without a "name" property is named where a
+    /// script shows it; by default the "name" property.
+    void setNameFcn(GetFcn fn) { m_nameFcn = std::move(fn); }
+    const GetFcn &getNameFcn() const { return m_nameFcn; }
 
   private:
     NativeAdapter m_adapter;
+    GetFcn m_nameFcn;
     std::vector<std::unique_ptr<Spec>> m_specs;
     bool m_sort = true;
   };

@@ -188,8 +188,12 @@ TEST_F(Props, TablesKeepOrderTypesVisibilityAndHints) {
       EXPECT_EQ(contains(t.hinted, n), !attr.m_hint.empty()) << n;
     }
   }
-  auto hint = [](const std::type_info &type, const char *name) {
-    return info(type).findSpec(name)->getAttrSpec().m_hint;
+  // By exact name: look-up ignores case and prefers the visible spelling.
+  auto hint = [](const std::type_info &type, const std::string &name) {
+    for (const HCPProperty::Spec *spec : info(type).getSpecs())
+      if (spec->getName() == name)
+        return spec->getAttrSpec().m_hint;
+    return std::string("(no such property)");
   };
   EXPECT_EQ("Use 'JTAG_POSITION.chain1'", hint(typeid(HBOBoardComponent *), "jtag_position"));
   EXPECT_EQ("Use 'get_property VENDOR_NAME [get_boards -of_objects <board_part object>]'",

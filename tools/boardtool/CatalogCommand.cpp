@@ -106,6 +106,18 @@ LoadedCatalog::~LoadedCatalog() {
     HBOBoardCReposMgr::release();
 }
 
+bool parseLoadArgs(const Command &command, const std::vector<std::string> &args, bool withJobs,
+                   const std::vector<std::string> &extraFlags, LoadOptions &load,
+                   CommonOptions &options, int &status) {
+  std::vector<std::string> rest;
+  std::string error;
+  if (!load.take(args, rest, error, withJobs) || !options.parse(rest, error, extraFlags)) {
+    status = usageError(command, error);
+    return false;
+  }
+  return true;
+}
+
 void LoadOptions::apply() const {
   if (!dataDirs.empty()) {
     std::string list;
@@ -243,13 +255,10 @@ void printJson(const std::vector<Row> &rows) {
 
 int run(const std::vector<std::string> &args) {
   LoadOptions load;
-  std::vector<std::string> rest;
-  std::string error;
-  if (!load.take(args, rest, error, true))
-    return usageError(catalogCommand, error);
   CommonOptions options;
-  if (!options.parse(rest, error, {"--json"}))
-    return usageError(catalogCommand, error);
+  int status = Success;
+  if (!parseLoadArgs(catalogCommand, args, true, {"--json"}, load, options, status))
+    return status;
   if (!options.positional.empty())
     return usageError(catalogCommand, "unexpected argument '" + options.positional.front() + "'");
   load.apply();

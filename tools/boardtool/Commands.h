@@ -16,6 +16,8 @@ extern const Command paramsCommand;
 extern const Command catalogCommand;
 extern const Command showCommand;
 extern const Command dumpCommand;
+extern const Command shellCommand;
+extern const Command tclCommand;
 
 /// Where catalog and show load boards from: --data-dir DIR (repeatable),
 /// --repo PATH (repeatable) and, with \p withJobs, --jobs N.
@@ -32,6 +34,13 @@ struct LoadOptions {
   /// the repository is first built.
   void apply() const;
 };
+
+/// Reads the arguments of a command that loads boards: the load options
+/// (with --jobs when \p withJobs), then the common ones and \p extraFlags.
+/// False after a usage error was told; \p status is then its exit status.
+bool parseLoadArgs(const Command &command, const std::vector<std::string> &args, bool withJobs,
+                   const std::vector<std::string> &extraFlags, LoadOptions &load,
+                   CommonOptions &options, int &status);
 
 /// The project's view of the catalog, loaded for one command and given back
 /// when the command ends.

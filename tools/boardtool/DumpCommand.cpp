@@ -180,13 +180,10 @@ bool looksLikeFile(const std::string &source) {
 
 int run(const std::vector<std::string> &args) {
   LoadOptions load;
-  std::vector<std::string> rest;
-  std::string error;
-  if (!load.take(args, rest, error, false))
-    return usageError(dumpCommand, error);
   CommonOptions options;
-  if (!options.parse(rest, error, {"--json", "--all"}))
-    return usageError(dumpCommand, error);
+  int status = Success;
+  if (!parseLoadArgs(dumpCommand, args, false, {"--json", "--all"}, load, options, status))
+    return status;
   if (options.positional.size() != 1)
     return usageError(dumpCommand, options.positional.empty()
                                        ? "no board name or file given"

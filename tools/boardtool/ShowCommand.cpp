@@ -72,13 +72,10 @@ void printHidden(HBOBoardCReposMgr &global, const HBOBoard &board) {
 
 int run(const std::vector<std::string> &args) {
   LoadOptions load;
-  std::vector<std::string> rest;
-  std::string error;
-  if (!load.take(args, rest, error, false))
-    return usageError(showCommand, error);
   CommonOptions options;
-  if (!options.parse(rest, error))
-    return usageError(showCommand, error);
+  int status = Success;
+  if (!parseLoadArgs(showCommand, args, false, {}, load, options, status))
+    return status;
   if (options.positional.empty())
     return usageError(showCommand, "no board name given");
   if (options.positional.size() > 1)
@@ -94,7 +91,6 @@ int run(const std::vector<std::string> &args) {
   HBOBoardCDataManager *manager = &catalog.manager();
   HBOBoardCReposMgr *global = &catalog.global();
 
-  int status = Success;
   if (HBOBoard *board = name.empty() ? nullptr : resolve(*manager, *global, name)) {
     board->display(0);
     std::cout << "Display name: " << board->getDisplayName() << "\n";

@@ -13,6 +13,8 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::catalogCommand,
     &boardtool::showCommand,
     &boardtool::dumpCommand,
+    &boardtool::shellCommand,
+    &boardtool::tclCommand,
 };
 
 void printHelp(std::ostream &out) {

@@ -303,6 +303,10 @@ void HBOScriptCommands::setParam(const std::string &name, const std::string &val
   std::string error;
   if (!HPAParamMgr::getParamMgr().setValue(name, value, &error))
     throw Error(error.empty() ? "Cannot set parameter '" + name + "'." : error);
+  // New user repositories take effect at once, as they would in the
+  // console of the suite.
+  if (name == "board.repoPaths")
+    refreshBoards();
 }
 
 std::string HBOScriptCommands::getParam(const std::string &name) {

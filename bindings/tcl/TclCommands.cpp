@@ -1,0 +1,376 @@
+#include "TclCommands.h"
+
+#include "HBOScriptCommands.h"
+#include "HCPProperty.h"
+#include "TclHandles.h"
+
+#include <cstring>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace {
+
+using tclany = zeb::tcltasks::tclany;
+
+void setResult(Tcl_Interp *interp, const std::string &text) {
+  Tcl_SetObjResult(interp, Tcl_NewStringObj(text.c_str(), static_cast<int>(text.size())));
+}
+
+// Every failure of the library reaches the script as a Tcl error with the
+// library's text; nothing escapes into the interpreter.
+template <typename F> int guarded(Tcl_Interp *interp, F body) {
+  try {
+    return body();
+  } catch (const std::exception &e) { // HCPProperty::Error and HEXError among them
+    setResult(interp, e.what());
+  } catch (const std::string &text) {
+    setResult(interp, text);
+  } catch (...) {
+    setResult(interp, "Unexpected internal error in the board commands.");
+  }
+  Tcl_SetErrorCode(interp, "BOARDLIB", "ERROR", nullptr);
+  return TCL_ERROR;
+}
+
+// Output goes through the script's own puts, so that a console or a test
+// harness that redirects puts sees it too.
+int printOut(Tcl_Interp *interp, std::string text) {
+  if (!text.empty() && text.back() == '\n')
+    text.pop_back(); // puts adds it
+  Tcl_Obj *cmd[2] = {Tcl_NewStringObj("puts", -1),
+                     Tcl_NewStringObj(text.c_str(), static_cast<int>(text.size()))};
+  for (Tcl_Obj *o : cmd)
+    Tcl_IncrRefCount(o);
+  int rc = Tcl_EvalObjv(interp, 2, cmd, TCL_EVAL_GLOBAL);
+  for (Tcl_Obj *o : cmd)
+    Tcl_DecrRefCount(o);
+  if (rc == TCL_OK)
+    Tcl_ResetResult(interp);
+  return rc;
+}
+
+HBOScriptCommands &commandsOf(ClientData data) { return *static_cast<HBOScriptCommands *>(data); }
+
+std::string argText(Tcl_Obj *obj) {
+  int length = 0;
+  const char *text = Tcl_GetStringFromObj(obj, &length);
+  return std::string(text, static_cast<std::size_t>(length));
+}
+
+// A pattern argument may be a list of patterns. Split from the text, so
+// that a handle passed here keeps its internal representation.
+void appendPatterns(Tcl_Obj *obj, std::vector<std::string> &out) {
+  std::string text = argText(obj);
+  int count = 0;
+  const char **items = nullptr;
+  if (TclHandles::isHandle(obj) || Tcl_SplitList(nullptr, text.c_str(), &count, &items) != TCL_OK) {
+    out.push_back(text);
+    return;
+  }
+  for (int i = 0; i < count; ++i)
+    out.emplace_back(items[i]);
+  Tcl_Free(reinterpret_cast<char *>(items));
+}
+
+// The one object of get_property and its kin: a handle, or a list holding
+// exactly one.
+bool oneObject(Tcl_Interp *interp, const char *command, Tcl_Obj *obj, tclany &out) {
+  std::vector<tclany> objects;
+  if (!TclHandles::getHandles(interp, obj, objects))
+    return false;
+  if (objects.size() != 1) {
+    setResult(interp, std::string(command) + " takes exactly one object, but " +
+                          (objects.empty() ? std::string("none was") : std::to_string(objects.size()) + " were") +
+                          " given.");
+    return false;
+  }
+  out = objects.front();
+  return true;
+}
+
+Tcl_Obj *handleList(const std::vector<tclany> &objects) {
+  Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
+  for (const tclany &object : objects)
+    Tcl_ListObjAppendElement(nullptr, list, TclHandles::newHandleObj(object));
+  return list;
+}
+
+// ---- get_* ----
+
+struct QueryClientData {
+  HBOScriptCommands *commands;
+  const HBOScriptCommands::QueryCommand *query;
+};
+
+std::string queryUsage(const HBOScriptCommands::QueryCommand &query) {
+  return std::string(query.name) +
+         " ?-quiet? ?-filter expression? ?-of_objects objects? ?-nocase? ?-regexp? ?--? ?patterns?";
+}
+
+int queryCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  const QueryClientData &cd = *static_cast<QueryClientData *>(data);
+  const HBOScriptCommands::QueryCommand &query = *cd.query;
+  HBOScriptCommands::QueryOptions options;
+  bool optionsDone = false;
+  for (int i = 1; i < objc; ++i) {
+    std::string arg = argText(objv[i]);
+    if (optionsDone || arg.empty() || arg[0] != '-' || TclHandles::isHandle(objv[i])) {
+      appendPatterns(objv[i], options.patterns);
+      continue;
+    }
+    if (arg == "--") {
+      optionsDone = true;
+    } else if (arg == "-quiet") {
+      options.quiet = true;
+    } else if (arg == "-nocase") {
+      options.nocase = true;
+    } else if (arg == "-regexp") {
+      options.regexp = true;
+    } else if (arg == "-help") {
+      std::string text = std::string(query.name) + "\n  " + query.help + "\nUsage: " + queryUsage(query) +
+                         "\n  -quiet: no warning when nothing matches\n  -filter: keep the objects whose "
+                         "properties match the expression\n  -of_objects: the objects related to these\n"
+                         "  -nocase: patterns ignore case\n  -regexp: patterns are regular expressions\n";
+      return printOut(interp, text);
+    } else if (arg == "-filter" || arg == "-of_objects") {
+      if (i + 1 >= objc) {
+        setResult(interp, "Option " + arg + " of " + query.name + " needs a value. Usage: " + queryUsage(query));
+        return TCL_ERROR;
+      }
+      ++i;
+      if (arg == "-filter") {
+        options.filter = argText(objv[i]);
+      } else {
+        std::vector<tclany> objects;
+        if (!TclHandles::getHandles(interp, objv[i], objects))
+          return TCL_ERROR;
+        options.ofObjects.insert(options.ofObjects.end(), objects.begin(), objects.end());
+        options.hasOfObjects = true;
+      }
+    } else {
+      setResult(interp, "Unknown option '" + arg + "' of " + query.name + ". Usage: " + queryUsage(query) +
+                            " (use -- before a pattern that begins with '-').");
+      return TCL_ERROR;
+    }
+  }
+  return guarded(interp, [&] {
+    std::vector<tclany> objects = cd.commands->getObjects(query.name, options);
+    Tcl_SetObjResult(interp, handleList(objects));
+    return TCL_OK;
+  });
+}
+
+void deleteQueryClientData(ClientData data) { delete static_cast<QueryClientData *>(data); }
+
+// ---- properties ----
+
+int getPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  bool quiet = objc >= 2 && std::strcmp(Tcl_GetString(objv[1]), "-quiet") == 0;
+  if (objc != (quiet ? 4 : 3)) {
+    Tcl_WrongNumArgs(interp, 1, objv, "?-quiet? name object");
+    return TCL_ERROR;
+  }
+  std::string name = argText(objv[quiet ? 2 : 1]);
+  tclany object;
+  if (!oneObject(interp, "get_property", objv[quiet ? 3 : 2], object))
+    return TCL_ERROR;
+  return guarded(interp, [&] {
+    HATAttrAny value;
+    commandsOf(data).getProperty(name, object, value, quiet, interp);
+    Tcl_SetObjResult(interp, TclHandles::toTclObj(value));
+    return TCL_OK;
+  });
+}
+
+int setPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc != 4) {
+    Tcl_WrongNumArgs(interp, 1, objv, "name value objects");
+    return TCL_ERROR;
+  }
+  std::string name = argText(objv[1]);
+  std::string value = argText(objv[2]);
+  std::vector<tclany> objects;
+  if (!TclHandles::getHandles(interp, objv[3], objects))
+    return TCL_ERROR;
+  return guarded(interp, [&] {
+    commandsOf(data).setProperty(name, value, objects, interp);
+    Tcl_ResetResult(interp);
+    return TCL_OK;
+  });
+}
+
+// list_property and report_property: ?-all? object.
+bool allAndObject(Tcl_Interp *interp, const char *command, int objc, Tcl_Obj *const objv[], bool &all,
+                  tclany &object) {
+  all = objc >= 2 && std::strcmp(Tcl_GetString(objv[1]), "-all") == 0;
+  if (objc != (all ? 3 : 2)) {
+    Tcl_WrongNumArgs(interp, 1, objv, "?-all? object");
+    return false;
+  }
+  return oneObject(interp, command, objv[all ? 2 : 1], object);
+}
+
+int listPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  bool all = false;
+  tclany object;
+  if (!allAndObject(interp, "list_property", objc, objv, all, object))
+    return TCL_ERROR;
+  return guarded(interp, [&] {
+    std::vector<std::string> names = commandsOf(data).listProperty(object, all);
+    Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
+    for (const std::string &name : names)
+      Tcl_ListObjAppendElement(nullptr, list, Tcl_NewStringObj(name.c_str(), static_cast<int>(name.size())));
+    Tcl_SetObjResult(interp, list);
+    return TCL_OK;
+  });
+}
+
+int reportPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  bool all = false;
+  tclany object;
+  if (!allAndObject(interp, "report_property", objc, objv, all, object))
+    return TCL_ERROR;
+  std::string table;
+  int rc = guarded(interp, [&] {
+    table = commandsOf(data).reportProperty(object, all);
+    return TCL_OK;
+  });
+  return rc == TCL_OK ? printOut(interp, table) : rc;
+}
+
+// ---- undo, parameters, current board ----
+
+int undoRedo(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[], bool undo) {
+  if (objc != 1) {
+    Tcl_WrongNumArgs(interp, 1, objv, nullptr);
+    return TCL_ERROR;
+  }
+  return guarded(interp, [&] {
+    setResult(interp, undo ? commandsOf(data).undo() : commandsOf(data).redo());
+    return TCL_OK;
+  });
+}
+
+int undoCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  return undoRedo(data, interp, objc, objv, true);
+}
+
+int redoCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  return undoRedo(data, interp, objc, objv, false);
+}
+
+int setParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc != 3) {
+    Tcl_WrongNumArgs(interp, 1, objv, "name value");
+    return TCL_ERROR;
+  }
+  return guarded(interp, [&] {
+    commandsOf(data).setParam(argText(objv[1]), argText(objv[2]));
+    Tcl_ResetResult(interp);
+    return TCL_OK;
+  });
+}
+
+int getParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc != 2) {
+    Tcl_WrongNumArgs(interp, 1, objv, "name");
+    return TCL_ERROR;
+  }
+  return guarded(interp, [&] {
+    setResult(interp, commandsOf(data).getParam(argText(objv[1])));
+    return TCL_OK;
+  });
+}
+
+int reportParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc > 2) {
+    Tcl_WrongNumArgs(interp, 1, objv, "?pattern?");
+    return TCL_ERROR;
+  }
+  std::string report;
+  int rc = guarded(interp, [&] {
+    report = commandsOf(data).reportParam(objc == 2 ? argText(objv[1]) : std::string("*"));
+    return TCL_OK;
+  });
+  return rc == TCL_OK ? printOut(interp, report) : rc;
+}
+
+int refreshBoardsCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc != 1) {
+    Tcl_WrongNumArgs(interp, 1, objv, nullptr);
+    return TCL_ERROR;
+  }
+  return guarded(interp, [&] {
+    commandsOf(data).refreshBoards();
+    Tcl_ResetResult(interp);
+    return TCL_OK;
+  });
+}
+
+int currentBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  if (objc > 2) {
+    Tcl_WrongNumArgs(interp, 1, objv, "?name|object?");
+    return TCL_ERROR;
+  }
+  HBOScriptCommands &commands = commandsOf(data);
+  if (objc == 1) {
+    return guarded(interp, [&] {
+      tclany board = commands.currentBoard();
+      Tcl_SetObjResult(interp, board.empty() ? Tcl_NewObj() : TclHandles::newHandleObj(board));
+      return TCL_OK;
+    });
+  }
+  // An object (or a one-object list, as get_boards gives) is taken as
+  // itself; anything else is a name.
+  Tcl_Obj *arg = objv[1];
+  Tcl_Obj *single = nullptr;
+  if (TclHandles::isHandle(arg)) {
+    single = arg;
+  } else {
+    int count = 0;
+    Tcl_Obj **items = nullptr;
+    if (arg->typePtr && std::strcmp(arg->typePtr->name, "list") == 0 &&
+        Tcl_ListObjGetElements(nullptr, arg, &count, &items) == TCL_OK && count == 1 &&
+        TclHandles::isHandle(items[0]))
+      single = items[0];
+  }
+  tclany board;
+  if (single && !TclHandles::getHandle(interp, single, board))
+    return TCL_ERROR;
+  std::string name = argText(arg);
+  return guarded(interp, [&] {
+    tclany current = single ? commands.setCurrentBoard(board) : commands.setCurrentBoard(name);
+    Tcl_SetObjResult(interp, current.empty() ? Tcl_NewObj() : TclHandles::newHandleObj(current));
+    return TCL_OK;
+  });
+}
+
+struct PlainCommand {
+  const char *name;
+  Tcl_ObjCmdProc *proc;
+};
+
+const PlainCommand kPlainCommands[] = {
+    {"get_property", &getPropertyCmd},
+    {"set_property", &setPropertyCmd},
+    {"list_property", &listPropertyCmd},
+    {"report_property", &reportPropertyCmd},
+    {"undo", &undoCmd},
+    {"redo", &redoCmd},
+    {"set_param", &setParamCmd},
+    {"get_param", &getParamCmd},
+    {"report_param", &reportParamCmd},
+    {"current_board", &currentBoardCmd},
+    {"refresh_boards", &refreshBoardsCmd},
+};
+
+} // namespace
+
+void TclCommands::createAll(Tcl_Interp *interp, HBOScriptCommands &commands) {
+  for (const HBOScriptCommands::QueryCommand &query : HBOScriptCommands::queryCommands())
+    Tcl_CreateObjCommand(interp, query.name, &queryCmd, new QueryClientData{&commands, &query},
+                         &deleteQueryClientData);
+  for (const PlainCommand &command : kPlainCommands)
+    Tcl_CreateObjCommand(interp, command.name, command.proc, &commands, nullptr);
+}
