@@ -8,20 +8,8 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 #include <vector>
-
-class HBOBoard;
-class HBOBoardComponent;
-class HBOBusIf;
-class HBOModelPort;
-class HBOPinProps;
-class HBOBoardBus;
-class HBOBoardBusNet;
-class HBOComponentMode;
-class HBOParameter;
-class HBOJumper;
-class HBOIpPreset;
-class HBOBusIfPreference;
 
 namespace BoardPy {
 
@@ -373,39 +361,23 @@ template <typename T> struct PyTypes {
 
 template <typename T> PyTypeObject *PyTypes<T>::m_pyTypeObj = nullptr;
 
-namespace {
-
-template <typename T> bool createIfMatches(PyObject *module, const HBOScriptedClass &cls, bool &done) {
-  if (done || *cls.type != typeid(T *))
-    return true;
-  done = true;
-  return PyTypes<T>::create(module, cls);
-}
-
-} // namespace
-
 void setFinalized() { g_finalized = true; }
 
 bool createTypes(PyObject *module) {
-  for (const HBOScriptedClass &cls : HBOScriptedClasses::all()) {
-    bool done = false;
-    bool ok = createIfMatches<HBOBoard>(module, cls, done) &&
-              createIfMatches<HBOBoardComponent>(module, cls, done) &&
-              createIfMatches<HBOBusIf>(module, cls, done) && createIfMatches<HBOModelPort>(module, cls, done) &&
-              createIfMatches<HBOPinProps>(module, cls, done) && createIfMatches<HBOBoardBus>(module, cls, done) &&
-              createIfMatches<HBOBoardBusNet>(module, cls, done) &&
-              createIfMatches<HBOComponentMode>(module, cls, done) &&
-              createIfMatches<HBOParameter>(module, cls, done) && createIfMatches<HBOJumper>(module, cls, done) &&
-              createIfMatches<HBOIpPreset>(module, cls, done) &&
-              createIfMatches<HBOBusIfPreference>(module, cls, done);
+  bool ok = true;
+  forEachScriptedType([&](auto *tag) {
+    using T = std::remove_pointer_t<decltype(tag)>;
     if (!ok)
-      return false;
-    if (!done) {
-      PyErr_Format(PyExc_ImportError, "boardlib has no Python type for the scripted class %s", cls.structName);
-      return false;
+      return;
+    const HBOScriptedClass *cls = HBOScriptedClasses::find(typeid(T *));
+    if (!cls) {
+      PyErr_Format(PyExc_ImportError, "boardlib has no scripted class for the type %s", typeid(T *).name());
+      ok = false;
+      return;
     }
-  }
-  return true;
+    ok = PyTypes<T>::create(module, *cls);
+  });
+  return ok;
 }
 
 PyObject *wrap(const tclany &handle) {

@@ -9,19 +9,6 @@
 #include <mutex>
 #include <stdexcept>
 
-class HBOBoard;
-class HBOBoardComponent;
-class HBOBusIf;
-class HBOModelPort;
-class HBOPinProps;
-class HBOBoardBus;
-class HBOBoardBusNet;
-class HBOComponentMode;
-class HBOParameter;
-class HBOJumper;
-class HBOIpPreset;
-class HBOBusIfPreference;
-
 namespace {
 
 using TclHandles::tclany;
@@ -53,8 +40,8 @@ void releaseRecord(Record *record) {
 Record *recordOf(Tcl_Obj *obj) { return static_cast<Record *>(obj->internalRep.twoPtrValue.ptr1); }
 
 // One scripted class: its cache of records and its Tcl object type. The
-// caches are typed templates, so the classes are listed here by type, and
-// install checks the list against HBOScriptedClasses::all().
+// caches are typed templates, so the list is made by forEachScriptedType,
+// and install checks it against HBOScriptedClasses::all().
 struct ClassBinding {
   const std::type_info *type;
   zeb::detail::NativeCacheTable &(*table)();
@@ -71,12 +58,11 @@ template <typename T> ClassBinding bindingOf() {
 // Never destroyed either: Tcl values may outlive static destruction, and
 // their type pointers point here.
 std::vector<ClassBinding> &bindings() {
-  static std::vector<ClassBinding> *all = new std::vector<ClassBinding>{
-      bindingOf<HBOBoard *>(),         bindingOf<HBOBoardComponent *>(), bindingOf<HBOBusIf *>(),
-      bindingOf<HBOModelPort *>(),     bindingOf<HBOPinProps *>(),       bindingOf<HBOBoardBus *>(),
-      bindingOf<HBOBoardBusNet *>(),   bindingOf<HBOComponentMode *>(),  bindingOf<HBOParameter *>(),
-      bindingOf<HBOJumper *>(),        bindingOf<HBOIpPreset *>(),       bindingOf<HBOBusIfPreference *>(),
-  };
+  static std::vector<ClassBinding> *all = [] {
+    auto *list = new std::vector<ClassBinding>;
+    forEachScriptedType([list](auto *tag) { list->push_back(bindingOf<decltype(tag)>()); });
+    return list;
+  }();
   return *all;
 }
 

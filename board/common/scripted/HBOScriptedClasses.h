@@ -6,6 +6,19 @@
 #include <typeinfo>
 #include <vector>
 
+class HBOBoard;
+class HBOBoardComponent;
+class HBOBusIf;
+class HBOModelPort;
+class HBOPinProps;
+class HBOBoardBus;
+class HBOBoardBusNet;
+class HBOComponentMode;
+class HBOParameter;
+class HBOJumper;
+class HBOIpPreset;
+class HBOBusIfPreference;
+
 /// One scripted class: the structure that registers it (also the name of
 /// its Python type) and its native pointer type.
 struct HBOScriptedClass {
@@ -27,5 +40,23 @@ public:
   /// "board.enableSchemaV2" would (for tests).
   static bool reregisterAll();
 };
+
+/// Calls visit(static_cast<T *>(nullptr)) for each scripted class T, in the
+/// order of HBOScriptedClasses::all(). Code that needs each class at compile
+/// time (the typed caches of the interpreters) walks the classes with it.
+template <typename Visit> void forEachScriptedType(Visit &&visit) {
+  visit(static_cast<HBOBoard *>(nullptr));
+  visit(static_cast<HBOBoardComponent *>(nullptr));
+  visit(static_cast<HBOBusIf *>(nullptr));
+  visit(static_cast<HBOModelPort *>(nullptr));
+  visit(static_cast<HBOPinProps *>(nullptr));
+  visit(static_cast<HBOBoardBus *>(nullptr));
+  visit(static_cast<HBOBoardBusNet *>(nullptr));
+  visit(static_cast<HBOComponentMode *>(nullptr));
+  visit(static_cast<HBOParameter *>(nullptr));
+  visit(static_cast<HBOJumper *>(nullptr));
+  visit(static_cast<HBOIpPreset *>(nullptr));
+  visit(static_cast<HBOBusIfPreference *>(nullptr));
+}
 
 #endif
