@@ -5,8 +5,10 @@
 #ifndef BOARDLIB_PLATFORM_NATIVECACHE_H
 #define BOARDLIB_PLATFORM_NATIVECACHE_H
 
+#include <boost/thread/locks.hpp>
+#include <boost/thread/shared_mutex.hpp>
+
 #include <functional>
-#include <mutex>
 #include <unordered_map>
 
 namespace zeb {
@@ -16,54 +18,82 @@ namespace detail {
 /// change kept for undo still points to it.
 void objectGone(const void *object);
 
-/// One cache: native object address to handle. Thread-safe.
+/// One cache: native object address to handle and back. Thread-safe: one
+/// shared mutex per direction, taken native-to-handle first, then
+/// handle-to-native, so readers of either direction never wait on each other.
 class NativeCacheTable {
 public:
   using Handle = void *;
   /// Called with the handle of an object that is removed while cached.
   using Invalidator = std::function<void(Handle)>;
+  using Mutex = boost::shared_mutex;
 
   void insert(const void *object, Handle handle) {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_map[object] = handle;
+    boost::unique_lock<Mutex> toHandle(m_toHandleMutex);
+    boost::unique_lock<Mutex> toObject(m_toObjectMutex);
+    auto old = m_toHandle.find(object);
+    if (old != m_toHandle.end())
+      m_toObject.erase(old->second);
+    m_toHandle[object] = handle;
+    m_toObject[handle] = object;
   }
   Handle lookup(const void *object) const {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    auto it = m_map.find(object);
-    return it == m_map.end() ? nullptr : it->second;
+    boost::shared_lock<Mutex> lock(m_toHandleMutex);
+    auto it = m_toHandle.find(object);
+    return it == m_toHandle.end() ? nullptr : it->second;
+  }
+  /// The native object a handle was made for, or null.
+  const void *lookupObject(Handle handle) const {
+    boost::shared_lock<Mutex> lock(m_toObjectMutex);
+    auto it = m_toObject.find(handle);
+    return it == m_toObject.end() ? nullptr : it->second;
   }
   bool contains(const void *object) const { return lookup(object) != nullptr; }
+  /// Drops the object and tells the invalidator its handle: the object is
+  /// being destroyed. Does nothing for an object that was never cached.
   void remove(const void *object) {
     Handle handle = nullptr;
     Invalidator invalidate;
     {
-      std::lock_guard<std::mutex> lock(m_mutex);
-      auto it = m_map.find(object);
-      if (it == m_map.end())
+      boost::upgrade_lock<Mutex> read(m_toHandleMutex);
+      auto it = m_toHandle.find(object);
+      if (it == m_toHandle.end())
         return;
+      boost::upgrade_to_unique_lock<Mutex> write(read);
+      boost::unique_lock<Mutex> toObject(m_toObjectMutex);
       handle = it->second;
-      m_map.erase(it);
+      m_toObject.erase(handle);
+      m_toHandle.erase(it);
       invalidate = m_invalidator;
     }
     if (invalidate)
       invalidate(handle);
   }
+  /// Drops the entry without telling the invalidator: the handle itself is
+  /// going away.
   void forget(const void *object) {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_map.erase(object);
+    boost::unique_lock<Mutex> toHandle(m_toHandleMutex);
+    boost::unique_lock<Mutex> toObject(m_toObjectMutex);
+    auto it = m_toHandle.find(object);
+    if (it == m_toHandle.end())
+      return;
+    m_toObject.erase(it->second);
+    m_toHandle.erase(it);
   }
   void setInvalidator(Invalidator fn) {
-    std::lock_guard<std::mutex> lock(m_mutex);
+    boost::unique_lock<Mutex> lock(m_toHandleMutex);
     m_invalidator = std::move(fn);
   }
   std::size_t size() const {
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_map.size();
+    boost::shared_lock<Mutex> lock(m_toHandleMutex);
+    return m_toHandle.size();
   }
 
 private:
-  mutable std::mutex m_mutex;
-  std::unordered_map<const void *, Handle> m_map;
+  mutable Mutex m_toHandleMutex;
+  mutable Mutex m_toObjectMutex;
+  std::unordered_map<const void *, Handle> m_toHandle;
+  std::unordered_map<Handle, const void *> m_toObject;
   Invalidator m_invalidator;
 };
 
@@ -84,6 +114,7 @@ template <typename T, typename Lang> struct native_cache_of {
   /// Drops the entry without telling the invalidator: the handle itself is
   /// going away.
   static void forget(T object) { table().forget(object); }
+  static const void *lookupObject(void *handle) { return table().lookupObject(handle); }
 };
 
 } // namespace detail
