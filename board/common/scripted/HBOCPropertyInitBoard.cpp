@@ -14,19 +14,12 @@
 
 namespace {
 
+using HBOScripted::afterTag;
+
 using HBOScripted::tclany;
 
 const char *const classNameBoard = "board";
 constexpr char PARAM_SCOPE_TAG[] = "PARAM.";
-
-// The rest of \p name after \p tag; the tag is compared exactly.
-bool afterTag(const std::string &name, const char *tag, std::string &rest) {
-  const std::size_t length = std::strlen(tag);
-  if (name.compare(0, length, tag) != 0)
-    return false;
-  rest = name.substr(length);
-  return true;
-}
 
 bool dataPropsAsProperties() {
   return HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.enableTclProps");
@@ -121,10 +114,5 @@ void HBOCPropertyInit::board::init() {
   addProperty<B>(info, "supports_ced", text,
                  [](const B &b) { return std::string(b.getSupportsCED() ? "true" : "false"); });
 
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(readDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(false);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 }

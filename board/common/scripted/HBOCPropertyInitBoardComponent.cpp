@@ -14,6 +14,8 @@
 
 namespace {
 
+using HBOScripted::afterTag;
+
 using HBOScripted::tclany;
 
 const char *const classNameBoardPart = "board_part";
@@ -27,15 +29,6 @@ constexpr char JTAG_PROP_TAG[] = "JTAG_POSITION.";
 
 const char *const boardVendorHint =
     "Use 'get_property VENDOR_NAME [get_boards -of_objects <board_part object>]'";
-
-// The rest of \p name after \p tag; the tag is compared exactly.
-bool afterTag(const std::string &name, const char *tag, std::string &rest) {
-  const std::size_t length = std::strlen(tag);
-  if (name.compare(0, length, tag) != 0)
-    return false;
-  rest = name.substr(length);
-  return true;
-}
 
 // A text property of the owning board, shown on the component; empty for
 // a component without one.
@@ -123,12 +116,7 @@ void HBOCPropertyInit::board_component::init() {
       addProperty<C>(info, "jtag_position", text, [](const C &c) { return c.getJtagPosition(); }),
       "Use 'JTAG_POSITION.chain1'");
 
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(readDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(false);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 
   setHint(addBoardProperty(info, "BOARD_NAME", [](const B &b) { return b.getBoardName(); }),
           "Use 'get_property BOARD_NAME [get_boards -of_objects <board_part object>]'");

@@ -72,10 +72,5 @@ void HBOCPropertyInit::board_interface_port::init() {
     return logical;
   });
 
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(readDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(false);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 }

@@ -91,10 +91,5 @@ void HBOCPropertyInit::board_ip_preset::init() {
   addProperty<T>(info, "ip_library", text, [](const T &p) { return p.getLibrary(); });
   addProperty<T>(info, "ip_version", text, [](const T &p) { return p.getVersion(); });
   addProperty<T>(info, "ip_interface", text, [](const T &p) { return p.getIpInterface(); });
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(getDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(false);
+  HBOScripted::addDynamic(info, getDynamic, listDynamic, false);
 }

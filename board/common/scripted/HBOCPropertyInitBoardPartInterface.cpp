@@ -16,21 +16,14 @@
 
 namespace {
 
+using HBOScripted::afterTag;
+
 using HBOScripted::tclany;
 
 const char *const classNameBoardPartInterface = "board_part_interface";
 const char *const classNameBoardComponentInterface = "board_component_interface";
 constexpr char PARAM_SCOPE_TAG[] = "PARAM.";
 constexpr char PORT_SCOPE_TAG[] = "PORT.";
-
-// The rest of \p name after \p tag; the tag is compared exactly.
-bool afterTag(const std::string &name, const char *tag, std::string &rest) {
-  const std::size_t length = std::strlen(tag);
-  if (name.compare(0, length, tag) != 0)
-    return false;
-  rest = name.substr(length);
-  return true;
-}
 
 // An accessor of the form bool get(std::string&) as a plain text.
 template <typename F> std::string textOf(const HBOBusIf &busIf, F get) {
@@ -144,13 +137,7 @@ void HBOCPropertyInit::board_part_interface::init() {
                  [](const I &i) { return textOf(i, &I::getAbstractTypeVersion); });
   addProperty<I>(info, "presets", HATAttrSpec::StringList, [](const I &i) { return presetsOf(i); });
 
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(readDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.setGetDefaultAttrSpecFcn(dynamicSpec);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(true);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, true).setGetDefaultAttrSpecFcn(dynamicSpec);
 }
 
 void HBOCPropertyInit::board_part_interface::initV2Props() {

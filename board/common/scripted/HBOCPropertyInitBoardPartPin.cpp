@@ -11,21 +11,14 @@
 
 namespace {
 
+using HBOScripted::afterTag;
+
 using HBOScripted::tclany;
 
 const char *const classNameBoardPartPin = "board_part_pin";
 const char *const classNameBoardComponentPin = "board_component_pin";
 constexpr char IOBANK_PROP_TAG[] = "IOBANK.";
 constexpr char PORT_SCOPE_TAG[] = "PORT.";
-
-// The rest of \p name after \p tag; the tag is compared exactly.
-bool afterTag(const std::string &name, const char *tag, std::string &rest) {
-  const std::size_t length = std::strlen(tag);
-  if (name.compare(0, length, tag) != 0)
-    return false;
-  rest = name.substr(length);
-  return true;
-}
 
 using PortRead = std::string (*)(const HBOModelPort &);
 
@@ -113,12 +106,7 @@ void HBOCPropertyInit::board_part_pin::init() {
   addProperty<P>(info, "pin_index", text,
                  [](const P &p) { return std::to_string(p.getPinIndex()); });
 
-  HCPProperty::Spec &dynamic = info.createSpec("_default_");
-  dynamic.setGetFcn(readDynamic);
-  dynamic.setGetDefaultFcn(listDynamic);
-  dynamic.getAttrSpec().setAttrType(text);
-  dynamic.getAttrSpec().setReadOnly(true);
-  dynamic.getAttrSpec().setVisible(false);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 
   // What the pin's port tells of its bus. Only the pins that a port of an
   // older board holds itself know their port; on a schema 2 board the

@@ -66,6 +66,29 @@ inline void setHint(HCPProperty::Spec &spec, const std::string &hint) {
     spec.getAttrSpec().m_hint = hint;
 }
 
+/// The dynamic-property record "_default_": \p read answers one name (false
+/// when the object has no such property), \p list gives all of them with
+/// their values. Returned so that a class can add an attribute-spec function.
+inline HCPProperty::Spec &addDynamic(HCPProperty::ObjectInfo &info, HCPProperty::GetFcn read,
+                                     HCPProperty::GetDefaultFcn list, bool visible) {
+  HCPProperty::Spec &dynamic = info.createSpec("_default_");
+  dynamic.setGetFcn(std::move(read));
+  dynamic.setGetDefaultFcn(std::move(list));
+  dynamic.getAttrSpec().setAttrType(HATAttrSpec::String);
+  dynamic.getAttrSpec().setReadOnly(true);
+  dynamic.getAttrSpec().setVisible(visible);
+  return dynamic;
+}
+
+/// The rest of \p name after \p tag; the tag is compared exactly.
+inline bool afterTag(const std::string &name, const char *tag, std::string &rest) {
+  const std::size_t length = std::char_traits<char>::length(tag);
+  if (name.compare(0, length, tag) != 0)
+    return false;
+  rest = name.substr(length);
+  return true;
+}
+
 /// An enablement expression, "{J1 true} {J2 false}", is the Tcl form of the
 /// list of its terms; the terms as a list, so that Python sees the same.
 inline std::vector<std::string> expressionTerms(const std::string &expression) {
