@@ -100,9 +100,11 @@ private:
 /// The handles of objects of pointer type \p T for one language; \p Lang
 /// only tells the languages apart.
 template <typename T, typename Lang> struct native_cache_of {
+  // Never destroyed: objects that die during the process's exit (boards
+  // released by other static destructors) still remove themselves here.
   static NativeCacheTable &table() {
-    static NativeCacheTable t;
-    return t;
+    static NativeCacheTable *t = new NativeCacheTable;
+    return *t;
   }
   static void insert(T object, void *handle) { table().insert(object, handle); }
   static void *lookup(T object) { return table().lookup(object); }
