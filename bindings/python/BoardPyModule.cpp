@@ -117,12 +117,14 @@ bool toOneObject(PyObject *value, tclany &out, const char *command) {
   return true;
 }
 
-PyObject *toList(const std::vector<tclany> &objects) {
-  PyObject *list = PyList_New(static_cast<Py_ssize_t>(objects.size()));
+/// A Python list of \p items, each converted by \p convert (which returns a
+/// new reference, or null with the Python error set).
+template <typename T, typename F> PyObject *toPyList(const std::vector<T> &items, F convert) {
+  PyObject *list = PyList_New(static_cast<Py_ssize_t>(items.size()));
   if (!list)
     return nullptr;
-  for (std::size_t i = 0; i < objects.size(); ++i) {
-    PyObject *item = BoardPy::wrap(objects[i]);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    PyObject *item = convert(items[i]);
     if (!item) {
       Py_DECREF(list);
       return nullptr;
@@ -132,19 +134,12 @@ PyObject *toList(const std::vector<tclany> &objects) {
   return list;
 }
 
+PyObject *toList(const std::vector<tclany> &objects) {
+  return toPyList(objects, [](const tclany &object) { return BoardPy::wrap(object); });
+}
+
 PyObject *toStrList(const std::vector<std::string> &texts) {
-  PyObject *list = PyList_New(static_cast<Py_ssize_t>(texts.size()));
-  if (!list)
-    return nullptr;
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    PyObject *item = BoardPy::toStr(texts[i]);
-    if (!item) {
-      Py_DECREF(list);
-      return nullptr;
-    }
-    PyList_SET_ITEM(list, static_cast<Py_ssize_t>(i), item);
-  }
-  return list;
+  return toPyList(texts, [](const std::string &text) { return BoardPy::toStr(text); });
 }
 
 // ---- the get_* commands ----
