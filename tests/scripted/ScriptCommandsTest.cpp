@@ -180,6 +180,9 @@ TEST_F(ScriptCommands, PropertiesListInUpperCaseAndDeprecatedOnesWarn) {
   EXPECT_NE(std::string::npos, report.find("kestrel-boards:sample_kit:1.0")) << report;
 
   tclany part0 = of("get_board_parts", {board}).at(0);
+  EXPECT_NE(std::string::npos,
+            s_commands->reportProperty(part0).find("Deprecated:\n  BOARD_NAME: Use 'get_property BOARD_NAME"));
+  EXPECT_EQ(std::string::npos, report.find("Deprecated:")) << "a board has no deprecated property";
   test::Messages messages;
   HATAttrAny value;
   s_commands->getProperty("BOARD_NAME", part0, value);

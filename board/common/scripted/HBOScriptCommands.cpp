@@ -282,6 +282,13 @@ std::string HBOScriptCommands::reportProperty(const tclany &object, bool all) {
       text.pop_back();
     out += text + "\n";
   }
+  // Deprecated properties still answer; the listing says what replaces them.
+  std::string hints;
+  for (const HCPProperty::PropertyRow &row : rows)
+    if (!row.spec.m_hint.empty())
+      hints += "  " + HSTStringUtils::toUpper(row.name) + ": " + row.spec.m_hint + "\n";
+  if (!hints.empty())
+    out += "Deprecated:\n" + hints;
   return out;
 }
 
