@@ -156,7 +156,8 @@ public:
   /// a dynamic property has no value; an unknown fixed name throws.
   static bool getProperty(Tcl_Interp *interp, const tclany &object, const std::string &name,
                           HATAttrAny &out);
-  /// The spec of property \p name, or null; \p dynamic tells which kind.
+  /// The type, flags and hint of property \p name, and its registered name;
+  /// false when there is none. \p dynamic tells which kind it is.
   static bool findPropertySpec(const tclany &object, const std::string &name, HATAttrSpec &spec,
                                std::string &canonicalName, bool &dynamic);
   /// The properties of \p object: the fixed ones, then (or sorted among
