@@ -16,8 +16,6 @@ public:
   bool isReadOnly() const { return m_readOnly; }
   void setVisible(bool visible) { m_visible = visible; }
   bool isVisible() const { return m_visible; }
-  void setHint(std::string hint) { m_hint = std::move(hint); }
-  const std::string &getHint() const { return m_hint; }
   /// The name of a type code as a property report shows it.
   static const char *typeName(int type) {
     switch (type) {

@@ -57,12 +57,6 @@ int typeOfValue(const HATAttrAny &value) {
   }
 }
 
-std::string describe(const tclany &object) {
-  std::string cls = HCPProperty::getClassName(object);
-  std::string name = HCPProperty::getObjectName(object);
-  return (cls.empty() ? std::string("object") : cls) + " '" + name + "'";
-}
-
 } // namespace
 
 
@@ -151,11 +145,17 @@ void HCPProperty::clearRegistry() {
 
 const HCPProperty::ObjectInfo &HCPProperty::infoOf(const tclany &object) {
   if (object.empty())
-    throw Error("The object no longer exists or was never a board object.");
+    throw Error("The object no longer exists: its board was unloaded or the repositories were "
+                "refreshed. Get it again with the get_board* commands.");
   const ObjectInfo *info = getObjectInfo(*object.type);
   if (!info)
     throw Error(std::string("Objects of type '") + object.typeName() + "' have no properties.");
   return *info;
+}
+
+std::string HCPProperty::describe(const tclany &object) {
+  std::string cls = getClassName(object);
+  return (cls.empty() ? std::string("object") : cls) + " '" + getObjectName(object) + "'";
 }
 
 // ---- casts ----

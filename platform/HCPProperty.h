@@ -173,6 +173,8 @@ public:
   /// The "class" property of an object, or of the class of \p type.
   static std::string getClassName(const tclany &object);
   static std::string getClassName(const std::type_info &type);
+  /// "board_jumper 'J1'": an object as messages name it.
+  static std::string describe(const tclany &object);
   /// The record of a handle's class; throws Error for a null or stale
   /// handle, or one of an unregistered class.
   static const ObjectInfo &infoOf(const tclany &object);

@@ -67,17 +67,6 @@ std::string className(const std::type_info &type) {
   return name;
 }
 
-std::string describe(const tclany &object) {
-  return HCPProperty::getClassName(object) + " '" + HCPProperty::getObjectName(object) + "'";
-}
-
-void checkHandle(const tclany &object) {
-  if (object.empty())
-    throw Error("The object no longer exists: its board was unloaded or the repositories were "
-                "refreshed. Get it again with the get_board* commands.");
-  HCPProperty::infoOf(object);
-}
-
 // A filter reads properties as text; one the object lacks reads empty.
 HBOScriptFilter::PropertyReader propertyReader(const tclany &object) {
   return [object](const std::string &property) {
@@ -150,9 +139,9 @@ std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command, co
   std::vector<tclany> found;
   if (options.hasOfObjects) {
     for (const tclany &from : options.ofObjects) {
-      checkHandle(from);
+      HCPProperty::infoOf(from);
       if (!HBOScriptedGraph::related(from, want, boards, found))
-        throw Error(command + ": -of_objects cannot take " + describe(from) + ": a " +
+        throw Error(command + ": -of_objects cannot take " + HCPProperty::describe(from) + ": a " +
                     HCPProperty::getClassName(from) + " has no " + className(want) + " objects.");
     }
   } else if (wantsBoards) {
@@ -225,14 +214,14 @@ bool HBOScriptCommands::getProperty(const std::string &name, const tclany &objec
                                     bool quiet, Tcl_Interp *interp) {
   out.clear();
   try {
-    checkHandle(object);
     bool ok = HCPProperty::getProperty(interp, object, name, out);
     HATAttrSpec spec;
     std::string canonical;
     bool dynamic = false;
     if (!quiet && HCPProperty::findPropertySpec(object, name, spec, canonical, dynamic) &&
         !spec.m_hint.empty())
-      ComMsgMgr::sendMsg("common", ComMsg::Warning, "@1-3@%s%s%s", canonical, describe(object),
+      ComMsgMgr::sendMsg("common", ComMsg::Warning, "@1-3@%s%s%s", canonical,
+                         HCPProperty::describe(object),
                          spec.m_hint);
     if (!ok)
       out.clear();
@@ -248,13 +237,10 @@ bool HBOScriptCommands::getProperty(const std::string &name, const tclany &objec
 
 void HBOScriptCommands::setProperty(const std::string &name, const std::string &value,
                                     const std::vector<tclany> &objects, Tcl_Interp *interp) {
-  for (const tclany &object : objects)
-    checkHandle(object);
   HCPProperty::setProperty(interp, name, HATAttr(HATAttrAny(value)), objects);
 }
 
 std::vector<std::string> HBOScriptCommands::listProperty(const tclany &object, bool all) {
-  checkHandle(object);
   std::vector<std::string> names;
   for (const HCPProperty::PropertyRow &row : HCPProperty::listProperties(nullptr, object, all))
     names.push_back(HSTStringUtils::toUpper(row.name));
@@ -262,7 +248,6 @@ std::vector<std::string> HBOScriptCommands::listProperty(const tclany &object, b
 }
 
 std::string HBOScriptCommands::reportProperty(const tclany &object, bool all) {
-  checkHandle(object);
   std::vector<HCPProperty::PropertyRow> rows = HCPProperty::listProperties(nullptr, object, all);
   std::vector<std::vector<std::string>> table = {{"Property", "Type", "Read-only", "Value"}};
   for (const HCPProperty::PropertyRow &row : rows)
@@ -373,9 +358,9 @@ tclany HBOScriptCommands::setCurrentBoard(const std::string &name) {
 }
 
 tclany HBOScriptCommands::setCurrentBoard(const tclany &board) {
-  checkHandle(board);
+  HCPProperty::infoOf(board);
   if (!is<HBOBoard>(board))
-    throw Error("current_board takes a board, not " + describe(board) + ".");
+    throw Error("current_board takes a board, not " + HCPProperty::describe(board) + ".");
   m_manager->setBoard(static_cast<HBOBoard *>(board.object));
   return board;
 }
@@ -394,10 +379,4 @@ void HBOScriptCommands::refreshBoards() {
     if (HBOBoard *board = m_manager->getBoard(currentName, usedLegacy, false))
       m_manager->setBoard(board);
   }
-}
-
-bool HBOScriptCommands::matchesFilter(const tclany &object, const std::string &filter, bool nocase) {
-  checkHandle(object);
-  HBOScriptFilter parsed(filter, nocase);
-  return parsed.matches(propertyReader(object));
 }

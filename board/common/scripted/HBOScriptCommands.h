@@ -97,9 +97,6 @@ public:
   /// The boards of the project's view of the catalog, in name order.
   std::vector<HBOBoard *> getCatalogBoards() const;
 
-  /// Whether \p object matches the filter expression; throws for a bad one.
-  bool matchesFilter(const tclany &object, const std::string &filter, bool nocase = false);
-
   HBOBoardCDataManager &getDataManager() { return *m_manager; }
 
 private:

@@ -44,13 +44,6 @@ const HBOScriptedClass *HBOScriptedClasses::find(const std::type_info &type) {
   return nullptr;
 }
 
-const HBOScriptedClass *HBOScriptedClasses::findByStructName(const std::string &name) {
-  for (const HBOScriptedClass &c : all())
-    if (name == c.structName)
-      return &c;
-  return nullptr;
-}
-
 namespace {
 
 bool registerEverything() {

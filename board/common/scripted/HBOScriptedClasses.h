@@ -31,7 +31,6 @@ public:
   /// Every scripted class, boards first and then down the object graph.
   static const std::vector<HBOScriptedClass> &all();
   static const HBOScriptedClass *find(const std::type_info &type);
-  static const HBOScriptedClass *findByStructName(const std::string &name);
   /// Calls init of every class, then initV2Props where a class has one
   /// when "board.enableSchemaV2" is true. Only the first call registers;
   /// later calls change nothing. Returns whether the V2 properties are on.

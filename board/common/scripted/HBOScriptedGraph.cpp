@@ -283,11 +283,3 @@ bool HBOScriptedGraph::related(const tclany &from, const std::type_info &want,
   dedupe(out, start);
   return true;
 }
-
-HBOBoard *HBOScriptedGraph::boardOf(const tclany &object, const std::vector<HBOBoard *> &boards) {
-  if (HBOBoard *board = as<HBOBoard>(object))
-    return board;
-  std::vector<tclany> found;
-  up(object, typeid(HBOBoard *), boards, found, 0);
-  return found.empty() ? nullptr : static_cast<HBOBoard *>(found.front().object);
-}

@@ -26,8 +26,6 @@ public:
   static void children(const tclany &object, std::vector<tclany> &out);
   /// The direct owners of \p object (a pin has its component and its port).
   static void owners(const tclany &object, const std::vector<HBOBoard *> &boards, std::vector<tclany> &out);
-  /// The board \p object belongs to, or null.
-  static HBOBoard *boardOf(const tclany &object, const std::vector<HBOBoard *> &boards);
 };
 
 #endif
