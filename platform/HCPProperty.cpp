@@ -260,7 +260,7 @@ std::vector<HCPProperty::PropertyRow> HCPProperty::listProperties(Tcl_Interp *in
                                                                   bool includeHidden) {
   const ObjectInfo &info = infoOf(object);
   std::vector<PropertyRow> rows;
-  std::vector<std::string> seen; // upper-case names already listed
+  std::vector<std::string> seen; // the upper-case name of each row, in row order
   auto listed = [&seen](const std::string &name) {
     std::string upper = HSTStringUtils::toUpper(name);
     if (std::find(seen.begin(), seen.end(), upper) != seen.end())
@@ -303,10 +303,20 @@ std::vector<HCPProperty::PropertyRow> HCPProperty::listProperties(Tcl_Interp *in
       rows.push_back(std::move(row));
     }
   }
-  if (info.getSortProperties())
-    std::stable_sort(rows.begin(), rows.end(), [](const PropertyRow &a, const PropertyRow &b) {
-      return HSTStringUtils::toUpper(a.name) < HSTStringUtils::toUpper(b.name);
-    });
+  if (info.getSortProperties()) {
+    // seen[i] is the upper-case name of rows[i]: sort by it without making
+    // it again for every comparison.
+    std::vector<std::size_t> order(rows.size());
+    for (std::size_t i = 0; i < order.size(); ++i)
+      order[i] = i;
+    std::stable_sort(order.begin(), order.end(),
+                     [&seen](std::size_t a, std::size_t b) { return seen[a] < seen[b]; });
+    std::vector<PropertyRow> sorted;
+    sorted.reserve(rows.size());
+    for (std::size_t i : order)
+      sorted.push_back(std::move(rows[i]));
+    rows.swap(sorted);
+  }
   return rows;
 }
 
