@@ -1,0 +1,2 @@
+// Must not compile: the catalog knows nothing of the scripted classes.
+#include "HBOScriptCommands.h"
