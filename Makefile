@@ -8,7 +8,7 @@ TSAN_TESTS ?= Parallel|Thread|Concurren
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build run test sanitize tsan clean
+.PHONY: all deps configure build run test sanitize tsan format check-format clean
 
 all: build
 
@@ -40,6 +40,13 @@ tsan: deps
 	cmake --build $(TSAN_BUILD) -j $(JOBS)
 	cd $(TSAN_BUILD) && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/tests/repo/tsan-suppressions.txt" \
 	  ctest --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
+
+# The C++ style of .clang-format: check it, or apply it to every source.
+check-format: deps
+	bash scripts/check-format.sh
+
+format: deps
+	bash scripts/check-format.sh --fix
 
 clean:
 	rm -rf $(BUILD) $(SAN_BUILD) $(TSAN_BUILD)

@@ -5,7 +5,7 @@
 set -euo pipefail
 
 PACKAGES=(
-  g++ cmake make pkg-config
+  g++ cmake make pkg-config clang-format
   libgtest-dev libgmock-dev
   libboost-dev libboost-filesystem-dev libboost-iostreams-dev
   libboost-regex-dev libboost-thread-dev
