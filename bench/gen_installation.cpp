@@ -5,6 +5,7 @@
 // DIR becomes a data directory: point BOARDLIB_DATA_DIRS at it to load it.
 #include "BenchGenerator.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -58,7 +59,21 @@ int main(int argc, char **argv) {
     std::cerr << "bench_gen: " << error << "\n";
     return 1;
   }
-  std::cout << generator.getBoardCount() << " boards, " << generator.getBytesWritten()
-            << " bytes in " << dir << "\n";
+  // The shape of what was written, so that a figure measured on it can be
+  // put against bytes and objects.
+  const BenchGenerator::Stats &s = generator.getStats();
+  const double n = generator.getBoardCount() > 0 ? generator.getBoardCount() : 1;
+  const std::uint64_t total = generator.getBytesWritten();
+  std::printf("%d boards, %llu bytes (%.1f MiB) in %s\n", generator.getBoardCount(),
+              static_cast<unsigned long long>(total), total / 1048576.0, dir.c_str());
+  std::printf("bytes per board: mean %.0f (board.xml %.0f, pin file %.0f, preset %.0f), "
+              "min %llu, max %llu\n",
+              total / n, s.boardXmlBytes / n, s.pinFileBytes / n, s.presetBytes / n,
+              static_cast<unsigned long long>(s.minBoardBytes),
+              static_cast<unsigned long long>(s.maxBoardBytes));
+  std::printf("per board: FPGA pins mean %.0f (%d to %d), components %.1f (%d to %d), "
+              "interfaces %.1f (%d to %d), preset parameters %.0f\n",
+              s.pins / n, s.minPins, s.maxPins, s.components / n, s.minComponents, s.maxComponents,
+              s.interfaces / n, s.minInterfaces, s.maxInterfaces, s.presetParameters / n);
   return 0;
 }
