@@ -627,9 +627,9 @@ void chooseCompanions(BoardModel &board, int companionCount, Dice &dice) {
       }
       roll -= info.weight;
     }
-    // Past the target only the small ones still come, as on a real board
-    // whose last components are buttons, LEDs and headers.
-    if (chosen->pins > 10 && chosen->pins > left)
+    // Past the target only clocks, serial ports and the like still come, as
+    // on a real board whose last components take a pin or two each.
+    if (chosen->pins > 3 && chosen->pins > left)
       continue;
     if (chosen->kind == Kind::SysClock || chosen->kind == Kind::Reset)
       continue;
