@@ -91,27 +91,25 @@ bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &o
 void HBOCPropertyInit::board::init() {
   using namespace HBOScripted;
   using B = HBOBoard;
-  const int text = HATAttrSpec::String;
-  const int list = HATAttrSpec::StringList;
   HCPProperty::ObjectInfo &info = registerClass<B>();
 
   addClassProperty<B>(info, classNameBoard);
-  addProperty<B>(info, "name", text, [](const B &b) { return b.getName(); });
-  addProperty<B>(info, "board_name", text, [](const B &b) { return b.getBoardName(); });
-  addProperty<B>(info, "display_name", text, [](const B &b) { return b.getDisplayName(); });
-  addProperty<B>(info, "file_version", text, [](const B &b) { return b.getVersion(); });
-  addProperty<B>(info, "Compatible_board_revisions", list, [](const B &b) {
+  addProperty<B>(info, "name", [](const B &b) { return b.getName(); });
+  addProperty<B>(info, "board_name", &B::getBoardName);
+  addProperty<B>(info, "display_name", &B::getDisplayName);
+  addProperty<B>(info, "file_version", &B::getVersion);
+  addProperty<B>(info, "Compatible_board_revisions", [](const B &b) {
     std::vector<std::string> revisions;
     b.getCompatibleBoardRevisionsAsVec(revisions);
     return revisions;
   });
-  addProperty<B>(info, "vendor_name", text, [](const B &b) { return b.getVendor(); });
-  addProperty<B>(info, "spec_url", text, [](const B &b) { return b.getSpecUrl(); });
-  addProperty<B>(info, "FILE_NAME", text, [](const B &b) { return b.getBoardFile(); });
-  addProperty<B>(info, "REPOSITORY", text, [](const B &b) { return b.getRepository(); });
-  addProperty<B>(info, "jtag_chains", list, [](const B &b) { return b.getJtagChains(); });
-  addProperty<B>(info, "description", text, [](const B &b) { return b.getDescription(); });
-  addProperty<B>(info, "supports_ced", text,
+  addProperty<B>(info, "vendor_name", &B::getVendor);
+  addProperty<B>(info, "spec_url", &B::getSpecUrl);
+  addProperty<B>(info, "FILE_NAME", &B::getBoardFile);
+  addProperty<B>(info, "REPOSITORY", &B::getRepository);
+  addProperty<B>(info, "jtag_chains", &B::getJtagChains);
+  addProperty<B>(info, "description", &B::getDescription);
+  addProperty<B>(info, "supports_ced",
                  [](const B &b) { return std::string(b.getSupportsCED() ? "true" : "false"); });
 
   HBOScripted::addDynamic(info, readDynamic, listDynamic, false);

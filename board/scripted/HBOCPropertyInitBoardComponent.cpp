@@ -8,6 +8,7 @@
 #include "HSTStringUtils.h"
 
 #include <cstring>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -36,9 +37,9 @@ template <typename F>
 HCPProperty::Spec &addBoardProperty(HCPProperty::ObjectInfo &info, const std::string &name,
                                     F read) {
   return HBOScripted::addProperty<HBOBoardComponent>(
-      info, name, HATAttrSpec::String, [read](const HBOBoardComponent &component) {
+      info, name, [read](const HBOBoardComponent &component) {
         const HBOBoard *board = component.getBoard();
-        return board ? std::string(read(*board)) : std::string();
+        return board ? std::string(std::invoke(read, *board)) : std::string();
       });
 }
 
@@ -105,67 +106,57 @@ void HBOCPropertyInit::board_component::init() {
   using namespace HBOScripted;
   using C = HBOBoardComponent;
   using B = HBOBoard;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<C>();
 
   addClassProperty<C>(info, classNameBoardPart);
-  addProperty<C>(info, "name", text, [](const C &c) { return c.getName(); });
-  addProperty<C>(info, "part_name", text, [](const C &c) { return c.getPartName(); });
-  addProperty<C>(info, "SPEC_URL", text, [](const C &c) { return c.getSpecUrl(); });
-  setHint(
-      addProperty<C>(info, "jtag_position", text, [](const C &c) { return c.getJtagPosition(); }),
-      "Use 'JTAG_POSITION.chain1'");
+  addProperty<C>(info, "name", &C::getName);
+  addProperty<C>(info, "part_name", &C::getPartName);
+  addProperty<C>(info, "SPEC_URL", &C::getSpecUrl);
+  setHint(addProperty<C>(info, "jtag_position", [](const C &c) { return c.getJtagPosition(); }),
+          "Use 'JTAG_POSITION.chain1'");
 
   HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 
-  setHint(addBoardProperty(info, "BOARD_NAME", [](const B &b) { return b.getBoardName(); }),
+  setHint(addBoardProperty(info, "BOARD_NAME", &B::getBoardName),
           "Use 'get_property BOARD_NAME [get_boards -of_objects <board_part object>]'");
-  setHint(addBoardProperty(info, "vendor_name", [](const B &b) { return b.getVendor(); }),
-          boardVendorHint);
-  setHint(
-      addBoardProperty(info, "BOARD_PART_FILE_VERSION", [](const B &b) { return b.getVersion(); }),
-      "Use 'get_property FILE_VERSION [get_boards -of_objects <board_part object>]'");
-  setHint(addBoardProperty(info, "BOARD_REVISION", [](const B &b) { return b.getBoardRevision(); }),
+  setHint(addBoardProperty(info, "vendor_name", &B::getVendor), boardVendorHint);
+  setHint(addBoardProperty(info, "BOARD_PART_FILE_VERSION", &B::getVersion),
+          "Use 'get_property FILE_VERSION [get_boards -of_objects <board_part object>]'");
+  setHint(addBoardProperty(info, "BOARD_REVISION", &B::getBoardRevision),
           "Use 'get_property COMPATIBLE_BOARD_REVISIONS [get_boards -of_objects <board_part "
           "object>]'");
-  addProperty<C>(info, "DISPLAY_NAME", text, [](const C &c) { return c.getDisplayName(); });
-  addBoardProperty(info, "FILE_NAME", [](const B &b) { return b.getBoardFile(); });
-  setHint(addBoardProperty(info, "REPOSITORY", [](const B &b) { return b.getRepository(); }),
+  addProperty<C>(info, "DISPLAY_NAME", &C::getDisplayName);
+  addBoardProperty(info, "FILE_NAME", &B::getBoardFile);
+  setHint(addBoardProperty(info, "REPOSITORY", &B::getRepository),
           "Use 'get_property REPOSITORY [get_boards -of_objects <board_part object>]'");
-  addProperty<C>(info, "additionally_supported_part_names", HATAttrSpec::StringList,
-                 [](const C &c) {
-                   std::vector<std::string> parts;
-                   if (const B *board = c.getBoard())
-                     board->getAdditionalSupportedPartNames(parts, false);
-                   return parts;
-                 });
+  addProperty<C>(info, "additionally_supported_part_names", [](const C &c) {
+    std::vector<std::string> parts;
+    if (const B *board = c.getBoard())
+      board->getAdditionalSupportedPartNames(parts, false);
+    return parts;
+  });
 }
 
 void HBOCPropertyInit::board_component::initV2Props() {
   using namespace HBOScripted;
   using C = HBOBoardComponent;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<C>();
 
   info.deleteSpec("class");
   addClassProperty<C>(info, classNameBoardComponent);
-  addProperty<C>(info, "component_name", text, [](const C &c) { return c.getComponentName(); });
+  addProperty<C>(info, "component_name", &C::getComponentName);
   // The hint points at the board's vendor although the value is the
   // component's own; scripts and users know it in this form.
-  setHint(
-      addProperty<C>(info, "component_vendor", text, [](const C &c) { return c.getVendorName(); }),
-      boardVendorHint);
-  addProperty<C>(info, "type", text, [](const C &c) { return c.getType(); });
-  addProperty<C>(info, "sub_type", text, [](const C &c) { return c.getSubType(); });
-  addProperty<C>(info, "description", text, [](const C &c) { return c.getDescription(); });
-  addProperty<C>(info, "configuration_modes", HATAttrSpec::StringList, [](const C &c) {
+  setHint(addProperty<C>(info, "component_vendor", &C::getVendorName), boardVendorHint);
+  addProperty<C>(info, "type", &C::getType);
+  addProperty<C>(info, "sub_type", &C::getSubType);
+  addProperty<C>(info, "description", &C::getDescription);
+  addProperty<C>(info, "configuration_modes", [](const C &c) {
     std::vector<HBOComponentMode *> modes;
     c.getComponentModes(modes);
-    return namesOf(modes, [](const HBOComponentMode &m) { return m.getName(); });
+    return namesOf(modes, &HBOComponentMode::getName);
   });
-  addProperty<C>(info, "is_enabled", text, [](const C &c) { return c.getIsEnabled(); })
-      .getAttrSpec()
-      .setVisible(false);
+  addProperty<C>(info, "is_enabled", &C::getIsEnabled).getAttrSpec().setVisible(false);
   addBoardProperty(info, "supports_ced",
                    [](const HBOBoard &b) { return b.getSupportsCED() ? "true" : "false"; });
 }

@@ -22,8 +22,7 @@ std::vector<std::string> interfaceNames(const HBOComponentMode &mode) {
 std::vector<std::string> preferenceNames(const HBOComponentMode &mode) {
   std::vector<HBOBusIfPreference *> preferences;
   mode.getPreferredIps(preferences);
-  return HBOScripted::namesOf(preferences,
-                              [](const HBOBusIfPreference &p) { return p.getPrefName(); });
+  return HBOScripted::namesOf(preferences, &HBOBusIfPreference::getPrefName);
 }
 
 } // namespace
@@ -32,15 +31,13 @@ void HBOCPropertyInit::board_component_mode::init() {
   using HBOScripted::addProperty;
   using HBOScripted::expressionTerms;
   using T = HBOComponentMode;
-  const int text = HATAttrSpec::String;
-  const int list = HATAttrSpec::StringList;
   HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
   HBOScripted::addClassProperty<T>(info, classNameBoardComponentMode);
-  addProperty<T>(info, "name", text, [](const T &m) { return m.getName(); });
-  addProperty<T>(info, "description", text, [](const T &m) { return m.getDescription(); });
-  addProperty<T>(info, "interfaces", list, interfaceNames);
-  addProperty<T>(info, "enablement_dependency", list,
+  addProperty<T>(info, "name", &T::getName);
+  addProperty<T>(info, "description", &T::getDescription);
+  addProperty<T>(info, "interfaces", interfaceNames);
+  addProperty<T>(info, "enablement_dependency",
                  [](const T &m) { return expressionTerms(m.getEnablementDependency()); });
-  addProperty<T>(info, "preferences", list, preferenceNames);
-  addProperty<T>(info, "is_enabled", text, [](const T &m) { return m.getIsEnabled(); });
+  addProperty<T>(info, "preferences", preferenceNames);
+  addProperty<T>(info, "is_enabled", &T::getIsEnabled);
 }

@@ -50,23 +50,21 @@ bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &o
 void HBOCPropertyInit::board_interface_port::init() {
   using namespace HBOScripted;
   using P = HBOModelPort;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<P>();
 
   addClassProperty<P>(info, classNameBoardInterfacePort);
-  addProperty<P>(info, "name", text, [](const P &p) { return p.getName(); });
-  addProperty<P>(info, "direction", text, [](const P &p) {
+  addProperty<P>(info, "name", [](const P &p) { return p.getName(); });
+  addProperty<P>(info, "direction", [](const P &p) {
     std::string direction;
     p.getPortDir(direction);
     return direction;
   });
-  addProperty<P>(info, "width", text, [](const P &p) { return numberText(p, &P::getPortWidth); });
-  addProperty<P>(info, "left", text, [](const P &p) { return numberText(p, &P::getPortVecLeft); });
-  addProperty<P>(info, "right", text,
-                 [](const P &p) { return numberText(p, &P::getPortVecRight); });
-  addProperty<P>(info, "interface", text,
+  addProperty<P>(info, "width", [](const P &p) { return numberText(p, &P::getPortWidth); });
+  addProperty<P>(info, "left", [](const P &p) { return numberText(p, &P::getPortVecLeft); });
+  addProperty<P>(info, "right", [](const P &p) { return numberText(p, &P::getPortVecRight); });
+  addProperty<P>(info, "interface",
                  [](const P &p) { return p.getOwner() ? p.getOwner()->getName() : std::string(); });
-  addProperty<P>(info, "logical_name", text, [](const P &p) {
+  addProperty<P>(info, "logical_name", [](const P &p) {
     std::string logical;
     p.getBusIfLogicalPortName(logical);
     return logical;

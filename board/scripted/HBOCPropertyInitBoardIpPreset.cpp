@@ -81,15 +81,14 @@ bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &o
 void HBOCPropertyInit::board_ip_preset::init() {
   using HBOScripted::addProperty;
   using T = HBOIpPreset;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
   info.setSortProperties(false);
   HBOScripted::addClassProperty<T>(info, classNameIpConfigurationInfo);
-  addProperty<T>(info, "name", text, [](const T &p) { return p.getPresetName(); });
-  addProperty<T>(info, "ip_name", text, [](const T &p) { return p.getName(); });
-  addProperty<T>(info, "ip_vendor", text, [](const T &p) { return p.getVendor(); });
-  addProperty<T>(info, "ip_library", text, [](const T &p) { return p.getLibrary(); });
-  addProperty<T>(info, "ip_version", text, [](const T &p) { return p.getVersion(); });
-  addProperty<T>(info, "ip_interface", text, [](const T &p) { return p.getIpInterface(); });
+  addProperty<T>(info, "name", &T::getPresetName);
+  addProperty<T>(info, "ip_name", &T::getName);
+  addProperty<T>(info, "ip_vendor", &T::getVendor);
+  addProperty<T>(info, "ip_library", &T::getLibrary);
+  addProperty<T>(info, "ip_version", &T::getVersion);
+  addProperty<T>(info, "ip_interface", &T::getIpInterface);
   HBOScripted::addDynamic(info, getDynamic, listDynamic, false);
 }

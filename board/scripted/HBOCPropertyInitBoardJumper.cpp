@@ -88,13 +88,11 @@ std::string setter::getDescription() const {
 void HBOCPropertyInit::board_jumper::init() {
   using HBOScripted::addProperty;
   using T = HBOJumper;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
   HBOScripted::addClassProperty<T>(info, classNameBoardJumper);
-  addProperty<T>(info, "name", text, [](const T &j) { return j.getName(); });
-  HCPProperty::Spec &value = addProperty<T>(info, "current_value", HATAttrSpec::Bool,
-                                            [](const T &j) { return j.getDefaultValue(); });
+  addProperty<T>(info, "name", &T::getName);
+  HCPProperty::Spec &value = addProperty<T>(info, "current_value", &T::getDefaultValue);
   value.getAttrSpec().setReadOnly(false);
   value.setSetterFcn(current_value::setter::create);
-  addProperty<T>(info, "description", text, [](const T &j) { return j.getDescription(); });
+  addProperty<T>(info, "description", &T::getDescription);
 }

@@ -63,6 +63,10 @@ std::vector<std::string> presetsOf(const HBOBusIf &busIf) {
   return out;
 }
 
+// What every dynamic property of an interface holds: a parameter's value or
+// a port's name, as text.
+using DynamicValue = std::string;
+
 // "PARAM." reads a parameter of the interface, "PORT." the physical port
 // behind a logical one.
 bool readDynamic(Tcl_Interp *interp, const tclany &handle, const std::string &name,
@@ -71,7 +75,7 @@ bool readDynamic(Tcl_Interp *interp, const tclany &handle, const std::string &na
   if (!busIf)
     return false;
   std::string rest;
-  std::string value;
+  DynamicValue value;
   bool found = false;
   if (afterTag(name, PARAM_SCOPE_TAG, rest))
     found = busIf->getParamValue(rest, value);
@@ -99,12 +103,13 @@ bool listDynamic(Tcl_Interp *, const tclany &handle, HCPProperty::DynamicList &o
   return true;
 }
 
-// Every dynamic property of an interface is a read-only text.
+// Every dynamic property of an interface is read-only, of the type of what
+// readDynamic delivers.
 bool dynamicSpec(const tclany &, const std::string &name, HATAttrSpec &spec) {
   std::string rest;
   if (!afterTag(name, PARAM_SCOPE_TAG, rest) && !afterTag(name, PORT_SCOPE_TAG, rest))
     return false;
-  spec.setAttrType(HATAttrSpec::String);
+  spec.setAttrTypeOf<DynamicValue>();
   spec.setReadOnly(true);
   return true;
 }
@@ -114,28 +119,26 @@ bool dynamicSpec(const tclany &, const std::string &name, HATAttrSpec &spec) {
 void HBOCPropertyInit::board_part_interface::init() {
   using namespace HBOScripted;
   using I = HBOBusIf;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<I>();
   info.setSortProperties(false);
 
   addClassProperty<I>(info, classNameBoardPartInterface);
-  addProperty<I>(info, "name", text, [](const I &i) { return i.getName(); });
-  addProperty<I>(info, "VLNV", text, [](const I &i) {
+  addProperty<I>(info, "name", &I::getName);
+  addProperty<I>(info, "VLNV", [](const I &i) {
     std::string vlnv;
     i.getAbstractTypeVLNV(vlnv, ":");
     return vlnv;
   });
-  addProperty<I>(info, "PRESET_FILE", text, [](const I &i) { return i.getPresetFile(); });
-  addProperty<I>(info, "MODE", text, [](const I &i) { return i.getInterfaceMode(); });
-  addProperty<I>(info, "vendor", text,
+  addProperty<I>(info, "PRESET_FILE", &I::getPresetFile);
+  addProperty<I>(info, "MODE", [](const I &i) { return i.getInterfaceMode(); });
+  addProperty<I>(info, "vendor",
                  [](const I &i) { return textOf(i, &I::getAbstractTypeVendorName); });
-  addProperty<I>(info, "library", text,
+  addProperty<I>(info, "library",
                  [](const I &i) { return textOf(i, &I::getAbstractTypeLibraryName); });
-  addProperty<I>(info, "busdef_name", text,
+  addProperty<I>(info, "busdef_name",
                  [](const I &i) { return textOf(i, &I::getAbstractTypeName); });
-  addProperty<I>(info, "version", text,
-                 [](const I &i) { return textOf(i, &I::getAbstractTypeVersion); });
-  addProperty<I>(info, "presets", HATAttrSpec::StringList, [](const I &i) { return presetsOf(i); });
+  addProperty<I>(info, "version", [](const I &i) { return textOf(i, &I::getAbstractTypeVersion); });
+  addProperty<I>(info, "presets", [](const I &i) { return presetsOf(i); });
 
   HBOScripted::addDynamic(info, readDynamic, listDynamic, true).setGetDefaultAttrSpecFcn(dynamicSpec);
 }
@@ -143,19 +146,16 @@ void HBOCPropertyInit::board_part_interface::init() {
 void HBOCPropertyInit::board_part_interface::initV2Props() {
   using namespace HBOScripted;
   using I = HBOBusIf;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<I>();
 
   info.deleteSpec("class");
   addClassProperty<I>(info, classNameBoardComponentInterface);
-  addProperty<I>(info, "of_component", text, [](const I &i) { return i.getOfComponent(); });
-  addProperty<I>(info, "description", text, [](const I &i) { return i.getDescription(); });
-  addProperty<I>(info, "preferences", HATAttrSpec::StringList, [](const I &i) {
+  addProperty<I>(info, "of_component", &I::getOfComponent);
+  addProperty<I>(info, "description", &I::getDescription);
+  addProperty<I>(info, "preferences", [](const I &i) {
     std::vector<HBOBusIfPreference *> preferences;
     i.getPreferences(preferences);
-    return namesOf(preferences, [](const HBOBusIfPreference &p) { return p.getPrefName(); });
+    return namesOf(preferences, &HBOBusIfPreference::getPrefName);
   });
-  addProperty<I>(info, "is_enabled", text, [](const I &i) { return i.getIsEnabled(); })
-      .getAttrSpec()
-      .setVisible(false);
+  addProperty<I>(info, "is_enabled", &I::getIsEnabled).getAttrSpec().setVisible(false);
 }

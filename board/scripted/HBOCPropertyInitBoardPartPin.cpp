@@ -73,12 +73,11 @@ void HBOCPropertyInit::board_part_pin::init() {
   using namespace HBOScripted;
   using P = HBOPinProps;
   using M = HBOModelPort;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = registerClass<P>();
 
   addClassProperty<P>(info, classNameBoardPartPin);
-  addProperty<P>(info, "name", text, [](const P &p) { return p.getName(); });
-  addProperty<P>(info, "loc", text, [](const P &p) { return p.getPinLoc(); });
+  addProperty<P>(info, "name", [](const P &p) { return p.getName(); });
+  addProperty<P>(info, "loc", [](const P &p) { return p.getPinLoc(); });
   // Reading must not add the property to the pin (its listing and the pin
   // file it is written back to would show it), so the non-creating read.
   auto portProp = [](const std::string &name) {
@@ -90,21 +89,19 @@ void HBOCPropertyInit::board_part_pin::init() {
   };
   const std::vector<std::string> &names = P::getPortPropNames();
   for (const std::string &name : names)
-    addProperty<P>(info, name, text, portProp(name));
+    addProperty<P>(info, name, portProp(name));
   // The upper-case names that older scripts use: the same values, hidden.
   for (const std::string &name : names) {
-    HCPProperty::Spec &spec =
-        addProperty<P>(info, HSTStringUtils::toUpper(name), text, portProp(name));
+    HCPProperty::Spec &spec = addProperty<P>(info, HSTStringUtils::toUpper(name), portProp(name));
     spec.getAttrSpec().setVisible(false);
     setHint(spec, "Use '" + name + "'");
   }
-  addProperty<P>(info, "internal_vref", text, [](const P &p) {
+  addProperty<P>(info, "internal_vref", [](const P &p) {
     std::string vref;
     p.getPinInternalVref(vref);
     return vref;
   });
-  addProperty<P>(info, "pin_index", text,
-                 [](const P &p) { return std::to_string(p.getPinIndex()); });
+  addProperty<P>(info, "pin_index", [](const P &p) { return std::to_string(p.getPinIndex()); });
 
   HBOScripted::addDynamic(info, readDynamic, listDynamic, false);
 
@@ -132,7 +129,7 @@ void HBOCPropertyInit::board_part_pin::init() {
   };
   for (const auto &property : ofPort) {
     PortRead read = property.read;
-    setHint(addProperty<P>(info, property.name, text,
+    setHint(addProperty<P>(info, property.name,
                            [read](const P &p) {
                              M *port = nullptr;
                              return p.getOwnerPort(port) && port ? read(*port) : std::string();
@@ -148,7 +145,7 @@ void HBOCPropertyInit::board_part_pin::initV2Props() {
 
   info.deleteSpec("class");
   addClassProperty<P>(info, classNameBoardComponentPin);
-  addProperty<P>(info, "interfaces", HATAttrSpec::StringList, [](const P &p) {
+  addProperty<P>(info, "interfaces", [](const P &p) {
     std::vector<std::string> interfaces;
     for (const auto &entry : p.getIntfPortMap())
       interfaces.push_back(entry.first);

@@ -28,7 +28,6 @@ long long orderValue(const std::string &text) {
 void HBOCPropertyInit::board_user_preference::init() {
   using HBOScripted::addProperty;
   using T = HBOBusIfPreference;
-  const int text = HATAttrSpec::String;
   HCPProperty::ObjectInfo &info = HBOScripted::registerClass<T>();
   info.setSortProperties(false);
   // The class has no name property; scripts show a preference by the name
@@ -41,10 +40,10 @@ void HBOCPropertyInit::board_user_preference::init() {
     return true;
   });
   HBOScripted::addClassProperty<T>(info, classNameIpPreference);
-  addProperty<T>(info, "ip_name", text, [](const T &p) { return p.getName(); });
-  addProperty<T>(info, "ip_vendor", text, [](const T &p) { return p.getVendor(); });
-  addProperty<T>(info, "ip_library", text, [](const T &p) { return p.getLibrary(); });
-  addProperty<T>(info, "ip_version", text, [](const T &p) { return p.getVersion(); });
-  addProperty<T>(info, "order", HATAttrSpec::Int,
+  addProperty<T>(info, "ip_name", &T::getName);
+  addProperty<T>(info, "ip_vendor", &T::getVendor);
+  addProperty<T>(info, "ip_library", &T::getLibrary);
+  addProperty<T>(info, "ip_version", &T::getVersion);
+  addProperty<T>(info, "order",
                  [](const T &p) { return orderValue(std::to_string(p.getOrder())); });
 }

@@ -1,14 +1,17 @@
 // Small helpers shared by the property tables: registering a read-only
-// property from one accessor, the constant "class" property, and the hint
-// that is set only while schema 2 is enabled.
+// property from one accessor, typed by what the accessor returns; the
+// constant "class" property; and the hint that is set only while schema 2 is
+// enabled.
 #ifndef BOARDLIB_HBOSCRIPTEDSUPPORT_H
 #define BOARDLIB_HBOSCRIPTEDSUPPORT_H
 
 #include "HBOBoardUtils.h"
 #include "HCPProperty.h"
 
+#include <functional>
 #include <sstream>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -22,22 +25,29 @@ template <typename T> HCPProperty::ObjectInfo &registerClass() {
   return *HCPProperty::getObjectInfo(typeid(T *));
 }
 
-/// A read-only property of type \p type whose value is read(object). The
-/// value may be anything HATAttrUtils::setAny takes: a bool, an integer, a
-/// std::string, a vector of strings or a tcl_collection.
+/// The value a getter \p F gives for an object of class \p T: what the
+/// property's attribute type follows from.
 template <typename T, typename F>
-HCPProperty::Spec &addProperty(HCPProperty::ObjectInfo &info, const std::string &name, int type,
-                               F read) {
+using ValueOf = std::decay_t<std::invoke_result_t<const F &, const T &>>;
+
+/// A read-only property whose value is read(object); \p read is an accessor
+/// of \p T (&T::getName) or a function of a const T&. The property's type
+/// is that of the value (see HATAttrTypeOf): a bool is a boolean, an integer
+/// an integer, a text a string, a vector of texts or a collection a list.
+/// Where scripts know a property as a text, the reader converts the model's
+/// value to text itself ("true"/"false", a number as digits).
+template <typename T, typename F>
+HCPProperty::Spec &addProperty(HCPProperty::ObjectInfo &info, const std::string &name, F read) {
   HCPProperty::Spec &spec = info.createSpec(name);
   spec.setGetFcn([read](Tcl_Interp *interp, const tclany &handle, const std::string &,
                         HATAttrAny &result) {
     T *object = HCPProperty::Types::any2native<T *>::get(handle);
     if (!object)
       return false;
-    HCPProperty::Utils::saveResult(interp, read(*object), result);
+    HCPProperty::Utils::saveResult(interp, std::invoke(read, std::as_const(*object)), result);
     return true;
   });
-  spec.getAttrSpec().setAttrType(type);
+  spec.getAttrSpec().setAttrTypeOf<ValueOf<T, F>>();
   spec.getAttrSpec().setReadOnly(true);
   return spec;
 }
@@ -47,15 +57,16 @@ HCPProperty::Spec &addProperty(HCPProperty::ObjectInfo &info, const std::string 
 /// without an object.
 template <typename T>
 HCPProperty::Spec &addClassProperty(HCPProperty::ObjectInfo &info, const char *className) {
+  using Value = std::string;
   HCPProperty::Spec &spec = info.createSpec("class");
   spec.setGetFcn([className](Tcl_Interp *interp, const tclany &handle, const std::string &,
                              HATAttrAny &result) {
     if (handle.object && !HCPProperty::Types::any2native<T *>::get(handle))
       return false;
-    HCPProperty::Utils::saveResult(interp, std::string(className), result);
+    HCPProperty::Utils::saveResult(interp, Value(className), result);
     return true;
   });
-  spec.getAttrSpec().setAttrType(HATAttrSpec::String);
+  spec.getAttrSpec().setAttrTypeOf<Value>();
   spec.getAttrSpec().setReadOnly(true);
   return spec;
 }
@@ -68,13 +79,14 @@ inline void setHint(HCPProperty::Spec &spec, const std::string &hint) {
 
 /// The dynamic-property record "_default_": \p read answers one name (false
 /// when the object has no such property), \p list gives all of them with
-/// their values. Returned so that a class can add an attribute-spec function.
+/// their values. Its own attribute type is left as it is: a dynamic property
+/// shows the type of its value, or the one the attribute-spec function gives.
+/// Returned so that a class can add an attribute-spec function.
 inline HCPProperty::Spec &addDynamic(HCPProperty::ObjectInfo &info, HCPProperty::GetFcn read,
                                      HCPProperty::GetDefaultFcn list, bool visible) {
   HCPProperty::Spec &dynamic = info.createSpec("_default_");
   dynamic.setGetFcn(std::move(read));
   dynamic.setGetDefaultFcn(std::move(list));
-  dynamic.getAttrSpec().setAttrType(HATAttrSpec::String);
   dynamic.getAttrSpec().setReadOnly(true);
   dynamic.getAttrSpec().setVisible(visible);
   return dynamic;
@@ -107,7 +119,7 @@ template <typename Seq, typename F> std::vector<std::string> namesOf(const Seq &
   std::vector<std::string> out;
   for (const auto &item : seq)
     if (item)
-      out.push_back(name(*item));
+      out.push_back(std::invoke(name, *item));
   return out;
 }
 
