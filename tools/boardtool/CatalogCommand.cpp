@@ -19,55 +19,20 @@
 
 namespace boardtool {
 
-bool LoadOptions::take(const std::vector<std::string> &args, std::vector<std::string> &rest,
-                       std::string &error, bool withJobs) {
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string &arg = args[i];
-    std::string value;
-    std::string option;
-    for (const char *name : {"--data-dir", "--repo", "--jobs"}) {
-      std::string n(name);
-      if (n == "--jobs" && !withJobs)
-        continue;
-      if (arg == n) {
-        if (i + 1 >= args.size()) {
-          error = n + " needs a value";
-          return false;
-        }
-        option = n;
-        value = args[++i];
-      } else if (arg.compare(0, n.size() + 1, n + "=") == 0) {
-        option = n;
-        value = arg.substr(n.size() + 1);
-      }
-    }
-    // --param and --debug take the next word, which may look like ours.
-    if (option.empty() && (arg == "--param" || arg == "--debug") && i + 1 < args.size()) {
-      rest.push_back(arg);
-      rest.push_back(args[++i]);
-      continue;
-    }
-    if (option.empty()) {
-      rest.push_back(arg);
-      continue;
-    }
-    if (value.empty()) {
-      error = option + " needs a value";
+bool LoadOptions::take(const Arguments &args, std::string &error) {
+  for (const std::string &dir : args.values("--data-dir"))
+    dataDirs.push_back(absolutePath(dir));
+  for (const std::string &repo : args.values("--repo"))
+    repos.push_back(absolutePath(repo));
+  if (args.has("--jobs")) {
+    const std::string value = args.value("--jobs");
+    char *end = nullptr;
+    long n = std::strtol(value.c_str(), &end, 10);
+    if (*end != '\0' || n < 1 || n > 1024) {
+      error = "--jobs takes a number of workers from 1 to 1024, not '" + value + "'";
       return false;
     }
-    if (option == "--data-dir") {
-      dataDirs.push_back(absolutePath(value));
-    } else if (option == "--repo") {
-      repos.push_back(absolutePath(value));
-    } else {
-      char *end = nullptr;
-      long n = std::strtol(value.c_str(), &end, 10);
-      if (*end != '\0' || n < 1 || n > 1024) {
-        error = "--jobs takes a number of workers from 1 to 1024, not '" + value + "'";
-        return false;
-      }
-      jobs = static_cast<int>(n);
-    }
+    jobs = static_cast<int>(n);
   }
   return true;
 }
@@ -106,18 +71,6 @@ LoadedCatalog::~LoadedCatalog() {
     HBOBoardCReposMgr::release();
 }
 
-bool parseLoadArgs(const Command &command, const std::vector<std::string> &args, bool withJobs,
-                   const std::vector<std::string> &extraFlags, LoadOptions &load,
-                   CommonOptions &options, int &status) {
-  std::vector<std::string> rest;
-  std::string error;
-  if (!load.take(args, rest, error, withJobs) || !options.parse(rest, error, extraFlags)) {
-    status = usageError(command, error);
-    return false;
-  }
-  return true;
-}
-
 void LoadOptions::apply() const {
   if (!dataDirs.empty()) {
     std::string list;
@@ -153,25 +106,14 @@ void drawProgress(std::size_t done, std::size_t total) {
             << "] " << done << "/" << total << std::flush;
 }
 
-const char kHelp[] =
+const char kAbout[] =
     "Loads the installed boards (the embedded data directory, or each --data-dir in\n"
     "order) and the boards of the user repositories, and lists the merged catalog: name,\n"
     "display name, FPGA part, schema version, number of components and interfaces,\n"
     "whether the board comes from a user repository or the installation, and which\n"
-    "installed board a user board hides. Messages of the load go to standard error.\n"
-    "\n"
-    "Options:\n"
-    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
-    "                      repeatable, earlier ones win (sets BOARDLIB_DATA_DIRS)\n"
-    "  --repo PATH         a user board repository; repeatable, earlier ones win\n"
-    "                      (sets board.repoPaths)\n"
-    "  --jobs N            workers for the installed boards (sets general.maxThreads)\n"
-    "  --json              print a JSON array of one object per board\n"
-    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
-    "  --messages=json     write the messages to standard error as one JSON array\n"
-    "  --debug SCOPE       switch on debug output of a scope, such as board.findBoards\n"
-    "\n"
-    "Exit status: 0 listed, 1 the load failed, 2 bad usage.\n";
+    "installed board a user board hides. Messages of the load go to standard error.\n";
+
+const char kNotes[] = "Exit status: 0 listed, 1 the load failed, 2 bad usage.\n";
 
 struct Row {
   const HBOBoard *board = nullptr;
@@ -253,20 +195,19 @@ void printJson(const std::vector<Row> &rows) {
   std::cout << (rows.empty() ? "]\n" : "\n]\n");
 }
 
-int run(const std::vector<std::string> &args) {
+int run(const Arguments &args) {
   LoadOptions load;
-  CommonOptions options;
-  int status = Success;
-  if (!parseLoadArgs(catalogCommand, args, true, {"--json"}, load, options, status))
-    return status;
-  if (!options.positional.empty())
-    return usageError(catalogCommand, "unexpected argument '" + options.positional.front() + "'");
+  std::string error;
+  if (!load.take(args, error))
+    return usageError(catalogCommand, error);
+  if (!args.operands.empty())
+    return usageError(catalogCommand, "unexpected argument '" + args.operands.front() + "'");
   load.apply();
 
   std::vector<Row> rows;
   {
-    MessageOutput output(options.jsonMessages);
-    LoadedCatalog catalog(catalogCommand, !options.jsonMessages);
+    MessageOutput output(args.jsonMessages());
+    LoadedCatalog catalog(catalogCommand, !args.jsonMessages());
     if (!catalog.ok())
       return Failure;
     HBOBoardCReposMgr *global = &catalog.global();
@@ -276,7 +217,7 @@ int run(const std::vector<std::string> &args) {
     for (const HBOBoard *board : boards)
       if (board)
         rows.push_back(describe(board, global->getStaticBoardPartMap()));
-    if (options.hasFlag("--json"))
+    if (args.has("--json"))
       printJson(rows);
     else
       printTable(rows);
@@ -288,9 +229,14 @@ int run(const std::vector<std::string> &args) {
 } // namespace
 
 const Command catalogCommand = {
-    "catalog", "load the installation and the user repositories, and list every board",
-    "boardtool catalog [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... [--jobs N] "
-    "[--json]",
-    kHelp, run};
+    "catalog",
+    cmd::catalog,
+    "load the installation and the user repositories, and list every board",
+    "",
+    kAbout,
+    kNotes,
+    OptionPlace::Anywhere,
+    run,
+};
 
 } // namespace boardtool

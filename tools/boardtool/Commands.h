@@ -2,7 +2,7 @@
 #ifndef BOARDLIB_TOOLS_COMMANDS_H
 #define BOARDLIB_TOOLS_COMMANDS_H
 
-#include "ToolSupport.h"
+#include "Options.h"
 
 #include <memory>
 
@@ -19,28 +19,20 @@ extern const Command dumpCommand;
 extern const Command shellCommand;
 extern const Command tclCommand;
 
-/// Where catalog and show load boards from: --data-dir DIR (repeatable),
-/// --repo PATH (repeatable) and, with \p withJobs, --jobs N.
+/// Where the commands that load the catalog load boards from: --data-dir
+/// and --repo, and --jobs where the command takes it.
 struct LoadOptions {
   std::vector<std::string> dataDirs;
   std::vector<std::string> repos;
   int jobs = 0;
 
-  /// Takes the options above out of \p args and leaves the rest in \p rest.
-  /// False, with \p error set, for a missing or malformed value.
-  bool take(const std::vector<std::string> &args, std::vector<std::string> &rest,
-            std::string &error, bool withJobs);
+  /// Reads the options above from \p args. False, with \p error set, for a
+  /// malformed value.
+  bool take(const Arguments &args, std::string &error);
   /// Applies them to the environment and the parameters; must run before
   /// the repository is first built.
   void apply() const;
 };
-
-/// Reads the arguments of a command that loads boards: the load options
-/// (with --jobs when \p withJobs), then the common ones and \p extraFlags.
-/// False after a usage error was told; \p status is then its exit status.
-bool parseLoadArgs(const Command &command, const std::vector<std::string> &args, bool withJobs,
-                   const std::vector<std::string> &extraFlags, LoadOptions &load,
-                   CommonOptions &options, int &status);
 
 /// The project's view of the catalog, loaded for one command and given back
 /// when the command ends.

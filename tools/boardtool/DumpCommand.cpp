@@ -32,25 +32,16 @@ namespace {
 
 using tclany = zeb::tcltasks::tclany;
 
-const char kHelp[] =
+const char kAbout[] =
     "Writes one board's object graph as JSON on standard output: the board, its\n"
     "components with their interfaces (with ports and preferred IPs), pins, modes\n"
     "and parameters, its connections with their nets, its jumpers, parameters and IP\n"
     "presets. Each object is written as the properties that list_property shows in\n"
     "the Tcl and Python consoles, with upper-case keys; booleans, integers, texts and\n"
-    "lists keep their types. SOURCE is a board name from the catalog (any of the\n"
-    "names 'boardtool show' takes) or the path of a board.xml.\n"
-    "\n"
-    "Options:\n"
-    "  --json              the output format (the only one; may be left out)\n"
-    "  --all               also the hidden properties\n"
-    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
-    "                      repeatable (sets BOARDLIB_DATA_DIRS)\n"
-    "  --repo PATH         a user board repository; repeatable (sets board.repoPaths)\n"
-    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
-    "  --messages=json     write the messages to standard error as one JSON array\n"
-    "  --debug SCOPE       switch on debug output of a scope\n"
-    "\n"
+    "lists keep their types. NAME is a board name from the catalog (any of the\n"
+    "names 'boardtool show' takes), FILE the path of a board.xml.\n";
+
+const char kNotes[] =
     "Exit status: 0 written, 1 no such board or the file did not read, 2 bad usage.\n";
 
 // The child arrays of each class, in the order they are written.
@@ -178,20 +169,19 @@ bool looksLikeFile(const std::string &source) {
          HSTStringUtils::endsWith(source, ".xml");
 }
 
-int run(const std::vector<std::string> &args) {
+int run(const Arguments &args) {
   LoadOptions load;
-  CommonOptions options;
-  int status = Success;
-  if (!parseLoadArgs(dumpCommand, args, false, {"--json", "--all"}, load, options, status))
-    return status;
-  if (options.positional.size() != 1)
-    return usageError(dumpCommand, options.positional.empty()
+  std::string error;
+  if (!load.take(args, error))
+    return usageError(dumpCommand, error);
+  if (args.operands.size() != 1)
+    return usageError(dumpCommand, args.operands.empty()
                                        ? "no board name or file given"
-                                       : "one board only, not also '" + options.positional[1] + "'");
-  const std::string source = options.positional.front();
-  const bool all = options.hasFlag("--all");
+                                       : "one board only, not also '" + args.operands[1] + "'");
+  const std::string source = args.operands.front();
+  const bool all = args.has("--all");
   load.apply();
-  MessageOutput output(options.jsonMessages);
+  MessageOutput output(args.jsonMessages());
   HBOScriptedClasses::registerAll();
 
   if (looksLikeFile(source)) {
@@ -222,9 +212,14 @@ int run(const std::vector<std::string> &args) {
 } // namespace
 
 const Command dumpCommand = {
-    "dump", "write one board's object graph with its script properties as JSON",
-    "boardtool dump [--json] [--all] [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... "
+    "dump",
+    cmd::dump,
+    "write one board's object graph with its script properties as JSON",
     "NAME|FILE",
-    kHelp, run};
+    kAbout,
+    kNotes,
+    OptionPlace::Anywhere,
+    run,
+};
 
 } // namespace boardtool

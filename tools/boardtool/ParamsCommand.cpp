@@ -8,20 +8,17 @@
 namespace boardtool {
 namespace {
 
-const char kHelp[] =
-    "Lists the parameters with their kind, value and description.\n"
-    "Hidden parameters are listed only with --all. Parameters are set with\n"
-    "--param NAME=VALUE on any command, or in the environment variable\n"
+const char kAbout[] =
+    "Lists the parameters with their kind, value and description. Parameters are set\n"
+    "with --param NAME=VALUE on the other commands, or in the environment variable\n"
     "BOARDLIB_PARAMS as NAME=VALUE pairs separated by ';'.\n";
 
-int run(const std::vector<std::string> &args) {
-  bool all = false;
-  for (const std::string &a : args) {
-    if (a == "--all")
-      all = true;
-    else
-      return usageError(paramsCommand, "unknown argument '" + a + "'");
-  }
+const char kNotes[] = "Exit status: 0 listed, 2 bad usage.\n";
+
+int run(const Arguments &args) {
+  if (!args.operands.empty())
+    return usageError(paramsCommand, "unknown argument '" + args.operands.front() + "'");
+  const bool all = args.has("--all");
   for (const HPAParam *p : HPAParamMgr::getParamMgr().listParams()) {
     if (p->isHidden() && !all)
       continue;
@@ -34,7 +31,15 @@ int run(const std::vector<std::string> &args) {
 
 } // namespace
 
-const Command paramsCommand = {"params", "list the parameters that --param can set",
-                               "boardtool params [--all]", kHelp, run};
+const Command paramsCommand = {
+    "params",
+    cmd::params,
+    "list the parameters that --param can set",
+    "",
+    kAbout,
+    kNotes,
+    OptionPlace::Anywhere,
+    run,
+};
 
 } // namespace boardtool

@@ -13,21 +13,14 @@
 namespace boardtool {
 namespace {
 
-const char kHelp[] =
+const char kAbout[] =
     "Finds one board and prints it. NAME may be the board name vendor:board:version,\n"
     "the board part name vendor:board:part0:version, a legacy name, or vendor:board:*\n"
     "for the latest version of a board; case does not matter. After the board come the\n"
     "latest version of its family and whether it is a user board that hides an\n"
-    "installed one.\n"
-    "\n"
-    "Options:\n"
-    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
-    "                      repeatable (sets BOARDLIB_DATA_DIRS)\n"
-    "  --repo PATH         a user board repository; repeatable (sets board.repoPaths)\n"
-    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
-    "  --messages=json     write the messages to standard error as one JSON array\n"
-    "  --debug SCOPE       switch on debug output of a scope\n"
-    "\n"
+    "installed one.\n";
+
+const char kNotes[] =
     "Exit status: 0 shown, 1 no board matches NAME or the load failed, 2 bad usage.\n";
 
 // The board a user would mean by \p name: the project's view first (board,
@@ -70,21 +63,20 @@ void printHidden(HBOBoardCReposMgr &global, const HBOBoard &board) {
     std::cout << "Hidden by a user board: no\n";
 }
 
-int run(const std::vector<std::string> &args) {
+int run(const Arguments &args) {
   LoadOptions load;
-  CommonOptions options;
-  int status = Success;
-  if (!parseLoadArgs(showCommand, args, false, {}, load, options, status))
-    return status;
-  if (options.positional.empty())
+  std::string error;
+  if (!load.take(args, error))
+    return usageError(showCommand, error);
+  if (args.operands.empty())
     return usageError(showCommand, "no board name given");
-  if (options.positional.size() > 1)
-    return usageError(showCommand, "one board name only, not also '" + options.positional[1] +
-                                       "'");
-  const std::string name = options.positional.front();
+  if (args.operands.size() > 1)
+    return usageError(showCommand, "one board name only, not also '" + args.operands[1] + "'");
+  const std::string name = args.operands.front();
   load.apply();
 
-  MessageOutput output(options.jsonMessages);
+  int status = Success;
+  MessageOutput output(args.jsonMessages());
   LoadedCatalog catalog(showCommand, false);
   if (!catalog.ok())
     return Failure;
@@ -108,7 +100,14 @@ int run(const std::vector<std::string> &args) {
 } // namespace
 
 const Command showCommand = {
-    "show", "find one board by any of its names and print it",
-    "boardtool show [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... NAME", kHelp, run};
+    "show",
+    cmd::show,
+    "find one board by any of its names and print it",
+    "NAME",
+    kAbout,
+    kNotes,
+    OptionPlace::Anywhere,
+    run,
+};
 
 } // namespace boardtool

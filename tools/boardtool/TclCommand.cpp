@@ -7,61 +7,31 @@
 namespace boardtool {
 namespace {
 
-const char kHelp[] =
+const char kAbout[] =
     "Runs a Tcl script in an interpreter with the boardlib package loaded (the\n"
-    "commands 'boardtool shell' lists). Arguments after SCRIPT reach the script in\n"
-    "argv, as with tclsh. With -e the script is the text TEXT instead of a file.\n"
-    "An error that the script does not catch is printed with its stack on standard\n"
-    "error.\n"
-    "\n"
-    "Options (before SCRIPT):\n"
-    "  -e TEXT             run TEXT instead of a script file\n"
-    "  --data-dir DIR      a data directory to load instead of the embedded one;\n"
-    "                      repeatable (sets BOARDLIB_DATA_DIRS)\n"
-    "  --repo PATH         a user board repository; repeatable (sets board.repoPaths)\n"
-    "  --param NAME=VALUE  set a parameter first (see 'boardtool params'); repeatable\n"
-    "\n"
+    "commands 'boardtool shell' lists). The options come before SCRIPT: the arguments\n"
+    "after SCRIPT reach the script in argv, as with tclsh. With -e the script is the\n"
+    "text TEXT instead of a file, and the arguments after TEXT reach it. An error\n"
+    "that the script does not catch is printed with its stack on standard error.\n";
+
+const char kNotes[] =
     "Exit status: 0 the script ran, 1 it failed (or called 'exit 1'), 2 bad usage.\n";
 
-int run(const std::vector<std::string> &args) {
-  // Options stop at the script: what follows belongs to it.
-  std::vector<std::string> ours, scriptArgs;
-  std::string inlineScript;
-  bool haveInline = false;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string &arg = args[i];
-    if (arg == "-e" && !haveInline) {
-      if (i + 1 >= args.size())
-        return usageError(tclCommand, "-e needs a script text");
-      inlineScript = args[++i];
-      haveInline = true;
-      scriptArgs.assign(args.begin() + static_cast<long>(i) + 1, args.end());
-      break;
-    }
-    if (arg.empty() || arg[0] != '-') {
-      ours.push_back(arg);
-      scriptArgs.assign(args.begin() + static_cast<long>(i) + 1, args.end());
-      break;
-    }
-    ours.push_back(arg);
-    if ((arg == "--data-dir" || arg == "--repo" || arg == "--param" || arg == "--debug") && i + 1 < args.size())
-      ours.push_back(args[++i]);
-  }
+int run(const Arguments &args) {
   LoadOptions load;
-  std::vector<std::string> rest;
   std::string error;
-  if (!load.take(ours, rest, error, false))
+  if (!load.take(args, error))
     return usageError(tclCommand, error);
-  CommonOptions options;
-  if (!options.parse(rest, error))
-    return usageError(tclCommand, error);
-  if (!haveInline && options.positional.empty())
+  // Options end at -e TEXT or at the script: what follows belongs to it.
+  const bool haveInline = args.has("-e");
+  if (!haveInline && args.operands.empty())
     return usageError(tclCommand, "no script given");
-  if (haveInline && !options.positional.empty())
-    return usageError(tclCommand, "either -e TEXT or a script file, not both");
+  const std::string inlineScript = args.value("-e");
+  const std::vector<std::string> scriptArgs(args.operands.begin() + (haveInline ? 0 : 1),
+                                            args.operands.end());
   load.apply();
 
-  const std::string script = haveInline ? std::string() : options.positional.front();
+  const std::string script = haveInline ? std::string() : args.operands.front();
   Tcl_FindExecutable(nullptr);
   Tcl_Interp *interp = Tcl_CreateInterp();
   setScriptArgs(interp, haveInline ? "boardtool" : script, scriptArgs);
@@ -82,9 +52,15 @@ int run(const std::vector<std::string> &args) {
 
 } // namespace
 
-const Command tclCommand = {"tcl", "run a Tcl script with the board commands",
-                            "boardtool tcl [--param NAME=VALUE]... [--data-dir DIR]... [--repo PATH]... "
-                            "(-e TEXT | SCRIPT) [ARG]...",
-                            kHelp, run};
+const Command tclCommand = {
+    "tcl",
+    cmd::tcl,
+    "run a Tcl script with the board commands",
+    "(-e TEXT | SCRIPT) [ARG]...",
+    kAbout,
+    kNotes,
+    OptionPlace::BeforeOperands,
+    run,
+};
 
 } // namespace boardtool

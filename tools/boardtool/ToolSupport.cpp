@@ -1,10 +1,9 @@
 #include "ToolSupport.h"
-#include "HPAParamMgr.h"
 #include "HSTStringUtils.h"
+#include "Options.h"
 
 #include <boost/filesystem.hpp>
 
-#include <algorithm>
 #include <iostream>
 
 namespace boardtool {
@@ -16,61 +15,6 @@ std::string absolutePath(const std::string &path) {
   boost::filesystem::path p = boost::filesystem::absolute(path);
   (void)ec;
   return p.lexically_normal().string();
-}
-
-bool CommonOptions::parse(const std::vector<std::string> &args, std::string &error,
-                          const std::vector<std::string> &extraFlags) {
-  HPAParamMgr &params = HPAParamMgr::getParamMgr();
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string &arg = args[i];
-    std::string setting;
-    if (arg == "--param") {
-      if (i + 1 >= args.size()) {
-        error = "--param needs NAME=VALUE";
-        return false;
-      }
-      setting = args[++i];
-    } else if (arg.compare(0, 8, "--param=") == 0) {
-      setting = arg.substr(8);
-    } else if (arg == "--messages=json") {
-      jsonMessages = true;
-      continue;
-    } else if (arg == "--messages=text") {
-      jsonMessages = false;
-      continue;
-    } else if (arg == "--debug") {
-      if (i + 1 >= args.size()) {
-        error = "--debug needs a scope, such as board.parse";
-        return false;
-      }
-      ComMsgMgr::enableScope(args[++i]);
-      continue;
-    } else if (std::find(extraFlags.begin(), extraFlags.end(), arg) != extraFlags.end()) {
-      flags.push_back(arg);
-      continue;
-    } else if (arg == "--") {
-      positional.insert(positional.end(), args.begin() + i + 1, args.end());
-      return true;
-    } else if (arg.size() > 1 && arg[0] == '-') {
-      error = "unknown option '" + arg + "'";
-      return false;
-    } else {
-      positional.push_back(arg);
-      continue;
-    }
-    std::string::size_type eq = setting.find('=');
-    if (eq == std::string::npos || eq == 0) {
-      error = "--param takes NAME=VALUE, not '" + setting + "'";
-      return false;
-    }
-    if (!params.setValue(setting.substr(0, eq), setting.substr(eq + 1), &error))
-      return false;
-  }
-  return true;
-}
-
-bool CommonOptions::hasFlag(const std::string &flag) const {
-  return std::find(flags.begin(), flags.end(), flag) != flags.end();
 }
 
 class MessageOutput::Sink : public ComMsgSink {
@@ -126,7 +70,7 @@ void MessageOutput::resetCounts() { m_sink->errors = m_sink->warnings = 0; }
 
 int usageError(const Command &command, const std::string &text) {
   std::cerr << "boardtool " << command.name << ": " << text << "\n"
-            << "usage: " << command.usage << "\n"
+            << "usage: " << usageLine(command) << "\n"
             << "Run 'boardtool " << command.name << " --help' for details.\n";
   return Usage;
 }

@@ -1,5 +1,5 @@
-// What every boardtool command shares: the options common to all commands,
-// message output as text or JSON, and JSON writing.
+// What every boardtool command shares: its record, message output as text
+// or JSON, JSON writing and usage errors.
 #ifndef BOARDLIB_TOOLS_TOOLSUPPORT_H
 #define BOARDLIB_TOOLS_TOOLSUPPORT_H
 
@@ -14,29 +14,30 @@ namespace boardtool {
 /// Exit codes of every command.
 enum ExitCode { Success = 0, Failure = 1, Usage = 2 };
 
-/// A command of the table: its name, a one-line summary, its usage line,
-/// the text that --help shows under it, and the function that runs it with
-/// the arguments after the command's name (--help is handled before it).
-struct Command {
-  const char *name;
-  const char *summary;
-  const char *usage;
-  const char *help;
-  int (*run)(const std::vector<std::string> &args);
+class Arguments;
+
+/// Where a command's options may stand among its operands.
+enum class OptionPlace {
+  Anywhere,
+  /// Only before the first operand: the words after it belong to it (a
+  /// script's arguments).
+  BeforeOperands,
 };
 
-/// Options that every command takes. parse() consumes them from \p args and
-/// leaves the rest in order.
-struct CommonOptions {
-  bool jsonMessages = false;
-  std::vector<std::string> positional;
-
-  /// False, with \p error set, for a malformed or unknown option.
-  bool parse(const std::vector<std::string> &args, std::string &error,
-             const std::vector<std::string> &extraFlags = {});
-  /// Flags of \p extraFlags that were given.
-  std::vector<std::string> flags;
-  bool hasFlag(const std::string &flag) const;
+/// A command of the table: its name, its bit in the option table
+/// (Options.h), a one-line summary, the operands that end its usage line,
+/// the text that --help shows above its options and the one below them, and
+/// the function that runs it with its parsed arguments (--help is handled
+/// before it).
+struct Command {
+  const char *name;
+  unsigned bit;
+  const char *summary;
+  const char *operands;
+  const char *about;
+  const char *notes;
+  OptionPlace optionPlace;
+  int (*run)(const Arguments &args);
 };
 
 /// Takes every message while a command runs: prints it to standard error

@@ -47,10 +47,14 @@ int main(int argc, char **argv) {
     std::vector<std::string> args(argv + 2, argv + argc);
     for (const std::string &a : args)
       if (a == "--help" || a == "-h") {
-        std::cout << "usage: " << c->usage << "\n\n" << c->help;
+        std::cout << boardtool::helpText(*c);
         return boardtool::Success;
       }
-    return c->run(args);
+    boardtool::Arguments parsed;
+    std::string error;
+    if (!boardtool::parseArguments(*c, args, parsed, error))
+      return boardtool::usageError(*c, error);
+    return c->run(parsed);
   }
   std::cerr << "boardtool: unknown command '" << name << "'\n";
   printHelp(std::cerr);
