@@ -8,36 +8,20 @@
 #include "HUTFile.h"
 #include "HUTTrace.h"
 
-HBOBoardParser::HBOBoardParser() = default;
+HBOBoardParser::HBOBoardParser()
+    : m_dtd(m_ctx), m_validator(m_ctx), m_presets(m_ctx, m_dtd), m_header(m_ctx, m_presets),
+      m_pinFiles(m_ctx, m_dtd), m_interfaces(m_ctx, m_validator),
+      m_components(m_ctx, m_pinFiles, m_interfaces, m_validator), m_connections(m_ctx, m_pinFiles),
+      m_powerRails(m_ctx), m_dataProps(m_ctx) {}
 
 HBOBoardParser::~HBOBoardParser() = default;
-
-void HBOBoardParser::queueFinding(const std::string &text, bool tellOnly) {
-  queueFinding(m_board ? m_board->getBoardFile() : std::string(), text, tellOnly);
-}
-
-void HBOBoardParser::queueFinding(const std::string &file, const std::string &text,
-                                  bool tellOnly) {
-  queueMsg(tellOnly, ComMsg::Warning, "@49-69@%s%s", file, text);
-}
-
-bool HBOBoardParser::iterateMessages(bool send) {
-  bool passed = true;
-  for (const auto &entry : m_messages) {
-    if (!entry.second)
-      passed = false;
-    if (send)
-      ComMsgMgr::sendMessage(entry.first);
-  }
-  return passed;
-}
 
 void HBOBoardParser::tellQueue_(bool send) {
   iterateMessages(send);
   if (send || !ComMsgMgr::hasScope("board.parse"))
     return;
   // A silent read keeps its findings to itself; whoever debugs it sees them.
-  for (const auto &entry : m_messages)
+  for (const auto &entry : m_ctx.messages)
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "queued%s: %s",
                              entry.second ? "" : " (fails the read)",
                              entry.first.format().c_str());
@@ -50,15 +34,8 @@ bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, boo
   HUTTraceScope trace("HBOBoardParser::parseFile", "fileName", fileName);
 
   if (const HPAParam *param = HPAParamMgr::getParamMgr().findParam("board.enable2020Checks"))
-    m_strictChecks = param->getValueAsBool();
-  m_sendMessages = validate;
-  m_validate = validate;
-  m_portPropsToSkip.clear();
-  m_interfaceNames.clear();
-  m_portRecords.clear();
-  m_parsed = parsed;
-  m_schemaDir = schemaDir;
-  m_messages.clear();
+    m_ctx.strictChecks = param->getValueAsBool();
+  m_ctx.reset(validate, schemaDir, parsed);
 
   HUTFile::Status status = HUTFile::status(fileName);
   if (status == HUTFile::Status::NotFound || status == HUTFile::Status::Error) {
@@ -66,46 +43,46 @@ bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, boo
     return false;
   }
 
-  m_board = board;
+  m_ctx.board = board;
   std::string errorText;
   try {
     bool result = parse(fileName) && iterateMessages(false);
-    m_schemaDir.clear();
+    m_ctx.schemaDir.clear();
     // The one point at which queued messages reach the user.
-    tellQueue_(m_sendMessages);
+    tellQueue_(m_ctx.sendMessages);
     if (result) {
-      m_board = nullptr;
+      m_ctx.board = nullptr;
       return true;
     }
   } catch (const HEXError &e) {
-    if (m_sendMessages)
+    if (m_ctx.sendMessages)
       ComMsgMgr::sendMessage(e.getMessage());
-    tellQueue_(m_sendMessages);
+    tellQueue_(m_ctx.sendMessages);
   } catch (const std::exception &e) {
-    if (m_sendMessages)
+    if (m_ctx.sendMessages)
       errorText = e.what();
-    tellQueue_(m_sendMessages);
+    tellQueue_(m_ctx.sendMessages);
   } catch (const std::string &e) {
-    if (m_sendMessages)
+    if (m_ctx.sendMessages)
       errorText = e;
-    tellQueue_(m_sendMessages);
+    tellQueue_(m_ctx.sendMessages);
   } catch (...) {
-    tellQueue_(m_sendMessages);
+    tellQueue_(m_ctx.sendMessages);
   }
-  m_schemaDir.clear();
+  m_ctx.schemaDir.clear();
   ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-56@%s%s", fileName,
                      errorText.empty() ? std::string() : ", " + errorText);
-  m_board = nullptr;
+  m_ctx.board = nullptr;
   return false;
 }
 
 bool HBOBoardParser::parse(const std::string &fileName) {
-  if (!m_board)
+  if (!m_ctx.board)
     return false;
   // An empty name is no error: parseFile's status test stands in front.
   if (fileName.empty())
     return true;
-  if (m_validate && !isValidXML(fileName, "board"))
+  if (m_ctx.validate && !m_dtd.isValidXML(fileName, "board"))
     return false;
 
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(fileName);
@@ -114,51 +91,51 @@ bool HBOBoardParser::parse(const std::string &fileName) {
   std::string schema = root->getAttribute("schema_version");
   // The file entry sets the version before it hands the file over; a caller
   // that comes here directly, such as a checking tool, gets it from the file.
-  if (m_board->getBoardSchemaVersion().empty())
-    m_board->setBoardSchemaVersion(schema);
+  if (m_ctx.board->getBoardSchemaVersion().empty())
+    m_ctx.board->setBoardSchemaVersion(schema);
   if (HBOBoardUtils::isEqualOrGreater(schema, "2.2"))
-    m_strictChecks = true;
-  if (m_strictChecks)
+    m_ctx.strictChecks = true;
+  if (m_ctx.strictChecks)
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                              "HBOBoardParser: 2020.1 DRC checks enabled for '%s'\n",
                              fileName.c_str());
 
-  m_board->setBoardFile(fileName);
+  m_ctx.board->setBoardFile(fileName);
   std::string changeLog =
       HUTFile::parentPath(fileName) + HBOBoardUtils::getDirSeparator() + "changelog.txt";
   if (HUTFile::exists(changeLog))
-    m_board->setChangeLogFilename(changeLog);
+    m_ctx.board->setChangeLogFilename(changeLog);
 
   // The order matters: each step may rely on what the ones before it read.
   std::string error;
-  if (!readVlnv(root, error))
+  if (!m_header.readVlnv(root, error))
     return false;
-  if (!readBoardParameters(root, error))
+  if (!m_header.readBoardParameters(root, error))
     return false;
-  if (!readBoardJumpers(root, error))
+  if (!m_header.readBoardJumpers(root, error))
     return false;
-  if (!readPowerRails(*root, error))
+  if (!m_powerRails.readPowerRails(*root, error))
     return false;
-  if (!readDataProperties(root, error, nullptr))
+  if (!m_dataProps.readDataProperties(root, error, nullptr))
     return false;
-  if (!readComponents(root, error))
+  if (!m_components.readComponents(root, error))
     return false;
-  if (!readJtagChains(root, error))
+  if (!m_header.readJtagChains(root, error))
     return false;
-  if (!readIpAssociatedInterfaces(root, error))
+  if (!m_presets.readIpAssociatedInterfaces(root, error))
     return false;
-  if (!readParamTable(root, error))
+  if (!m_header.readParamTable(root, error))
     return false;
-  if (!readConnections(root, error))
+  if (!m_connections.readConnections(root, error))
     return false;
-  m_board->updateEnablement();
-  if (!validateNecessaryParameters())
+  m_ctx.board->updateEnablement();
+  if (!m_validator.validateNecessaryParameters())
     return false;
-  if (!validateOfComponent())
+  if (!m_validator.validateOfComponent())
     return false;
-  if (!readConnectedBoards(root, error))
+  if (!m_header.readConnectedBoards(root, error))
     return false;
-  if (!validatePostParse())
+  if (!m_validator.validatePostParse())
     return false;
   return true;
 }

@@ -1,12 +1,15 @@
 // The rules that decide whether what was read may stand. A rule queues its
 // finding and the next rule still runs, so that a file's faults are told
 // together.
-#include "HBOBoardParser.h"
+#include "HBOBoardValidator.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
 #include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
 #include "HBOComponentMode.h"
+#include "HBOModelPort.h"
+#include "HBOParseContext.h"
 #include "HSTStringUtils.h"
 
 #include <boost/format.hpp>
@@ -22,15 +25,31 @@ bool isOneOf(const std::string &value, std::initializer_list<const char *> words
   return false;
 }
 
+// The findings of one validator: each rule's text is queued at once as
+// "@49-69@", and the validator passes when no rule made one.
+class Findings {
+public:
+  explicit Findings(HBOParseContext &ctx) : m_ctx(ctx) {}
+  void operator()(const std::string &text) {
+    m_last = text;
+    m_ctx.queueFinding(text);
+  }
+  bool none() const { return m_last.empty(); }
+
+private:
+  HBOParseContext &m_ctx;
+  std::string m_last;
+};
+
 } // namespace
 
-bool HBOBoardParser::validateComponent(HBOBoardComponent *component) {
+bool HBOBoardValidator::validateComponent(HBOBoardComponent *component) {
   if (!component)
     return false;
   const std::string &name = component->getName();
   const std::string &type = component->getType();
   const std::string &subType = component->getSubType();
-  Findings rule(*this);
+  Findings rule(m_ctx);
 
   if (name.empty())
     rule("Component name cannot be empty.\n");
@@ -59,8 +78,96 @@ bool HBOBoardParser::validateComponent(HBOBoardComponent *component) {
   return rule.none();
 }
 
-bool HBOBoardParser::validateNecessaryParameters() {
-  HBOBoardComponent *active = m_board->getActivePart();
+bool HBOBoardValidator::validateInterface(HBOBusIf *interface) {
+  if (!interface)
+    return false;
+  const std::string &name = interface->getName();
+  const std::string mode = interface->getInterfaceMode();
+  Findings rule(m_ctx);
+  if (name.empty())
+    rule("Component name cannot be empty.");
+  if (mode.empty())
+    rule("Component Mode cannot be empty for interface '" + name + "'.");
+  if (interface->getOfComponent().empty())
+    rule("Component OfComponent cannot be empty for interface '" + name + "'.");
+  if (!HSTStringUtils::iequals(mode, "master") && !HSTStringUtils::iequals(mode, "slave"))
+    rule("Component Mode should be master or slave for interface '" + name + "'.");
+  return rule.none();
+}
+
+bool HBOBoardValidator::validatePort(HBOModelPort *port, std::string ofComponent,
+                                     std::string interfaceName) {
+  if (!port)
+    return false;
+  const std::string &name = port->getName();
+  std::string dir;
+  port->getPortDir(dir);
+  Findings rule(m_ctx);
+  if (name.empty())
+    rule("Port name cannot be empty.");
+  if (dir.empty())
+    rule("Port direction cannot be empty for '" + name + "'.");
+  if (!HSTStringUtils::iequals(dir, "in") && !HSTStringUtils::iequals(dir, "out") &&
+      !HSTStringUtils::iequals(dir, "inout"))
+    rule("Port direction should be in/out/inout for '" + name + "'.");
+  bool isVector = false;
+  port->isPortOfTypeVec(isVector);
+  if (isVector) {
+    int left = -1, right = -1;
+    port->getPortVecLeft(left);
+    port->getPortVecRight(right);
+    if (left == right)
+      rule("Port left and right cannot be same for '" + name + "'.");
+  }
+
+  ofComponent = HSTStringUtils::trim(ofComponent);
+  interfaceName = HSTStringUtils::trim(interfaceName);
+  const std::string portName = HSTStringUtils::trim(name);
+  // A record's second field is an interface name: a port is held against the
+  // interfaces of the other components, never against their ports. The
+  // finding is only ever told, so a read that tells nothing skips the walk,
+  // which grows with the square of the ports.
+  if (m_ctx.strictChecks && m_ctx.sendMessages) {
+    for (const auto &entry : m_ctx.portRecords) {
+      if (entry.first == ofComponent)
+        continue;
+      for (const std::string &record : entry.second) {
+        std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
+        if (fields.size() < 2 || fields[1] != portName)
+          continue;
+        m_ctx.queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
+                       m_ctx.board ? m_ctx.board->getBoardFile() : std::string(), fields[0]);
+      }
+    }
+  }
+
+  if (!rule.none())
+    return false;
+  HBOBusIf *owner = port->getOwner();
+  HBOBoardComponent *component = owner ? owner->getOwnerComponent() : nullptr;
+  const std::string componentName = component ? component->getComponentName() : std::string();
+  m_ctx.portRecords[ofComponent].insert(componentName + ":" + interfaceName + ":" + portName);
+  return true;
+}
+
+bool HBOBoardValidator::validatePreferredIP(HBOBusIfPreference *preference) {
+  if (!preference)
+    return false;
+  const std::string &name = preference->getName();
+  Findings rule(m_ctx);
+  if (preference->getVendor().empty())
+    rule("Vendor cannot be empty in preferred_ip '" + name + "'.");
+  if (preference->getLibrary().empty())
+    rule("Library cannot be empty in preferred_ip '" + name + "'.");
+  if (name.empty())
+    rule("IP Name cannot be empty  in preferred_ip '" + name + "'.");
+  if (preference->getOrder() < 0)
+    rule("Order cannot be less than zero  in preferred_ip '" + name + "'.");
+  return rule.none();
+}
+
+bool HBOBoardValidator::validateNecessaryParameters() {
+  HBOBoardComponent *active = m_ctx.board->getActivePart();
   if (!active)
     return true;
   std::vector<HBOBusIf *> interfaces;
@@ -77,49 +184,49 @@ bool HBOBoardParser::validateNecessaryParameters() {
         frequencyFound = true;
       if (!frequencyFound)
         ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-153@%s%s", intf->getName(),
-                           m_board->getBoardFile());
+                           m_ctx.board->getBoardFile());
     } else if (HSTStringUtils::iequals(vlnv, "quarnel-ip:signal:reset_rtl:1.0") &&
                HSTStringUtils::iequals(intf->getInterfaceMode(), "slave")) {
       resetSlaveSeen = true;
       if (intf->getParamValue("rst_polarity", value))
         polarityFound = true;
       if (!polarityFound)
-        queueFinding("Polarity Parameter not provided for '" + intf->getName() + "'.");
+        m_ctx.queueFinding("Polarity Parameter not provided for '" + intf->getName() + "'.");
     }
   }
   return !resetSlaveSeen || polarityFound;
 }
 
-bool HBOBoardParser::validateOfComponent() {
-  HBOBoardComponent *active = m_board->getActivePart();
+bool HBOBoardValidator::validateOfComponent() {
+  HBOBoardComponent *active = m_ctx.board->getActivePart();
   if (!active)
     return true;
   std::vector<HBOBusIf *> interfaces;
   active->getBusIfSeq(interfaces, true);
   std::string text;
   for (HBOBusIf *intf : interfaces) {
-    if (m_board->getCompByName(intf->getOfComponent()))
+    if (m_ctx.board->getCompByName(intf->getOfComponent()))
       continue;
     text = "Component " + intf->getOfComponent() + " provided for interface " + intf->getName() +
            " is not found in list of components on the board.";
-    queueFinding(text);
+    m_ctx.queueFinding(text);
   }
   return text.empty();
 }
 
-bool HBOBoardParser::validatePostParse() const {
-  if (!m_strictChecks)
+bool HBOBoardValidator::validatePostParse() const {
+  if (!m_ctx.strictChecks)
     return true;
-  HBOBoardParser *self = const_cast<HBOBoardParser *>(this);
   std::vector<std::string> revisions;
-  m_board->getCompatibleBoardRevisionsAsVec(revisions);
+  m_ctx.board->getCompatibleBoardRevisionsAsVec(revisions);
   if (revisions.empty())
-    self->queueFinding("No compatible boards were defined in a compatible_board_revisions element.");
+    m_ctx.queueFinding(
+        "No compatible boards were defined in a compatible_board_revisions element.");
 
-  HBOBoardComponent *active = m_board->getActivePart();
+  HBOBoardComponent *active = m_ctx.board->getActivePart();
   std::set<std::string> usedByModes;
   std::vector<HBOBoardComponent *> components;
-  m_board->getBoardComponentsVec(components);
+  m_ctx.board->getBoardComponentsVec(components);
   for (HBOBoardComponent *component : components) {
     std::vector<HBOComponentMode *> modes;
     component->getComponentModes(modes);
@@ -129,9 +236,9 @@ bool HBOBoardParser::validatePostParse() const {
       for (const auto &entry : entries) {
         const std::string &intfName = entry.second.first;
         usedByModes.insert(intfName);
-        if (!m_interfaceNames.count(intfName) && m_sendMessages)
-          self->queueMsg(true, ComMsg::Warning, "@49-148@%s%s%s", component->getName(), intfName,
-                         m_board->getBoardFile());
+        if (!m_ctx.interfaceNames.count(intfName) && m_ctx.sendMessages)
+          m_ctx.queueMsg(true, ComMsg::Warning, "@49-148@%s%s%s", component->getName(), intfName,
+                         m_ctx.board->getBoardFile());
       }
     }
     if (!modes.empty() || component->getSubType().empty() ||
@@ -141,7 +248,7 @@ bool HBOBoardParser::validatePostParse() const {
     std::vector<HBOBusIf *> interfaces;
     active->getBusIfSeq(interfaces, true);
     for (HBOBusIf *intf : interfaces) {
-      if (m_board->getCompByName(intf->getOfComponent()) != component)
+      if (m_ctx.board->getCompByName(intf->getOfComponent()) != component)
         continue;
       const std::string &intfName = intf->getName();
       if (usedByModes.count(intfName))
@@ -152,9 +259,9 @@ bool HBOBoardParser::validatePostParse() const {
       mode->setOwnerComponent(component);
       mode->addInterface(0, std::make_pair(intfName, false));
       component->addComponentMode(mode);
-      if (m_sendMessages)
+      if (m_ctx.sendMessages)
         ComMsgMgr::sendMsg("board", ComMsg::Info, "@49-149@%s%s%s%s", component->getName(),
-                           m_board->getBoardFile(), intfName, intfName);
+                           m_ctx.board->getBoardFile(), intfName, intfName);
     }
   }
   return true;

@@ -1,16 +1,20 @@
 // The reader of the components element: each component with its
 // parameters, images, drivers, mux positions, pins and design constraints.
-#include "HBOBoardParser.h"
+#include "HBOComponentReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardCompMuxPosition.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardComponentDriver.h"
 #include "HBOBoardUtils.h"
+#include "HBOBoardValidator.h"
 #include "HBOBusIf.h"
 #include "HBOComponentMode.h"
 #include "HBOImage.h"
+#include "HBOInterfaceReader.h"
 #include "HBOParameter.h"
+#include "HBOParseContext.h"
+#include "HBOPinFileReader.h"
 #include "HBOPinProps.h"
 #include "HPAParamMgr.h"
 #include "HSTStringUtils.h"
@@ -41,8 +45,7 @@ std::vector<std::string> splitCommas(const std::string &text) {
   }
 }
 
-} // namespace
-
+// The set of pin properties that a board does not carry.
 std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &boardName) {
   static const std::unordered_map<std::string, std::unordered_set<std::string>>
       propNamesToSkipByVlnv = {
@@ -65,8 +68,10 @@ std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &board
   return it == propNamesToSkipByVlnv.end() ? std::unordered_set<std::string>() : it->second;
 }
 
-bool HBOBoardParser::readComponents(HXMLWElement *root, std::string &errorText) {
-  m_portPropsToSkip = getPortPropNamesToSkip_(m_board->getName());
+} // namespace
+
+bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorText) {
+  m_ctx.portPropsToSkip = getPortPropNamesToSkip_(m_ctx.board->getName());
   if (!root) {
     errorText = "Root XML element is NULL";
     return false;
@@ -79,15 +84,15 @@ bool HBOBoardParser::readComponents(HXMLWElement *root, std::string &errorText) 
       std::unique_ptr<HBOBoardComponent> component(new HBOBoardComponent());
       if (!readComponentDetails(&element, component.get()))
         return false;
-      if (!validateComponent(component.get()))
+      if (!m_validator.validateComponent(component.get()))
         return false;
-      m_board->addBoardComponent(component.release());
+      m_ctx.board->addBoardComponent(component.release());
     }
   }
   return true;
 }
 
-bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardComponent *component) {
+bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardComponent *component) {
   if (!element)
     return false;
   std::string name = element->getAttribute("name");
@@ -100,11 +105,11 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
   std::string vendor = element->getAttribute("vendor");
   std::string specUrl = element->getAttribute("spec_url");
   std::string connectedTo = element->getAttribute("connected_to");
-  component->setBoard(m_board);
+  component->setBoard(m_ctx.board);
 
   name = HSTStringUtils::toLower(name);
-  std::string fullName = m_board->getVendor() + ":" + m_board->getBoardName() + ":" + name + ":" +
-                         m_board->getVersion();
+  std::string fullName = m_ctx.board->getVendor() + ":" + m_ctx.board->getBoardName() + ":" + name +
+                         ":" + m_ctx.board->getVersion();
   component->setName(fullName);
   component->setDisplayName(displayName);
   component->setConnectedToLogicStr(connectedTo.empty() ? std::string("PL") : connectedTo);
@@ -116,22 +121,22 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
   component->setPinMapFile(pinMapFile);
   component->setVendorName(vendor);
   component->setSpecUrl(specUrl);
-  component->setDescription(m_board->getDescription());
+  component->setDescription(m_ctx.board->getDescription());
   component->setRtlFileParseStatus(true);
-  component->setLongDesc(m_board->getDescription());
+  component->setLongDesc(m_ctx.board->getDescription());
 
   // Exactly "fpga": a component typed "FPGA" passes validation but carries
   // no part for the board.
   if (type == "fpga") {
-    m_board->setActivePart(component);
-    m_board->setPartString(partName);
+    m_ctx.board->setActivePart(component);
+    m_ctx.board->setPartString(partName);
   }
 
   if (!pinMapFile.empty()) {
     std::map<std::string, HBOPinProps *> pins;
     std::vector<HBODesignConstr> constrs;
     try {
-      parsePinFile(pinMapFile, pins, constrs);
+      m_pinFiles.parsePinFile(pinMapFile, pins, constrs);
     } catch (...) {
       for (auto &entry : pins)
         delete entry.second;
@@ -145,7 +150,7 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
   }
 
   const std::string boardDir =
-      HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
+      HUTFile::parentPath(m_ctx.board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
   for (HXMLWElement &child : element->getChildren()) {
     if (child.isTag("description")) {
       component->setDescription(child.getText());
@@ -160,7 +165,7 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
     } else if (child.isTag("drivers")) {
       for (HXMLWElement &d : child.getChildren()) {
         std::unique_ptr<HBOBoardComponentDriver> driver(new HBOBoardComponentDriver());
-        driver->setDriverPath(HUTFile::parentPath(m_board->getBoardFile()));
+        driver->setDriverPath(HUTFile::parentPath(m_ctx.board->getBoardFile()));
         driver->setName(d.getAttribute("name"));
         driver->setVersion(d.getAttribute("version"));
         driver->setVendor(d.getAttribute("vendor"));
@@ -208,7 +213,8 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
         HXMLWElement &pos = positions[i];
         std::string target = pos.getAttribute("component");
         std::string id = pos.getAttribute("id");
-        int number = id.empty() ? static_cast<int>(i) : convert2NonNegativeInteger(id, "position id");
+        int number =
+            id.empty() ? static_cast<int>(i) : m_ctx.convert2NonNegativeInteger(id, "position id");
         HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
         record->setPosition(number);
         record->setComponent(target);
@@ -229,10 +235,10 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
     } else if (child.isTag("pins")) {
       for (HXMLWElement &p : child.getChildren()) {
         std::string pinName = p.getAttribute("name");
-        int index = convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
+        int index = m_ctx.convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
         if (HBOPinProps *existing = component->getPinByIndex(index)) {
-          queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
-                   pinName, component->getComponentName());
+          m_ctx.queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
+                         pinName, component->getComponentName());
           continue;
         }
         HBOPinProps *pin = new HBOPinProps();
@@ -240,7 +246,7 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
         pin->setPinIndex(index);
         pin->setPinLoc(p.getAttribute("loc"));
         for (const std::string &prop : HBOPinProps::getPortPropNames())
-          if (!m_portPropsToSkip.count(prop))
+          if (!m_ctx.portPropsToSkip.count(prop))
             pin->setPortProp(prop, p.getAttribute(prop));
         component->addPin(pin);
       }
@@ -256,7 +262,7 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
         mode->setOwnerComponent(component);
         // A mode whose reading stopped early is kept as far as it got.
         try {
-          readComponentModeDetails(&m, mode);
+          m_interfaces.readComponentModeDetails(&m, mode);
         } catch (...) {
           delete mode;
           throw;
@@ -271,96 +277,29 @@ bool HBOBoardParser::readComponentDetails(HXMLWElement *element, HBOBoardCompone
   return true;
 }
 
-bool HBOBoardParser::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {
+bool HBOComponentReader::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {
   std::set<std::string> namesSeen, mastersSeen;
   for (HXMLWElement &child : element.getChildren()) {
     std::unique_ptr<HBOBusIf> intf(new HBOBusIf());
     intf->setOwnerComponent(component);
-    bool read = readInterfacesDetails(&child, intf.get());
+    bool read = m_interfaces.readInterfacesDetails(&child, intf.get());
     std::string name = intf->getName();
-    if (!namesSeen.insert(name).second && m_strictChecks && m_sendMessages)
-      queueMsg(false, ComMsg::Warning, "@49-146@%s", name);
+    if (!namesSeen.insert(name).second && m_ctx.strictChecks && m_ctx.sendMessages)
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-146@%s", name);
     std::string value;
     if (intf->getParamValue("is_gt_flow_interface_master", value) &&
         HSTStringUtils::toLower(value) == "true")
       mastersSeen.insert(name);
     // A master must stand before the interfaces that name it.
     if (intf->getParamValue("gt_flow_interface_master_name", value) && !mastersSeen.count(value))
-      queueMsg(false, ComMsg::Warning, "@49-145@%s", name);
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-145@%s", name);
     if (!read)
       return false;
-    if (!validateInterface(intf.get()))
+    if (!m_validator.validateInterface(intf.get()))
       return false;
     HBOBusIf *raw = intf.release();
     component->setBusIf(name, raw);
-    m_interfaceNames.insert(name);
-  }
-  return true;
-}
-
-bool parseDesignConstrs_(HXMLWElement &element, std::string const &boardFile,
-                         HBOBoardParser const &parser, std::vector<HBODesignConstr> &constrs,
-                         HBOMessageQueue &messages) {
-  if (element.isNull())
-    return false;
-  std::string partName = element.getAttribute("part_name");
-  (void)partName;
-  // Bank numbers are held to the strict form whatever the schema.
-  const HBOBoardParser &conv = parser;
-  auto finding = [&](const std::string &text) {
-    ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-69@%s%s");
-    msg.arg(boardFile).arg(text);
-    messages.emplace_back(std::move(msg), false);
-  };
-  for (HXMLWElement &child : element.getChildren()) {
-    if (child.isTag("dci_cascade")) {
-      HBOBoardComponent::DciCascadeConstr constr;
-      constr.masterBank = conv.convert2NonNegativeInteger(child.getAttribute("master_bank_id"),
-                                                          "dci_cascade master attribute");
-      std::string slaves = child.getAttribute("slave_bank_ids");
-      if (slaves.empty())
-        finding("No \"slaves_ids\" attribute specified for dci_cascade.");
-      bool bad = false;
-      for (const std::string &token : HSTStringUtils::split(slaves, ", \t\r\n\f\v", false)) {
-        std::size_t used = 0;
-        int bank = 0;
-        try {
-          bank = std::stoi(token, &used);
-        } catch (const std::invalid_argument &) {
-          used = 0;
-        }
-        if (used == 0) {
-          finding("Incorrect format for \"slave_ids\" attribute (\"" + slaves +
-                  "\") in dci_cascade. The \"slave_ids\" attribute must be a comma-separated "
-                  "list of integer bank IDs.");
-          bad = true;
-          break;
-        }
-        constr.slaveBanks.push_back(bank);
-      }
-      if (!bad)
-        constrs.push_back(constr);
-    } else if (child.isTag("internal_vref")) {
-      HBOBoardComponent::InternalVrefConstr constr;
-      constr.bank = conv.convert2NonNegativeInteger(child.getAttribute("bank_id"),
-                                                    "internal_vref bank attribute");
-      std::string voltage = child.getAttribute("voltage");
-      float value = 0;
-      bool ok = true;
-      try {
-        std::size_t used = 0;
-        value = std::stof(voltage, &used);
-      } catch (const std::invalid_argument &) {
-        ok = false;
-      }
-      if (!ok || value < 0) {
-        finding("Incorrect format for \"voltage\" attribute (\"" + voltage +
-                "\") in internal_vref. Must be a floating point number.");
-        continue;
-      }
-      constr.voltage = value;
-      constrs.push_back(constr);
-    }
+    m_ctx.interfaceNames.insert(name);
   }
   return true;
 }

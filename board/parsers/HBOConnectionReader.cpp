@@ -1,12 +1,14 @@
 // The reader of the connections element: each connection_map becomes a bus
 // with one net per wired pin pair. Chips and connectors have no pin file, so
 // their pins come into being here, from the index ranges.
-#include "HBOBoardParser.h"
+#include "HBOConnectionReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardBus.h"
 #include "HBOBoardBusNet.h"
 #include "HBOBoardComponent.h"
+#include "HBOParseContext.h"
+#include "HBOPinFileReader.h"
 #include "HBOPinProps.h"
 #include "HSTStringUtils.h"
 #include "HXMLWElement.h"
@@ -64,7 +66,7 @@ std::string enablementText(const HXMLWElement &jumpers) {
 
 } // namespace
 
-bool HBOBoardParser::readConnections(HXMLWElement *root, std::string &error) {
+bool HBOConnectionReader::readConnections(HXMLWElement *root, std::string &error) {
   if (!root) {
     error = "Root XML element is NULL";
     return false;
@@ -81,8 +83,8 @@ bool HBOBoardParser::readConnections(HXMLWElement *root, std::string &error) {
   return true;
 }
 
-bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
-  if (!connection || !m_board)
+bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
+  if (!connection || !m_ctx.board)
     return false;
   const std::string connectionName = connection->getAttribute("name");
   const std::string comp1 = HSTStringUtils::toLower(connection->getAttribute("component1"));
@@ -107,7 +109,7 @@ bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
     bool c2EndSet = child.getAttribute("c2_end_index", c2End);
     // Told, and the map is still read with 0 in place of what is missing.
     if (!c1StartSet || !c1EndSet || !c2StartSet || !c2EndSet)
-      queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_board->getBoardFile(), mapName);
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
 
     const float typicalDelay = readDelay(child, "typical_delay");
     const float minDelay = readDelay(child, "min_delay");
@@ -117,14 +119,14 @@ bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
     bus->setConnectionName(connectionName);
     bus->setComp1(comp1);
     bus->setComp2(comp2);
-    const int c1From = convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
-                                                  "connection_map c1_st_index");
-    const int c1To = convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
-                                                "connection_map c1_end_index");
-    const int c2From = convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
-                                                  "connection_map c2_st_index");
-    const int c2To = convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
-                                                "connection_map c2_end_index");
+    const int c1From = m_ctx.convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
+                                                        "connection_map c1_st_index");
+    const int c1To = m_ctx.convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
+                                                      "connection_map c1_end_index");
+    const int c2From = m_ctx.convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
+                                                        "connection_map c2_st_index");
+    const int c2To = m_ctx.convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
+                                                      "connection_map c2_end_index");
     bus->setName(mapName);
     bus->setDelay(typicalDelay);
     bus->setMinDelay(minDelay);
@@ -138,16 +140,16 @@ bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
     const long long width = static_cast<long long>(c1To) - c1From;
     if (width == static_cast<long long>(c2To) - c2From) {
       if (width >= kMaxBusWidth) {
-        queueFinding("Connection map '" + mapName + "' of connection '" + connectionName +
-                     "' spans " + std::to_string(width + 1) + " pins; at most " +
-                     std::to_string(kMaxBusWidth) + " are supported.");
+        m_ctx.queueFinding("Connection map '" + mapName + "' of connection '" + connectionName +
+                           "' spans " + std::to_string(width + 1) + " pins; at most " +
+                           std::to_string(kMaxBusWidth) + " are supported.");
         return false;
       }
-      createPinsForComponent(comp1, c1From, c1To, connectionName);
-      createPinsForComponent(comp2, c2From, c2To, connectionName);
+      m_pinFiles.createPinsForComponent(comp1, c1From, c1To, connectionName);
+      m_pinFiles.createPinsForComponent(comp2, c2From, c2To, connectionName);
       // A reversed range has a negative width and no nets.
-      HBOBoardComponent *component1 = m_board->findBoardComponent(comp1);
-      HBOBoardComponent *component2 = m_board->findBoardComponent(comp2);
+      HBOBoardComponent *component1 = m_ctx.board->findBoardComponent(comp1);
+      HBOBoardComponent *component2 = m_ctx.board->findBoardComponent(comp2);
       for (long long i = 0; i <= width; ++i) {
         const int c1Index = static_cast<int>(c1From + i);
         const int c2Index = static_cast<int>(c2From + i);
@@ -203,18 +205,18 @@ bool HBOBoardParser::readConnectionDetails(HXMLWElement *connection) {
     if (!validateConnection(bus.get()))
       return false;
     HBOBoardBus *added = bus.release();
-    m_board->addBus(added);
-    added->setOwner(m_board);
+    m_ctx.board->addBus(added);
+    added->setOwner(m_ctx.board);
   }
   return true;
 }
 
-bool HBOBoardParser::validateConnection(HBOBoardBus *bus) {
+bool HBOConnectionReader::validateConnection(HBOBoardBus *bus) {
   if (!bus)
     return false;
   bool valid = true;
   auto fail = [&](const std::string &text) {
-    queueFinding(text);
+    m_ctx.queueFinding(text);
     valid = false;
   };
   if (bus->getConnectionName().empty())

@@ -1,9 +1,10 @@
 // The reader of data_properties: a free-form tree of named groups and
 // values, kept as it stands. Its main use is the operating conditions.
-#include "HBOBoardParser.h"
+#include "HBODataPropsReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardDataProps.h"
+#include "HBOParseContext.h"
 #include "HPAParamMgr.h"
 #include "HXMLWElement.h"
 
@@ -49,13 +50,13 @@ DataMap makeStubData() {
 
 } // namespace
 
-bool HBOBoardParser::readDataProperties(HXMLWElement *root, std::string &error,
-                                        HBOBoardComponent *) {
+bool HBODataPropsReader::readDataProperties(HXMLWElement *root, std::string &error,
+                                            HBOBoardComponent *) {
   if (!root) {
     error = "HBOBoardParser::readBoardDataProperties: Root XML element is NULL";
     return false;
   }
-  if (!m_board) {
+  if (!m_ctx.board) {
     error = "HBOBoardParser::readBoardDataProperties: no board to read into";
     return false;
   }
@@ -74,16 +75,16 @@ bool HBOBoardParser::readDataProperties(HXMLWElement *root, std::string &error,
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.stubData"))
     data = makeStubData();
 
-  m_board->setBoardDataProps(data);
+  m_ctx.board->setBoardDataProps(data);
   if (ComMsgMgr::hasScope("board.dataProps"))
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.dataProps",
                              "HBOBoardParser just read the following data for board %s:\n%s\n",
-                             m_board->getName().c_str(),
-                             m_board->getBoardDataProps().asXmlStr(0).c_str());
+                             m_ctx.board->getName().c_str(),
+                             m_ctx.board->getBoardDataProps().asXmlStr(0).c_str());
   return true;
 }
 
-bool HBOBoardParser::readDataPropGroupsAndProps(HXMLWElement *element, DataMap &out) {
+bool HBODataPropsReader::readDataPropGroupsAndProps(HXMLWElement *element, DataMap &out) {
   if (!element)
     return false;
   // One frame per open group, walked with an explicit stack: the depth comes
@@ -117,10 +118,10 @@ bool HBOBoardParser::readDataPropGroupsAndProps(HXMLWElement *element, DataMap &
     if (!child.isTag("data_property_group"))
       continue;
     if (stack.size() > kMaxDataPropDepth) {
-      queueFinding("The data property group '" + child.getAttribute("name") + "' on line " +
-                   std::to_string(child.getLine()) + " lies deeper than " +
-                   std::to_string(kMaxDataPropDepth) +
-                   " levels of data_property_group. The data properties are not read.");
+      m_ctx.queueFinding("The data property group '" + child.getAttribute("name") + "' on line " +
+                         std::to_string(child.getLine()) + " lies deeper than " +
+                         std::to_string(kMaxDataPropDepth) +
+                         " levels of data_property_group. The data properties are not read.");
       return false;
     }
     // frame is not used below: the push may move it.
@@ -131,7 +132,7 @@ bool HBOBoardParser::readDataPropGroupsAndProps(HXMLWElement *element, DataMap &
   return true;
 }
 
-bool HBOBoardParser::readDataPropGroup(HXMLWElement *element, DataMap &out) {
+bool HBODataPropsReader::readDataPropGroup(HXMLWElement *element, DataMap &out) {
   if (!element)
     return false;
   DataMap group;
@@ -141,7 +142,7 @@ bool HBOBoardParser::readDataPropGroup(HXMLWElement *element, DataMap &out) {
   return true;
 }
 
-bool HBOBoardParser::readDataProp(HXMLWElement *element, DataMap &out) {
+bool HBODataPropsReader::readDataProp(HXMLWElement *element, DataMap &out) {
   if (!element)
     return false;
   out[element->getAttribute("name")] = element->getAttribute("value");

@@ -1,7 +1,8 @@
 // DTD validation of the checking path: a file is held to the DTD of its kind
 // even when it names none, and the parse reads nothing but that DTD.
-#include "HBOBoardParser.h"
+#include "HBODtdValidator.h"
 #include "ComMsgMgr.h"
+#include "HBOParseContext.h"
 #include "HBOSAX2Handler.h"
 #include "HEXError.h"
 #include "HUTEnv.h"
@@ -321,17 +322,17 @@ void initialiseXerces() {
 
 } // namespace
 
-std::string HBOBoardParser::createDoctypeString(const std::string &type) {
+std::string HBODtdValidator::createDoctypeString(const std::string &type) {
   const char *root = rootElementOf(type);
   if (!root) {
     ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-158@%s", type);
     return std::string();
   }
   std::string path;
-  if (!m_schemaDir.empty()) {
-    path = m_schemaDir + "/" + type + ".dtd";
+  if (!m_ctx.schemaDir.empty()) {
+    path = m_ctx.schemaDir + "/" + type + ".dtd";
     if (!HUTFile::exists(path)) {
-      ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-156@%s%s", type, m_schemaDir);
+      ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-156@%s%s", type, m_ctx.schemaDir);
       return std::string();
     }
   } else {
@@ -350,7 +351,7 @@ std::string HBOBoardParser::createDoctypeString(const std::string &type) {
   return std::string("<!DOCTYPE ") + root + " SYSTEM \"" + path + "\">";
 }
 
-bool HBOBoardParser::isValidXML(const std::string &fileName, const std::string &type) {
+bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string &type) {
   // A file that cannot be opened reads as empty, and so has no root line.
   std::ifstream in(fileName, std::ios::in | std::ios::binary);
   std::string buffer;
@@ -379,8 +380,8 @@ bool HBOBoardParser::isValidXML(const std::string &fileName, const std::string &
     buffer += '\n';
   }
 
-  if (hasDoctype && !m_schemaDir.empty())
-    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-155@%s%s", fileName, m_schemaDir);
+  if (hasDoctype && !m_ctx.schemaDir.empty())
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-155@%s%s", fileName, m_ctx.schemaDir);
   if (!hasDoctype && !hasRoot) {
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-162@%s%s", type, fileName);
     return false;
@@ -390,8 +391,8 @@ bool HBOBoardParser::isValidXML(const std::string &fileName, const std::string &
   // directory given, or that of an installation, which the file's own
   // DOCTYPE may prefer to the one given.
   std::vector<std::string> schemaDirs;
-  if (!m_schemaDir.empty())
-    schemaDirs.push_back(m_schemaDir);
+  if (!m_ctx.schemaDir.empty())
+    schemaDirs.push_back(m_ctx.schemaDir);
   for (const std::string &dir : HUTEnv::getZRTDataDirList())
     schemaDirs.push_back(dir + "/boards/board_schemas/current");
 

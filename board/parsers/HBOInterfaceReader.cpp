@@ -1,16 +1,17 @@
 // Readers of what a component offers to a design: its interfaces with their
-// port maps and preferred IPs, and its component modes; with the rules that
-// refuse an interface, a port or a preferred IP.
-#include "HBOBoardParser.h"
+// port maps and preferred IPs, and its component modes.
+#include "HBOInterfaceReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
+#include "HBOBoardValidator.h"
 #include "HBOBusIf.h"
 #include "HBOBusIfPreference.h"
 #include "HBOComponentMode.h"
 #include "HBOIpPreset.h"
 #include "HBOModelPort.h"
 #include "HBOParameter.h"
+#include "HBOParseContext.h"
 #include "HBOPinProps.h"
 #include "HBOPortMap.h"
 #include "HSTStringUtils.h"
@@ -66,8 +67,8 @@ std::unique_ptr<HBOBusIfPreference> makePreference(const PreferredIpAttributes &
 
 } // namespace
 
-bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface) {
-  if (!element || element->isNull() || !interface || !m_board)
+bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface) {
+  if (!element || element->isNull() || !interface || !m_ctx.board)
     return false;
   // The component keeps the model ports; without it they would have no owner.
   HBOBoardComponent *component = interface->getOwnerComponent();
@@ -82,22 +83,22 @@ bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *inte
   interface->setName(name);
   interface->setDisplayName(name);
   interface->setInterfaceMode(mode);
-  interface->setParentBoard(m_board);
+  interface->setParentBoard(m_ctx.board);
   interface->setOfComponent(ofComponent);
   interface->setPresetProcName(presetProc);
 
   if (!presetProc.empty()) {
     // The preset file is read before the components, so every procedure of
     // the board is known by now.
-    const HBOBoard::PresetMap &presets = m_board->getIpPresets();
+    const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
     auto found = presets.find(HSTStringUtils::toUpper(presetProc));
     if (found != presets.end() && !found->second.empty() && found->second.front()) {
       std::string file;
       found->second.front()->getParamValue("CONFIG.XML_INPUT_FILE", file);
       if (!file.empty())
         interface->setPresetFile(file);
-    } else if (m_strictChecks && m_sendMessages) {
-      queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
+    } else if (m_ctx.strictChecks && m_ctx.sendMessages) {
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
     }
   }
 
@@ -108,7 +109,7 @@ bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *inte
     interface->setAbstractTypeName(fields[2]);
     interface->setAbstractTypeVersion(fields[3]);
   } else {
-    queueMsg(false, ComMsg::Warning, "@49-37@%s", name);
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-37@%s", name);
   }
 
   HBOParsedInterface parsed;
@@ -126,20 +127,20 @@ bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *inte
     } else if (child.isTag("preferred_ips")) {
       for (HXMLWElement &entry : child.getChildren()) {
         PreferredIpAttributes ip(entry);
-        if (m_parsed)
-          m_parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
-                                            ip.version);
+        if (m_ctx.parsed)
+          m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
+                                                ip.version);
         std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
         std::string orderStore;
-        int order = convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
-                                               "preferred_ip order");
+        int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+                                                     "preferred_ip order");
         if (ip.hasOrder)
           record->setOrder(order);
         else
-          queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_board->getBoardFile(), ip.name,
-                   type);
-        record->setOwner(m_board);
-        if (!validatePreferredIP(record.get()))
+          m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(),
+                         ip.name, type);
+        record->setOwner(m_ctx.board);
+        if (!m_validator.validatePreferredIP(record.get()))
           return false;
         // With several of order 0 the last one is the preference.
         if (record->getOrder() == 0)
@@ -159,11 +160,11 @@ bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *inte
         HBOModelPort *kept = nullptr;
         if (component->getModelPortByName(kept, raw->getName()) && kept == raw)
           port.release();
-        if (!validatePort(raw, ofComponent, name))
+        if (!m_validator.validatePort(raw, ofComponent, name))
           return false;
         assert(!port && "a port with a name is kept by its component");
         interface->addPort(raw);
-        if (m_parsed)
+        if (m_ctx.parsed)
           parsed.logicalPorts.insert(map->getLogicalPort());
         HBOPortMap *rawMap = map.release();
         interface->populatePortMap(rawMap);
@@ -180,15 +181,15 @@ bool HBOBoardParser::readInterfacesDetails(HXMLWElement *element, HBOBusIf *inte
     }
   }
 
-  if (m_parsed) {
+  if (m_ctx.parsed) {
     parsed.type = type;
-    m_parsed->interfaces.push_back(std::move(parsed));
+    m_ctx.parsed->interfaces.push_back(std::move(parsed));
   }
   return true;
 }
 
-bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *port,
-                                        HBOPortMap *map) {
+bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort *port,
+                                            HBOPortMap *map) {
   if (!element || element->isNull() || !port || !map)
     return false;
   const std::string logicalPort = element->getAttribute("logical_port");
@@ -207,9 +208,9 @@ bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *por
   int left = 0, right = 0;
   if (hasLeft || hasRight) {
     if (hasLeft)
-      left = convert2NonNegativeInteger(leftText.c_str(), "port map left");
+      left = m_ctx.convert2NonNegativeInteger(leftText.c_str(), "port map left");
     if (hasRight)
-      right = convert2NonNegativeInteger(rightText.c_str(), "port map right");
+      right = m_ctx.convert2NonNegativeInteger(rightText.c_str(), "port map right");
     port->setIsVector(true);
     port->setRange(left, right);
   } else {
@@ -228,7 +229,7 @@ bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *por
     int width = 0;
     port->getPortWidth(width);
     if (static_cast<long long>(pinMaps.size()) != width)
-      queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
+      m_ctx.queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
 
     std::map<std::string, std::string> pinOfIndex;
     for (HXMLWElement &pinMap : pinMaps) {
@@ -237,19 +238,19 @@ bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *por
       auto known = pinOfIndex.find(index);
       if (known == pinOfIndex.end())
         pinOfIndex.emplace(index, pinName);
-      else if (m_strictChecks)
-        queueFinding("In the pin_maps for the logical_port '" + logicalPort +
-                     "' and physical port '" + physicalPort + "' the port index '" + index +
-                     "' is used for both '" + known->second + "' and for '" + pinName +
-                     "'. Port index must be unique.");
+      else if (m_ctx.strictChecks)
+        m_ctx.queueFinding("In the pin_maps for the logical_port '" + logicalPort +
+                           "' and physical port '" + physicalPort + "' the port index '" + index +
+                           "' is used for both '" + known->second + "' and for '" + pinName +
+                           "'. Port index must be unique.");
 
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
       if (pin)
         pin->addIntfPortMap(interfaceName, physicalPort);
       else
-        queueFinding("The interface '" + interfaceName + "' uses pin '" + pinName +
-                     "', but no such pin is defined on the owning component '" + componentName +
-                     "'");
+        m_ctx.queueFinding("The interface '" + interfaceName + "' uses pin '" + pinName +
+                           "', but no such pin is defined on the owning component '" +
+                           componentName + "'");
       // A repeated index overwrites the earlier pin, whatever the checks say.
       port->addPinPortMap(index, pinName);
     }
@@ -260,7 +261,7 @@ bool HBOBoardParser::readPortMapDetails(HXMLWElement *element, HBOModelPort *por
   return true;
 }
 
-bool HBOBoardParser::readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode) {
+bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode) {
   if (!element || element->isNull() || !mode)
     return false;
   // Modes are added after reading, so the first one of a component is 0.
@@ -291,24 +292,25 @@ bool HBOBoardParser::readComponentModeDetails(HXMLWElement *element, HBOComponen
         const HXMLWElement &entry = entries[i];
         const std::string order = entry.getAttribute("order");
         // Names are checked against the board's interfaces after the read.
-        int number = order.empty() ? static_cast<int>(i)
-                                   : convert2NonNegativeInteger(order.c_str(), "interface order");
+        int number = order.empty()
+                         ? static_cast<int>(i)
+                         : m_ctx.convert2NonNegativeInteger(order.c_str(), "interface order");
         mode->addInterface(number, std::make_pair(entry.getAttribute("name"),
                                                   isTrueText(entry.getAttribute("optional"))));
       }
     } else if (child.isTag("preferred_ips")) {
       for (HXMLWElement &entry : child.getChildren()) {
         PreferredIpAttributes ip(entry);
-        if (m_parsed)
-          m_parsed->preferredIpVlnvs.insert(ip.vlnvText());
+        if (m_ctx.parsed)
+          m_ctx.parsed->preferredIpVlnvs.insert(ip.vlnvText());
         std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
         std::string orderStore;
-        int order = convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
-                                               "preferred_ip order");
+        int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+                                                     "preferred_ip order");
         if (ip.hasOrder)
           record->setOrder(order);
-        record->setOwner(m_board);
-        if (!validatePreferredIP(record.get()))
+        record->setOwner(m_ctx.board);
+        if (!m_validator.validatePreferredIP(record.get()))
           return false;
         mode->addPreferredIp(record.release());
       }
@@ -329,92 +331,4 @@ bool HBOBoardParser::readComponentModeDetails(HXMLWElement *element, HBOComponen
     }
   }
   return true;
-}
-
-bool HBOBoardParser::validateInterface(HBOBusIf *interface) {
-  if (!interface)
-    return false;
-  const std::string &name = interface->getName();
-  const std::string mode = interface->getInterfaceMode();
-  Findings rule(*this);
-  if (name.empty())
-    rule("Component name cannot be empty.");
-  if (mode.empty())
-    rule("Component Mode cannot be empty for interface '" + name + "'.");
-  if (interface->getOfComponent().empty())
-    rule("Component OfComponent cannot be empty for interface '" + name + "'.");
-  if (!HSTStringUtils::iequals(mode, "master") && !HSTStringUtils::iequals(mode, "slave"))
-    rule("Component Mode should be master or slave for interface '" + name + "'.");
-  return rule.none();
-}
-
-bool HBOBoardParser::validatePort(HBOModelPort *port, std::string ofComponent,
-                                  std::string interfaceName) {
-  if (!port)
-    return false;
-  const std::string &name = port->getName();
-  std::string dir;
-  port->getPortDir(dir);
-  Findings rule(*this);
-  if (name.empty())
-    rule("Port name cannot be empty.");
-  if (dir.empty())
-    rule("Port direction cannot be empty for '" + name + "'.");
-  if (!HSTStringUtils::iequals(dir, "in") && !HSTStringUtils::iequals(dir, "out") &&
-      !HSTStringUtils::iequals(dir, "inout"))
-    rule("Port direction should be in/out/inout for '" + name + "'.");
-  bool isVector = false;
-  port->isPortOfTypeVec(isVector);
-  if (isVector) {
-    int left = -1, right = -1;
-    port->getPortVecLeft(left);
-    port->getPortVecRight(right);
-    if (left == right)
-      rule("Port left and right cannot be same for '" + name + "'.");
-  }
-
-  ofComponent = HSTStringUtils::trim(ofComponent);
-  interfaceName = HSTStringUtils::trim(interfaceName);
-  const std::string portName = HSTStringUtils::trim(name);
-  // A record's second field is an interface name: a port is held against the
-  // interfaces of the other components, never against their ports. The
-  // finding is only ever told, so a read that tells nothing skips the walk,
-  // which grows with the square of the ports.
-  if (m_strictChecks && m_sendMessages) {
-    for (const auto &entry : m_portRecords) {
-      if (entry.first == ofComponent)
-        continue;
-      for (const std::string &record : entry.second) {
-        std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
-        if (fields.size() < 2 || fields[1] != portName)
-          continue;
-        queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
-                 m_board ? m_board->getBoardFile() : std::string(), fields[0]);
-      }
-    }
-  }
-
-  if (!rule.none())
-    return false;
-  HBOBusIf *owner = port->getOwner();
-  HBOBoardComponent *component = owner ? owner->getOwnerComponent() : nullptr;
-  const std::string componentName = component ? component->getComponentName() : std::string();
-  m_portRecords[ofComponent].insert(componentName + ":" + interfaceName + ":" + portName);
-  return true;
-}
-
-bool HBOBoardParser::validatePreferredIP(HBOBusIfPreference *preference) {
-  if (!preference)
-    return false;
-  const std::string &name = preference->getName();
-  Findings rule(*this);
-  if (preference->getVendor().empty())
-    rule("Vendor cannot be empty in preferred_ip '" + name + "'.");
-  if (preference->getLibrary().empty())
-    rule("Library cannot be empty in preferred_ip '" + name + "'.");
-  if (name.empty())
-    rule("IP Name cannot be empty  in preferred_ip '" + name + "'.");
-  if (preference->getOrder() < 0)
-    rule("Order cannot be less than zero  in preferred_ip '" + name + "'.");
-  return rule.none();
 }

@@ -1,10 +1,12 @@
 // The reader of pin files (such as part0_pins.xml), and the making of the
 // pins that a connection uses but no file defines.
-#include "HBOBoardParser.h"
+#include "HBOPinFileReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardUtils.h"
+#include "HBODtdValidator.h"
+#include "HBOParseContext.h"
 #include "HBOPinProps.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
@@ -37,19 +39,12 @@ int portPropSlot(std::string_view name) {
 
 } // namespace
 
-std::string HBOBoardParser::resolveBesideBoard_(const std::string &fileName) const {
-  std::string parent = HUTFile::parentPath(fileName);
-  if (!parent.empty() && parent != ".")
-    return fileName;
-  return HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() + fileName;
-}
-
-bool HBOBoardParser::parsePinFile(const std::string &fileName,
-                                  std::map<std::string, HBOPinProps *> &pins,
-                                  std::vector<HBODesignConstr> &constrs) {
-  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "HBOBoardParser parsing pin file'%s'\n",
-                           fileName.c_str());
-  std::string path = resolveBesideBoard_(fileName);
+bool HBOPinFileReader::parsePinFile(const std::string &fileName,
+                                    std::map<std::string, HBOPinProps *> &pins,
+                                    std::vector<HBODesignConstr> &constrs) {
+  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
+                           "HBOBoardParser parsing pin file'%s'\n", fileName.c_str());
+  std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-55@%s", path);
     return false;
@@ -59,27 +54,29 @@ bool HBOBoardParser::parsePinFile(const std::string &fileName,
   return true;
 }
 
-bool HBOBoardParser::parsePins(const std::string &path, std::map<std::string, HBOPinProps *> &pins,
-                               std::vector<HBODesignConstr> &constrs) {
-  if (m_validate && !isValidXML(path, "part0_pins"))
+bool HBOPinFileReader::parsePins(const std::string &path,
+                                 std::map<std::string, HBOPinProps *> &pins,
+                                 std::vector<HBODesignConstr> &constrs) {
+  if (m_ctx.validate && !m_dtd.isValidXML(path, "part0_pins"))
     return false;
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
   HXMLWElement *root = doc->getRootElement();
 
   std::string filePart = HSTStringUtils::toLower(root->getAttribute("part_name"));
-  std::string boardPart = HSTStringUtils::toLower(m_board->getPartString());
-  if (!filePart.empty() && !boardPart.empty() && filePart != boardPart && m_strictChecks &&
-      m_sendMessages)
-    queueMsg(false, ComMsg::Warning, "@49-147@%s%s%s", filePart, path, m_board->getPartString());
+  std::string boardPart = HSTStringUtils::toLower(m_ctx.board->getPartString());
+  if (!filePart.empty() && !boardPart.empty() && filePart != boardPart && m_ctx.strictChecks &&
+      m_ctx.sendMessages)
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-147@%s%s%s", filePart, path,
+                   m_ctx.board->getPartString());
 
   const std::vector<std::string> &propNames = HBOPinProps::getPortPropNames();
   std::vector<bool> readProp(propNames.size());
   for (std::size_t i = 0; i < propNames.size(); ++i)
-    readProp[i] = !m_portPropsToSkip.count(propNames[i]);
+    readProp[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
 
   for (HXMLWElement &child : root->getChildren()) {
     if (child.isTag("design_constrs")) {
-      parseDesignConstrs_(child, path, *this, constrs, m_messages);
+      parseDesignConstrs_(child, path, constrs);
       continue;
     }
     if (!child.isTag("pins"))
@@ -109,34 +106,37 @@ bool HBOBoardParser::parsePins(const std::string &path, std::map<std::string, HB
       });
 
       if (!index) {
-        queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, name);
+        m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, name);
       } else {
         auto known = nameOfIndex.find(index);
         if (known == nameOfIndex.end())
           nameOfIndex.emplace(index, name);
-        else if (m_strictChecks)
-          queueFinding(path,
-                       std::string("The pin index '") + index + "' is used for both '" +
-                           known->second + "' and for '" + name + "'. Pin index must be unique.",
-                       false);
+        else if (m_ctx.strictChecks)
+          m_ctx.queueFinding(path,
+                             std::string("The pin index '") + index + "' is used for both '" +
+                                 known->second + "' and for '" + name +
+                                 "'. Pin index must be unique.",
+                             false);
       }
       if (loc.empty()) {
-        queueFinding(path, "Location constraints are not provided for '" + name + "'.", false);
+        m_ctx.queueFinding(path, "Location constraints are not provided for '" + name + "'.",
+                           false);
       } else {
         std::string indexText = index ? index : "";
         auto known = indexOfLoc.find(loc);
         if (known == indexOfLoc.end())
           indexOfLoc.emplace(loc, indexText);
-        else if (m_strictChecks)
-          queueFinding(path, "The pin index '" + indexText + "' and '" + known->second +
+        else if (m_ctx.strictChecks)
+          m_ctx.queueFinding(path,
+                             "The pin index '" + indexText + "' and '" + known->second +
                                  "' both have the same  loc value '" + loc +
                                  "'. Pin locations must be unique.",
-                       false);
+                             false);
       }
 
       std::unique_ptr<HBOPinProps> pin(new HBOPinProps());
       pin->setName(name);
-      pin->setPinIndex(convert2NonNegativeInteger(index, "pin index"));
+      pin->setPinIndex(m_ctx.convert2NonNegativeInteger(index, "pin index"));
       pin->setPinLoc(loc);
       for (std::size_t i = 0; i < propNames.size(); ++i)
         if (readProp[i])
@@ -153,24 +153,85 @@ bool HBOBoardParser::parsePins(const std::string &path, std::map<std::string, HB
   return true;
 }
 
-bool HBOBoardParser::createPinsForComponent(std::string componentName, int from, int to,
-                                            const std::string &connectionName) {
-  HBOBoardComponent *component = m_board->findBoardComponent(componentName);
+bool HBOPinFileReader::createPinsForComponent(std::string componentName, int from, int to,
+                                              const std::string &connectionName) {
+  HBOBoardComponent *component = m_ctx.board->findBoardComponent(componentName);
   if (!component || from > to)
     return true;
   for (int index = from; index <= to; ++index) {
     if (component->getPinByIndex(index))
       continue;
-    if (m_validate && m_strictChecks && componentName == "part0")
-      queueFinding("For connection '" + connectionName +
-                       "' the connection_map references a FPGA pin index '" +
-                       std::to_string(index) + "' that is not defined in part0_pins.xml.",
-                   true);
+    if (m_ctx.validate && m_ctx.strictChecks && componentName == "part0")
+      m_ctx.queueFinding("For connection '" + connectionName +
+                             "' the connection_map references a FPGA pin index '" +
+                             std::to_string(index) + "' that is not defined in part0_pins.xml.",
+                         true);
     HBOPinProps *pin = new HBOPinProps();
     pin->setName(componentName + "_" + std::to_string(index));
     pin->setPinIndex(index);
     pin->setOwner(component);
     component->addPin(pin);
+  }
+  return true;
+}
+
+bool HBOPinFileReader::parseDesignConstrs_(HXMLWElement &element, const std::string &path,
+                                           std::vector<HBODesignConstr> &constrs) {
+  if (element.isNull())
+    return false;
+  std::string partName = element.getAttribute("part_name");
+  (void)partName;
+  auto finding = [&](const std::string &text) { m_ctx.queueFinding(path, text, false); };
+  // Bank numbers are held to the strict form whatever the schema.
+  for (HXMLWElement &child : element.getChildren()) {
+    if (child.isTag("dci_cascade")) {
+      HBOBoardComponent::DciCascadeConstr constr;
+      constr.masterBank = m_ctx.convert2NonNegativeInteger(child.getAttribute("master_bank_id"),
+                                                           "dci_cascade master attribute");
+      std::string slaves = child.getAttribute("slave_bank_ids");
+      if (slaves.empty())
+        finding("No \"slaves_ids\" attribute specified for dci_cascade.");
+      bool bad = false;
+      for (const std::string &token : HSTStringUtils::split(slaves, ", \t\r\n\f\v", false)) {
+        std::size_t used = 0;
+        int bank = 0;
+        try {
+          bank = std::stoi(token, &used);
+        } catch (const std::invalid_argument &) {
+          used = 0;
+        }
+        if (used == 0) {
+          finding("Incorrect format for \"slave_ids\" attribute (\"" + slaves +
+                  "\") in dci_cascade. The \"slave_ids\" attribute must be a comma-separated "
+                  "list of integer bank IDs.");
+          bad = true;
+          break;
+        }
+        constr.slaveBanks.push_back(bank);
+      }
+      if (!bad)
+        constrs.push_back(constr);
+    } else if (child.isTag("internal_vref")) {
+      HBOBoardComponent::InternalVrefConstr constr;
+      constr.bank = m_ctx.convert2NonNegativeInteger(child.getAttribute("bank_id"),
+                                                     "internal_vref bank attribute");
+      std::string voltage = child.getAttribute("voltage");
+      float value = 0;
+      bool ok = true;
+      try {
+        std::size_t used = 0;
+        value = std::stof(voltage, &used);
+      } catch (const std::invalid_argument &) {
+        ok = false;
+      }
+      if (!ok || value < 0) {
+        finding("Incorrect format for \"voltage\" attribute (\"" + voltage +
+                "\") in internal_vref. Must be a floating point number.");
+        continue;
+      }
+      constr.voltage = value;
+      constrs.push_back(constr);
+    }
   }
   return true;
 }

@@ -1,9 +1,10 @@
 // The reader of power_rails: the board's power network, in which each rail is
 // fed by supplies (named power pins of the FPGA) and by rails defined before
 // it, and a phased rail is shared out among the rails that draw on it.
-#include "HBOBoardParser.h"
+#include "HBOPowerRailReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
+#include "HBOParseContext.h"
 #include "HBOPowerRail.h"
 #include "HPAParamMgr.h"
 #include "HSTStringUtils.h"
@@ -70,8 +71,8 @@ std::string powerRailsAsXmlStr_(const std::vector<HBOPowerRail> &rails) {
 
 } // namespace
 
-bool HBOBoardParser::readPowerRails(HXMLWElement &root, std::string &error) {
-  if (!m_board) {
+bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) {
+  if (!m_ctx.board) {
     error = "HBOBoardParser::readPowerRails: no board to read into";
     return false;
   }
@@ -84,7 +85,7 @@ bool HBOBoardParser::readPowerRails(HXMLWElement &root, std::string &error) {
   // Every finding is an error that fails the file, but only after all rails
   // were read, so that one read tells everything wrong with the network.
   auto fail = [this](const std::string &key, const auto &...args) {
-    queueMsg(false, ComMsg::Error, key, args...);
+    m_ctx.queueMsg(false, ComMsg::Error, key, args...);
   };
 
   for (HXMLWElement &section : root.getChildren()) {
@@ -189,10 +190,10 @@ bool HBOBoardParser::readPowerRails(HXMLWElement &root, std::string &error) {
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.stubData"))
     rails = makeStubRails();
 
-  m_board->setPowerRails(rails);
+  m_ctx.board->setPowerRails(rails);
   if (ComMsgMgr::hasScope("board.dataProps"))
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.dataProps",
                              "HBOBoardParser just read the following rails for board %s:\n%s\n",
-                             m_board->getName().c_str(), powerRailsAsXmlStr_(rails).c_str());
+                             m_ctx.board->getName().c_str(), powerRailsAsXmlStr_(rails).c_str());
   return true;
 }

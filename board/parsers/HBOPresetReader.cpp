@@ -1,13 +1,16 @@
 // Readers of the preset file (such as preset.xml) and of the IP associated
 // rules of board.xml. Both make HBOIpPreset records, which go straight to
-// the board under their procedure or rule name.
-#include "HBOBoardParser.h"
+// the board under their procedure or rule name; a hierarchical user
+// parameter becomes one Tcl list.
+#include "HBOPresetReader.h"
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
 #include "HBOBoardUtils.h"
 #include "HBOBusIf.h"
 #include "HBOCommon.h"
+#include "HBODtdValidator.h"
 #include "HBOIpPreset.h"
+#include "HBOParseContext.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
 #include "HSTStringUtils.h"
@@ -90,15 +93,44 @@ void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner
   preset.setPresetName(presetNameOf(preset));
 }
 
+// Hierarchical parameters nest as deep as a file says; a hostile file must
+// not exhaust the stack.
+const int kMaxHierDepth = 256;
+
+void appendHierName(std::string &out, const HXMLWElement &element, int depth) {
+  if (depth == 0)
+    out += ' ';
+  out += element.getAttribute("name");
+  out += ' ';
+}
+
+// Children of a hierarchical parameter as a Tcl list: each braced, and the
+// whole braced again when there is more than one.
+template <typename Recurse>
+void appendHierChildren(std::string &out, const HXMLWElement &element, Recurse recurse) {
+  std::vector<HXMLWElement> children = element.getChildren();
+  if (children.size() > 1)
+    out += '{';
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    if (i)
+      out += ' ';
+    out += '{';
+    recurse(children[i]);
+    out += '}';
+  }
+  if (children.size() > 1)
+    out += '}';
+}
+
 } // namespace
 
-bool HBOBoardParser::parsePresetFile(const std::string &fileName,
-                                     std::map<std::string, HBOIpPreset *> &presets) {
+bool HBOPresetReader::parsePresetFile(const std::string &fileName,
+                                      std::map<std::string, HBOIpPreset *> &presets) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                            "HBOBoardParser parsing preset file'%s'\n", fileName.c_str());
-  if (!m_board)
+  if (!m_ctx.board)
     return false;
-  std::string path = resolveBesideBoard_(fileName);
+  std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     // Only told: a board without its presets is still a usable board.
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-62@%s", path);
@@ -109,22 +141,22 @@ bool HBOBoardParser::parsePresetFile(const std::string &fileName,
   return true;
 }
 
-bool HBOBoardParser::parsePresets(const std::string &path,
-                                  std::map<std::string, HBOIpPreset *> &presets) {
-  if (m_validate && !isValidXML(path, "preset"))
+bool HBOPresetReader::parsePresets(const std::string &path,
+                                   std::map<std::string, HBOIpPreset *> &presets) {
+  if (m_ctx.validate && !m_dtd.isValidXML(path, "preset"))
     return false;
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
   std::string error;
   return readIpPresets(doc->getRootElement(), presets, error);
 }
 
-bool HBOBoardParser::readIpPresets(HXMLWElement *root, std::map<std::string, HBOIpPreset *> &,
-                                   std::string &error) {
+bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HBOIpPreset *> &,
+                                    std::string &error) {
   if (!root) {
     error = "Root XML element is NULL";
     return false;
   }
-  if (!m_board)
+  if (!m_ctx.board)
     return false;
   // The records go to the board itself; the caller's map stays as it was.
   for (HXMLWElement &element : root->getChildren()) {
@@ -139,25 +171,25 @@ bool HBOBoardParser::readIpPresets(HXMLWElement *root, std::map<std::string, HBO
         records.add(std::move(preset));
     }
     // A later ip_preset of the same name, in any case, replaces this one.
-    handOver(m_board->getIpPresets(), procName, records,
+    handOver(m_ctx.board->getIpPresets(), procName, records,
              [this](const std::string &name, const std::vector<HBOIpPreset *> &v) {
-               m_board->setIpPreset(name, v);
+               m_ctx.board->setIpPreset(name, v);
              });
   }
   return true;
 }
 
-bool HBOBoardParser::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
+bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
   if (!ip || !preset)
     return false;
   // Anything but an ip is entered as an empty record.
   if (!ip->isTag("ip"))
     return true;
-  readIpIdentity(*ip, *preset, m_board, m_parsed);
+  readIpIdentity(*ip, *preset, m_ctx.board, m_ctx.parsed);
 
-  const std::string boardDir = m_board ? HUTFile::parentPath(m_board->getBoardFile()) +
-                                             HBOBoardUtils::getDirSeparator()
-                                       : std::string();
+  const std::string boardDir = m_ctx.board ? HUTFile::parentPath(m_ctx.board->getBoardFile()) +
+                                                 HBOBoardUtils::getDirSeparator()
+                                           : std::string();
   for (HXMLWElement &group : ip->getChildren()) {
     // Model parameters have no hierarchical form: there "hier" is a plain value.
     bool userParams = group.isTag("user_parameters");
@@ -190,17 +222,17 @@ bool HBOBoardParser::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
   return true;
 }
 
-bool HBOBoardParser::readIpAssociatedInterfaces(HXMLWElement *root, std::string &error) {
+bool HBOPresetReader::readIpAssociatedInterfaces(HXMLWElement *root, std::string &error) {
   if (!root) {
     error = "Root XML element is NULL";
     return false;
   }
-  if (!m_board)
+  if (!m_ctx.board)
     return false;
   for (HXMLWElement &section : root->getChildren()) {
     if (!section.isTag("ip_associated_rules"))
       continue;
-    const std::string schema = m_board->getBoardSchemaVersion();
+    const std::string schema = m_ctx.board->getBoardSchemaVersion();
     if (!HBOBoardUtils::isEqualOrGreater(schema, "2.1"))
       HEXError::raise("board", ComMsg::Warning, "@49-77@%s", schema);
     for (HXMLWElement &rule : section.getChildren()) {
@@ -214,22 +246,22 @@ bool HBOBoardParser::readIpAssociatedInterfaces(HXMLWElement *root, std::string 
         if (readAssociatedInterfacesDetails(&ip, preset.get()) && validateAssocIntf(preset.get()))
           records.add(std::move(preset));
       }
-      handOver(m_board->getIpAssociatedInterfaces(), name, records,
+      handOver(m_ctx.board->getIpAssociatedInterfaces(), name, records,
                [this](const std::string &key, const std::vector<HBOIpPreset *> &v) {
-                 m_board->setIpAssociatedInterface(key, v);
+                 m_ctx.board->setIpAssociatedInterface(key, v);
                });
     }
   }
   return true;
 }
 
-bool HBOBoardParser::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPreset *preset) {
+bool HBOPresetReader::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPreset *preset) {
   if (!ip || !preset)
     return false;
   if (!ip->isTag("ip"))
     return true;
   preset->setPresetorAssocIntf("assoc_intf");
-  readIpIdentity(*ip, *preset, m_board, nullptr);
+  readIpIdentity(*ip, *preset, m_ctx.board, nullptr);
   for (HXMLWElement &group : ip->getChildren()) {
     if (!group.isTag("associated_board_interfaces"))
       continue;
@@ -245,33 +277,72 @@ bool HBOBoardParser::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPres
   return true;
 }
 
-bool HBOBoardParser::validateAssocIntf(HBOIpPreset *preset) {
-  if (!preset || !m_board)
+bool HBOPresetReader::validateAssocIntf(HBOIpPreset *preset) {
+  if (!preset || !m_ctx.board)
     return false;
   const std::string &ipName = preset->getName();
   if (preset->getVendor().empty())
-    queueFinding("Vendor cannot be empty in ip '" + ipName + "'.");
+    m_ctx.queueFinding("Vendor cannot be empty in ip '" + ipName + "'.");
   if (preset->getLibrary().empty())
-    queueFinding("Library cannot be empty in ip '" + ipName + "'.");
+    m_ctx.queueFinding("Library cannot be empty in ip '" + ipName + "'.");
   if (ipName.empty())
-    queueFinding("IP Name cannot be empty.");
+    m_ctx.queueFinding("IP Name cannot be empty.");
 
   // A daughter board offers its interfaces on its connectors; a board with
   // an FPGA offers only the FPGA's.
-  const bool withFpga = m_board->hasFPGAPart();
+  const bool withFpga = m_ctx.board->hasFPGAPart();
   for (const auto &entry : preset->getParamList()) {
     const std::string &interfaceName = entry.first;
     HBOBusIf *busIf = nullptr;
-    bool found = withFpga ? m_board->getBusIfByName(busIf, interfaceName)
-                          : m_board->getBusIfByNameUsingConnectors(busIf, interfaceName);
+    bool found = withFpga ? m_ctx.board->getBusIfByName(busIf, interfaceName)
+                          : m_ctx.board->getBusIfByNameUsingConnectors(busIf, interfaceName);
     // The look-up ignores case; the rule must still spell the name exactly.
     if (!found || !busIf || busIf->getName() != interfaceName)
-      HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(),
+      HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s", m_ctx.board->getBoardFile(),
                       "Provided Bus interface does not exist on the board '" + interfaceName +
                           "'.");
     if (std::stoi(entry.second) < 0)
-      queueFinding("In ip '" + ipName + "' order cannot be less than zero for interface '" +
-                   interfaceName + "'.");
+      m_ctx.queueFinding("In ip '" + ipName + "' order cannot be less than zero for interface '" +
+                         interfaceName + "'.");
   }
+  return true;
+}
+
+bool HBOPresetReader::readHierParam(HXMLWElement *element, std::string &out) {
+  if (!element)
+    return false;
+  bool newForm = element->isTag("user_hier_parameter");
+  for (HXMLWElement &child : element->getChildren()) {
+    if (newForm)
+      readHierParamRec_(&child, out, 0);
+    else
+      readHierParamRecOld_(&child, out, 0);
+  }
+  if (!out.empty() && out[0] == ' ')
+    out.erase(0, 1);
+  return true;
+}
+
+bool HBOPresetReader::readHierParamRec_(HXMLWElement *element, std::string &out, int depth) {
+  if (!element || depth > kMaxHierDepth)
+    return false;
+  appendHierName(out, *element, depth);
+  if (element->isTagExactly("user_parameter"))
+    out += element->getAttribute("value");
+  else if (element->isTagExactly("user_hier_parameter"))
+    appendHierChildren(out, *element,
+                       [&](HXMLWElement &child) { readHierParamRec_(&child, out, depth + 1); });
+  return true;
+}
+
+bool HBOPresetReader::readHierParamRecOld_(HXMLWElement *element, std::string &out, int depth) {
+  if (!element || depth > kMaxHierDepth)
+    return false;
+  appendHierName(out, *element, depth);
+  if (element->getAttribute("value_type") == "hier")
+    appendHierChildren(out, *element,
+                       [&](HXMLWElement &child) { readHierParamRecOld_(&child, out, depth + 1); });
+  else
+    out += element->getAttribute("value");
   return true;
 }

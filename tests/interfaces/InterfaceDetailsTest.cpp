@@ -79,14 +79,14 @@ TEST_F(Details, PresetProcedureGivesTheInterfaceItsFile) {
   addPreset("bare_preset", "");
   // The procedure is found whatever its case.
   HBOBusIf *found = newInterface();
-  ASSERT_TRUE(parser.readInterfacesDetails(
+  ASSERT_TRUE(parser.interfaceReader().readInterfacesDetails(
       xml(R"(<interface name="a" type="v:l:n:1" preset_proc="Led_Preset"/>)"), found));
   EXPECT_EQ("led_preset.xml", found->getPresetFile());
   EXPECT_EQ("Led_Preset", found->getPresetProcName());
 
   // A preset_file element overrides what the preset said.
   HBOBusIf *overridden = newInterface();
-  ASSERT_TRUE(parser.readInterfacesDetails(
+  ASSERT_TRUE(parser.interfaceReader().readInterfacesDetails(
       xml(R"(<interface name="b" type="v:l:n:1" preset_proc="led_preset">
                <preset_file name="own.xml"/>
              </interface>)"),
@@ -98,7 +98,7 @@ TEST_F(Details, PresetProcedureGivesTheInterfaceItsFile) {
   parser.setStrictChecks(true);
   for (const std::string proc : {"bare_preset", "nowhere"}) {
     HBOBusIf *intf = newInterface();
-    ASSERT_TRUE(parser.readInterfacesDetails(
+    ASSERT_TRUE(parser.interfaceReader().readInterfacesDetails(
         xml(R"(<interface name="c" type="v:l:n:1" preset_proc=")" + proc + R"("/>)"), intf));
     EXPECT_EQ("", intf->getPresetFile()) << proc;
   }
@@ -108,7 +108,7 @@ TEST_F(Details, PresetProcedureGivesTheInterfaceItsFile) {
 TEST_F(Details, TypesWithOtherThanFourFields) {
   for (const std::string type : {"", "v:l:n", "v:l:n:1:extra", "v::n:1:"}) {
     const std::string text = R"(<interface name="t" type=")" + type + R"("/>)";
-    EXPECT_TRUE(parser.readInterfacesDetails(xml(text), newInterface())) << type;
+    EXPECT_TRUE(parser.interfaceReader().readInterfacesDetails(xml(text), newInterface())) << type;
   }
   EXPECT_EQ(4u, parser.getMessages().size());
   for (const auto &entry : parser.getMessages()) {
@@ -116,8 +116,8 @@ TEST_F(Details, TypesWithOtherThanFourFields) {
     EXPECT_FALSE(entry.second) << "fails the read";
   }
   // Empty fields are fields: four of them are accepted.
-  ASSERT_TRUE(parser.readInterfacesDetails(xml(R"(<interface name="e" type=":::"/>)"),
-                                           newInterface()));
+  ASSERT_TRUE(parser.interfaceReader().readInterfacesDetails(
+      xml(R"(<interface name="e" type=":::"/>)"), newInterface()));
   EXPECT_EQ(4u, parser.getMessages().size());
 }
 
@@ -133,7 +133,7 @@ TEST_F(Details, StrictChecksHoldNumbersToTheirForm) {
     std::unique_ptr<HBOModelPort> p(new HBOModelPort());
     HBOPortMap map;
     p->setOwner(intf);
-    ASSERT_TRUE(parser.readPortMapDetails(xml(port), p.get(), &map));
+    ASSERT_TRUE(parser.interfaceReader().readPortMapDetails(xml(port), p.get(), &map));
     p.release(); // kept by part0 now
     HBOModelPort *kept = nullptr;
     ASSERT_TRUE(part0->getModelPortByName(kept, "PP"));
@@ -141,9 +141,9 @@ TEST_F(Details, StrictChecksHoldNumbersToTheirForm) {
     kept->getPortVecLeft(left);
     EXPECT_EQ(0, left);
 
-    ASSERT_TRUE(parser.readInterfacesDetails(xml(ip), newInterface()));
+    ASSERT_TRUE(parser.interfaceReader().readInterfacesDetails(xml(ip), newInterface()));
     HBOComponentMode m;
-    ASSERT_TRUE(parser.readComponentModeDetails(xml(mode), &m));
+    ASSERT_TRUE(parser.interfaceReader().readComponentModeDetails(xml(mode), &m));
     HBOComponentMode::InterfaceMap entries;
     m.getInterfaces(entries);
     EXPECT_EQ(1u, entries.count(-2));
@@ -153,15 +153,15 @@ TEST_F(Details, StrictChecksHoldNumbersToTheirForm) {
   HBOModelPort p;
   HBOPortMap map;
   p.setOwner(intf);
-  EXPECT_THROW(parser.readPortMapDetails(xml(port), &p, &map), HEXError);
-  EXPECT_THROW(parser.readInterfacesDetails(xml(ip), newInterface()), HEXError);
+  EXPECT_THROW(parser.interfaceReader().readPortMapDetails(xml(port), &p, &map), HEXError);
+  EXPECT_THROW(parser.interfaceReader().readInterfacesDetails(xml(ip), newInterface()), HEXError);
   HBOComponentMode m;
-  EXPECT_THROW(parser.readComponentModeDetails(xml(mode), &m), HEXError);
+  EXPECT_THROW(parser.interfaceReader().readComponentModeDetails(xml(mode), &m), HEXError);
 }
 
 TEST_F(Details, AFailedPreferredIpOrPortFailsTheInterface) {
   HBOBusIf *badIp = newInterface();
-  EXPECT_FALSE(parser.readInterfacesDetails(
+  EXPECT_FALSE(parser.interfaceReader().readInterfacesDetails(
       xml(R"(<interface name="i" type="v:l:n:1" mode="master" of_component="c"><preferred_ips>
                <preferred_ip vendor="v" library="" name="n" order="1"/>
              </preferred_ips></interface>)"),
@@ -171,7 +171,7 @@ TEST_F(Details, AFailedPreferredIpOrPortFailsTheInterface) {
   EXPECT_TRUE(prefs.empty());
 
   HBOBusIf *badPort = newInterface();
-  EXPECT_FALSE(parser.readInterfacesDetails(
+  EXPECT_FALSE(parser.interfaceReader().readInterfacesDetails(
       xml(R"(<interface name="j" type="v:l:n:1" mode="master" of_component="c"><port_maps>
                <port_map logical_port="A" physical_port="good" dir="in"/>
                <port_map logical_port="B" physical_port="" dir="in"/>
@@ -192,17 +192,18 @@ TEST_F(Details, NullElementsAndObjects) {
   HBOModelPort port;
   HBOPortMap map;
   HBOComponentMode mode;
-  EXPECT_FALSE(parser.readInterfacesDetails(nullptr, intf));
-  EXPECT_FALSE(parser.readPortMapDetails(nullptr, &port, &map));
-  EXPECT_FALSE(parser.readComponentModeDetails(nullptr, &mode));
+  EXPECT_FALSE(parser.interfaceReader().readInterfacesDetails(nullptr, intf));
+  EXPECT_FALSE(parser.interfaceReader().readPortMapDetails(nullptr, &port, &map));
+  EXPECT_FALSE(parser.interfaceReader().readComponentModeDetails(nullptr, &mode));
   HXMLWElement empty;
-  EXPECT_FALSE(parser.readInterfacesDetails(&empty, intf));
-  EXPECT_FALSE(parser.readInterfacesDetails(xml("<interface/>"), nullptr));
+  EXPECT_FALSE(parser.interfaceReader().readInterfacesDetails(&empty, intf));
+  EXPECT_FALSE(parser.interfaceReader().readInterfacesDetails(xml("<interface/>"), nullptr));
   // Without its component an interface cannot keep its model ports.
   HBOBusIf loose;
-  EXPECT_FALSE(parser.readInterfacesDetails(xml(R"(<interface name="x"/>)"), &loose));
-  EXPECT_FALSE(parser.validateInterface(nullptr));
-  EXPECT_FALSE(parser.validatePort(nullptr, "c", "i"));
-  EXPECT_FALSE(parser.validatePreferredIP(nullptr));
+  EXPECT_FALSE(
+      parser.interfaceReader().readInterfacesDetails(xml(R"(<interface name="x"/>)"), &loose));
+  EXPECT_FALSE(parser.validator().validateInterface(nullptr));
+  EXPECT_FALSE(parser.validator().validatePort(nullptr, "c", "i"));
+  EXPECT_FALSE(parser.validator().validatePreferredIP(nullptr));
   EXPECT_TRUE(parser.getMessages().empty());
 }

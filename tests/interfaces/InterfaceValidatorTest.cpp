@@ -36,7 +36,7 @@ protected:
     intf.setName(name);
     intf.setInterfaceMode(mode);
     intf.setOfComponent(of);
-    return parser.validateInterface(&intf);
+    return parser.validator().validateInterface(&intf);
   }
   bool portOk(const std::string &name, const std::string &dir, int left = -1, int right = -1) {
     HBOModelPort port;
@@ -46,7 +46,7 @@ protected:
       port.setIsVector(true);
       port.setRange(left, right);
     }
-    return parser.validatePort(&port, "c", "i");
+    return parser.validator().validatePort(&port, "c", "i");
   }
   bool ipOk(const std::string &vendor, const std::string &library, const std::string &name,
             int order) {
@@ -55,7 +55,7 @@ protected:
     ip.setLibrary(library);
     ip.setName(name);
     ip.setOrder(order);
-    return parser.validatePreferredIP(&ip);
+    return parser.validator().validatePreferredIP(&ip);
   }
 
   test::Messages msgs;
@@ -166,7 +166,7 @@ TEST_F(FpgaInterfaces, TheFirstClockWithAFrequencySilencesTheRest) {
   add("a_clk", kDiffClock, "slave");
   add("b_clk", kClock, "master", "FREQUENCY");
   add("c_clk", kClock, "slave");
-  EXPECT_TRUE(parser.validateNecessaryParameters());
+  EXPECT_TRUE(parser.validator().validateNecessaryParameters());
   // Told at once, not queued: it fails nothing.
   ASSERT_EQ((std::vector<std::string>{"49-153"}), msgs.ids());
   EXPECT_EQ((std::vector<std::string>{"a_clk", "/boards/fpga/board.xml"}), msgs.records[0].args);
@@ -177,13 +177,13 @@ TEST_F(FpgaInterfaces, ResetSlavesNeedAPolarity) {
   add("a_rst", kReset, "slave");
   add("c_rst", kReset, "master");
   // Without any polarity the check ends the read.
-  EXPECT_FALSE(parser.validateNecessaryParameters());
+  EXPECT_FALSE(parser.validator().validateNecessaryParameters());
   EXPECT_EQ(1u, parser.getMessages().size());
   // One polarity makes the result true; the earlier finding still fails the read.
   add("b_rst", kReset, "Slave", "rst_polarity");
   HBOBoardParser again;
   again.setBoard(&board);
-  EXPECT_TRUE(again.validateNecessaryParameters());
+  EXPECT_TRUE(again.validator().validateNecessaryParameters());
   ASSERT_EQ(1u, again.getMessages().size());
   EXPECT_EQ("Polarity Parameter not provided for 'a_rst'.",
             again.getMessages()[0].first.getArgs().at(1));
@@ -192,9 +192,9 @@ TEST_F(FpgaInterfaces, ResetSlavesNeedAPolarity) {
 
 TEST_F(FpgaInterfaces, OfComponentMustNameAComponent) {
   add("leds_if", kClock, "master", "frequency");
-  EXPECT_TRUE(parser.validateOfComponent());
+  EXPECT_TRUE(parser.validator().validateOfComponent());
   add("ghost_if", kClock, "master", "frequency")->setOfComponent("ghost");
-  EXPECT_FALSE(parser.validateOfComponent());
+  EXPECT_FALSE(parser.validator().validateOfComponent());
   ASSERT_EQ(1u, parser.getMessages().size());
   EXPECT_EQ("Component ghost provided for interface ghost_if is not found in list of components "
             "on the board.",
@@ -205,6 +205,6 @@ TEST(FpgaInterfacesAbsent, NoActivePartPassesBothChecks) {
   HBOBoard board;
   HBOBoardParser parser;
   parser.setBoard(&board);
-  EXPECT_TRUE(parser.validateNecessaryParameters());
-  EXPECT_TRUE(parser.validateOfComponent());
+  EXPECT_TRUE(parser.validator().validateNecessaryParameters());
+  EXPECT_TRUE(parser.validator().validateOfComponent());
 }

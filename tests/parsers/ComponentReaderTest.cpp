@@ -137,7 +137,7 @@ TEST(ComponentRules, EachRuleOfAComponent) {
     c.setSubType(subType);
     c.setConnectedToLogicStr(connectedTo);
     std::size_t before = parser.getMessages().size();
-    bool ok = parser.validateComponent(&c);
+    bool ok = parser.validator().validateComponent(&c);
     EXPECT_EQ(findings == 0, ok) << type << "/" << subType << "/" << connectedTo;
     EXPECT_EQ(findings, parser.getMessages().size() - before)
         << type << "/" << subType << "/" << connectedTo;
@@ -148,7 +148,7 @@ TEST(ComponentRules, EachRuleOfAComponent) {
   check("chip", "", "pl", 2);          // empty and unknown sub type
   check("connector", "som240", "pl", 1);
   check("chip", "led", "fabric", 1);
-  EXPECT_FALSE(parser.validateComponent(nullptr));
+  EXPECT_FALSE(parser.validator().validateComponent(nullptr));
   EXPECT_EQ("Component v:b:c:1 attribute 'connected_to' has invalid value 'fabric', valid values "
             "are 'pl', 'ps', or 'ps_and_pl'",
             parser.getMessages().back().first.getArgs().at(1));

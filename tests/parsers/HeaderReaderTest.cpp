@@ -115,14 +115,14 @@ TEST(NumberConversion, StrictAndLenientForms) {
   HBOBoardParser parser;
   parser.setBoard(&board);
 
-  EXPECT_TRUE(HBOBoardParser::isNonNegativeInteger(" 12"));
-  EXPECT_FALSE(HBOBoardParser::isNonNegativeInteger(""));
-  EXPECT_FALSE(HBOBoardParser::isNonNegativeInteger("-1"));
-  EXPECT_FALSE(HBOBoardParser::isNonNegativeInteger("1.5"));
+  EXPECT_TRUE(HBOParseContext::isNonNegativeInteger(" 12"));
+  EXPECT_FALSE(HBOParseContext::isNonNegativeInteger(""));
+  EXPECT_FALSE(HBOParseContext::isNonNegativeInteger("-1"));
+  EXPECT_FALSE(HBOParseContext::isNonNegativeInteger("1.5"));
 
-  EXPECT_EQ(12, parser.convert2NonNegativeInteger(std::string(" 12"), "pin index"));
+  EXPECT_EQ(12, parser.context().convert2NonNegativeInteger(std::string(" 12"), "pin index"));
   try {
-    parser.convert2NonNegativeInteger(std::string("-1"), "revision id");
+    parser.context().convert2NonNegativeInteger(std::string("-1"), "revision id");
     FAIL() << "a negative number must raise";
   } catch (const HEXError &e) {
     EXPECT_EQ("49-69", e.getMessage().getId());
@@ -131,16 +131,18 @@ TEST(NumberConversion, StrictAndLenientForms) {
               e.getMessage().getArgs().at(1));
   }
   // Blanks only pass the character test and fail in the conversion itself.
-  EXPECT_THROW(parser.convert2NonNegativeInteger(std::string("  "), "x"), std::invalid_argument);
-  EXPECT_THROW(parser.convert2NonNegativeInteger(std::string("99999999999"), "x"),
+  EXPECT_THROW(parser.context().convert2NonNegativeInteger(std::string("  "), "x"),
+               std::invalid_argument);
+  EXPECT_THROW(parser.context().convert2NonNegativeInteger(std::string("99999999999"), "x"),
                std::out_of_range);
 
   // The pointer form keeps the old leniency unless the checks are strict.
-  EXPECT_EQ(0, parser.convert2NonNegativeInteger(static_cast<const char *>(nullptr), "x"));
-  EXPECT_EQ(-3, parser.convert2NonNegativeInteger("-3", "x"));
-  EXPECT_EQ(7, parser.convert2NonNegativeInteger("7abc", "x"));
+  EXPECT_EQ(0,
+            parser.context().convert2NonNegativeInteger(static_cast<const char *>(nullptr), "x"));
+  EXPECT_EQ(-3, parser.context().convert2NonNegativeInteger("-3", "x"));
+  EXPECT_EQ(7, parser.context().convert2NonNegativeInteger("7abc", "x"));
   parser.setStrictChecks(true);
-  EXPECT_THROW(parser.convert2NonNegativeInteger("-3", "x"), HEXError);
+  EXPECT_THROW(parser.context().convert2NonNegativeInteger("-3", "x"), HEXError);
 }
 
 TEST(HierarchicalParameters, FlattenIntoTclListText) {
@@ -156,7 +158,7 @@ TEST(HierarchicalParameters, FlattenIntoTclListText) {
       "</user_hier_parameter>"));
   HBOBoardParser parser;
   std::string out;
-  EXPECT_TRUE(parser.readHierParam(doc.getRootElement(), out));
+  EXPECT_TRUE(parser.presetReader().readHierParam(doc.getRootElement(), out));
   EXPECT_EQ("a {{x 1} {y 2}} b {z 3} c 4", out);
 
   HXMLWInterface old;
@@ -165,13 +167,13 @@ TEST(HierarchicalParameters, FlattenIntoTclListText) {
                                  "<parameter name=\"x\" value=\"1\"/></parameter>"
                                  "<parameter name=\"b\" value=\"5\"/></parameter>"));
   out.clear();
-  EXPECT_TRUE(parser.readHierParam(old.getRootElement(), out));
+  EXPECT_TRUE(parser.presetReader().readHierParam(old.getRootElement(), out));
   EXPECT_EQ("a {x 1} b 5", out);
 
   HXMLWInterface empty;
   ASSERT_TRUE(empty.readFromBuffer("<user_hier_parameter name=\"e\"/>"));
   out.clear();
-  EXPECT_TRUE(parser.readHierParam(empty.getRootElement(), out));
+  EXPECT_TRUE(parser.presetReader().readHierParam(empty.getRootElement(), out));
   EXPECT_EQ("", out);
-  EXPECT_FALSE(parser.readHierParam(nullptr, out));
+  EXPECT_FALSE(parser.presetReader().readHierParam(nullptr, out));
 }

@@ -130,9 +130,9 @@ TEST(MessageQueue, IterateMessagesDecidesByTheFlagNotTheSeverity) {
   test::Messages msgs;
   HBOBoardParser parser;
   EXPECT_TRUE(parser.iterateMessages(true));
-  parser.queueMsg(true, ComMsg::Error, "@49-36@%s", "told only");
+  parser.context().queueMsg(true, ComMsg::Error, "@49-36@%s", "told only");
   EXPECT_TRUE(parser.iterateMessages(false));
-  parser.queueMsg(false, ComMsg::Info, "@49-36@%s", "fails");
+  parser.context().queueMsg(false, ComMsg::Info, "@49-36@%s", "fails");
   EXPECT_FALSE(parser.iterateMessages(false));
   EXPECT_TRUE(msgs.records.empty());
   EXPECT_FALSE(parser.iterateMessages(true));

@@ -69,7 +69,7 @@ struct ReaderRun {
   }
   bool read() {
     std::string error;
-    return parser.readConnections(doc.getRootElement(), error);
+    return parser.connectionReader().readConnections(doc.getRootElement(), error);
   }
   HBOBoard board;
   HXMLWInterface doc;
@@ -239,13 +239,13 @@ TEST(ValidateConnection, EachRuleQueuesItsOwnFinding) {
   board.setBoardFile("/boards/b/board.xml");
   HBOBoardParser parser;
   parser.setBoard(&board);
-  EXPECT_FALSE(parser.validateConnection(nullptr));
+  EXPECT_FALSE(parser.connectionReader().validateConnection(nullptr));
 
   HBOBoardBus empty;
   empty.setName("dq");
   empty.setStopIndexComp1(3);
   empty.setStopIndexComp2(2);
-  EXPECT_FALSE(parser.validateConnection(&empty));
+  EXPECT_FALSE(parser.connectionReader().validateConnection(&empty));
   EXPECT_EQ((std::vector<std::string>{
                 "49-69: Connection name cannot be empty in 'dq'.\n",
                 "49-69: Component1 cannot be empty in 'dq'.\n",
@@ -262,6 +262,6 @@ TEST(ValidateConnection, EachRuleQueuesItsOwnFinding) {
   crossed.setComp2("b");
   crossed.setStartIndexComp1(3);
   crossed.setStopIndexComp2(3);
-  EXPECT_TRUE(parser.validateConnection(&crossed));
+  EXPECT_TRUE(parser.connectionReader().validateConnection(&crossed));
   EXPECT_EQ(4u, parser.getMessages().size());
 }

@@ -128,18 +128,18 @@ TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
   parser.setBoard(&board);
   std::map<std::string, HBOIpPreset *> scratch;
 
-  EXPECT_TRUE(parser.parsePresetFile("./preset.xml", scratch));
+  EXPECT_TRUE(parser.presetReader().parsePresetFile("./preset.xml", scratch));
   EXPECT_TRUE(scratch.empty()) << "the records go to the board only";
   EXPECT_EQ(2u, board.getIpPresets().size());
   // Read again, the records replace those of the first read.
-  EXPECT_TRUE(parser.parsePresetFile("preset.xml", scratch));
+  EXPECT_TRUE(parser.presetReader().parsePresetFile("preset.xml", scratch));
   EXPECT_EQ(3u, board.getIpPresets().at("DDR3_SDRAM_PRESET").size());
   EXPECT_TRUE(msgs.records.empty());
 
   // A name with a directory is taken as it stands, relative to the working
   // directory: beside board.xml this one would exist.
-  EXPECT_FALSE(parser.parsePresetFile("../presets_basic/preset.xml", scratch));
-  EXPECT_FALSE(parser.parsePresetFile("absent.xml", scratch));
+  EXPECT_FALSE(parser.presetReader().parsePresetFile("../presets_basic/preset.xml", scratch));
+  EXPECT_FALSE(parser.presetReader().parsePresetFile("absent.xml", scratch));
   ASSERT_EQ((std::vector<std::string>{"49-62", "49-62"}), msgs.ids());
   EXPECT_EQ("../presets_basic/preset.xml", msgs.records[0].args.at(0));
   EXPECT_EQ(dataPath("presets_basic/absent.xml"), msgs.records[1].args.at(0));
@@ -169,7 +169,8 @@ TEST(PresetFile, AFileThatIsNoDocumentEndsTheRead) {
   HBOBoardParser parser;
   parser.setBoard(&board);
   std::map<std::string, HBOIpPreset *> scratch;
-  ComMsgMgrInstance raised = raisedBy([&] { parser.parsePresetFile("preset.xml", scratch); });
+  ComMsgMgrInstance raised =
+      raisedBy([&] { parser.presetReader().parsePresetFile("preset.xml", scratch); });
   EXPECT_EQ("49-111", raised.getId());
   EXPECT_EQ(std::vector<std::string>{dataPath("presets_malformed/preset.xml")}, raised.getArgs());
 }
@@ -223,7 +224,7 @@ protected:
     EXPECT_TRUE(doc->readFromFile(board.getBoardFile()));
     parser.setBoard(&board);
     std::string error;
-    return parser.readIpAssociatedInterfaces(doc->getRootElement(), error);
+    return parser.presetReader().readIpAssociatedInterfaces(doc->getRootElement(), error);
   }
 
   /// The texts of the queued findings, in queue order.

@@ -1,0 +1,34 @@
+// Reader of the components element: each component with its parameters,
+// images, drivers, mux positions, pins, modes and interfaces.
+#ifndef BOARDLIB_HBOCOMPONENTREADER_H
+#define BOARDLIB_HBOCOMPONENTREADER_H
+
+#include <string>
+
+class HBOBoardComponent;
+class HBOBoardValidator;
+class HBOInterfaceReader;
+class HBOParseContext;
+class HBOPinFileReader;
+class HXMLWElement;
+
+class HBOComponentReader {
+public:
+  HBOComponentReader(HBOParseContext &ctx, HBOPinFileReader &pinFiles,
+                     HBOInterfaceReader &interfaces, HBOBoardValidator &validator)
+      : m_ctx(ctx), m_pinFiles(pinFiles), m_interfaces(interfaces), m_validator(validator) {}
+
+  bool readComponents(HXMLWElement *root, std::string &errorText);
+  bool readComponentDetails(HXMLWElement *element, HBOBoardComponent *component);
+
+private:
+  /// One interfaces element of a component, with its uniqueness checks.
+  bool readInterfaces_(HXMLWElement &element, HBOBoardComponent *component);
+
+  HBOParseContext &m_ctx;
+  HBOPinFileReader &m_pinFiles;
+  HBOInterfaceReader &m_interfaces;
+  HBOBoardValidator &m_validator;
+};
+
+#endif

@@ -1,0 +1,24 @@
+// DTD validation of the checking path: a file is held to the DTD of its kind
+// even when it names none.
+#ifndef BOARDLIB_HBODTDVALIDATOR_H
+#define BOARDLIB_HBODTDVALIDATOR_H
+
+#include <string>
+
+class HBOParseContext;
+
+class HBODtdValidator {
+public:
+  explicit HBODtdValidator(HBOParseContext &ctx) : m_ctx(ctx) {}
+
+  /// Holds \p fileName to the DTD of \p type ("board", "part0_pins",
+  /// "preset"); the findings are sent at once.
+  bool isValidXML(const std::string &fileName, const std::string &type);
+  /// The DOCTYPE that names the DTD of \p type, or empty when there is none.
+  std::string createDoctypeString(const std::string &type);
+
+private:
+  HBOParseContext &m_ctx;
+};
+
+#endif

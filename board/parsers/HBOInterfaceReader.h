@@ -1,0 +1,28 @@
+// Reader of what a component offers to a design: its interfaces with their
+// port maps and preferred IPs, and its component modes.
+#ifndef BOARDLIB_HBOINTERFACEREADER_H
+#define BOARDLIB_HBOINTERFACEREADER_H
+
+class HBOBoardValidator;
+class HBOBusIf;
+class HBOComponentMode;
+class HBOModelPort;
+class HBOParseContext;
+class HBOPortMap;
+class HXMLWElement;
+
+class HBOInterfaceReader {
+public:
+  HBOInterfaceReader(HBOParseContext &ctx, HBOBoardValidator &validator)
+      : m_ctx(ctx), m_validator(validator) {}
+
+  bool readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface);
+  bool readPortMapDetails(HXMLWElement *element, HBOModelPort *port, HBOPortMap *map);
+  bool readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode);
+
+private:
+  HBOParseContext &m_ctx;
+  HBOBoardValidator &m_validator;
+};
+
+#endif

@@ -1,0 +1,37 @@
+// Reader of pin files (such as part0_pins.xml) with their design
+// constraints, and maker of the pins that a connection uses but no file
+// defines.
+#ifndef BOARDLIB_HBOPINFILEREADER_H
+#define BOARDLIB_HBOPINFILEREADER_H
+
+#include "HBOParseContext.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+class HBODtdValidator;
+class HBOPinProps;
+class HXMLWElement;
+
+class HBOPinFileReader {
+public:
+  HBOPinFileReader(HBOParseContext &ctx, HBODtdValidator &dtd) : m_ctx(ctx), m_dtd(dtd) {}
+
+  bool parsePinFile(const std::string &fileName, std::map<std::string, HBOPinProps *> &pins,
+                    std::vector<HBODesignConstr> &constrs);
+  bool parsePins(const std::string &path, std::map<std::string, HBOPinProps *> &pins,
+                 std::vector<HBODesignConstr> &constrs);
+  bool createPinsForComponent(std::string componentName, int from, int to,
+                              const std::string &connectionName);
+
+private:
+  /// The design_constrs element of the pin file \p path.
+  bool parseDesignConstrs_(HXMLWElement &element, const std::string &path,
+                           std::vector<HBODesignConstr> &constrs);
+
+  HBOParseContext &m_ctx;
+  HBODtdValidator &m_dtd;
+};
+
+#endif
