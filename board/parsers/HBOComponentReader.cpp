@@ -95,59 +95,9 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
 bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardComponent *component) {
   if (!element)
     return false;
-  std::string name = element->getAttribute("name");
-  std::string displayName = element->getAttribute("display_name");
-  std::string type = element->getAttribute("type");
-  std::string subType = element->getAttribute("sub_type");
-  std::string majorGroup = element->getAttribute("major_group");
-  std::string partName = element->getAttribute("part_name");
-  std::string pinMapFile = element->getAttribute("pin_map_file");
-  std::string vendor = element->getAttribute("vendor");
-  std::string specUrl = element->getAttribute("spec_url");
-  std::string connectedTo = element->getAttribute("connected_to");
-  component->setBoard(m_ctx.board);
-
-  name = HSTStringUtils::toLower(name);
-  std::string fullName = m_ctx.board->getVendor() + ":" + m_ctx.board->getBoardName() + ":" + name +
-                         ":" + m_ctx.board->getVersion();
-  component->setName(fullName);
-  component->setDisplayName(displayName);
-  component->setConnectedToLogicStr(connectedTo.empty() ? std::string("PL") : connectedTo);
-  component->setComponentName(name);
-  component->setType(type);
-  component->setSubType(subType);
-  component->setMajorGroup(majorGroup);
-  component->setPartName(partName);
-  component->setPinMapFile(pinMapFile);
-  component->setVendorName(vendor);
-  component->setSpecUrl(specUrl);
-  component->setDescription(m_ctx.board->getDescription());
-  component->setRtlFileParseStatus(true);
-  component->setLongDesc(m_ctx.board->getDescription());
-
-  // Exactly "fpga": a component typed "FPGA" passes validation but carries
-  // no part for the board.
-  if (type == "fpga") {
-    m_ctx.board->setActivePart(component);
-    m_ctx.board->setPartString(partName);
-  }
-
-  if (!pinMapFile.empty()) {
-    std::map<std::string, HBOPinProps *> pins;
-    std::vector<HBODesignConstr> constrs;
-    try {
-      m_pinFiles.parsePinFile(pinMapFile, pins, constrs);
-    } catch (...) {
-      for (auto &entry : pins)
-        delete entry.second;
-      throw;
-    }
-    component->setDesignConstrs(constrs);
-    for (auto &entry : pins) {
-      component->addPin(entry.second);
-      entry.second->setOwner(component);
-    }
-  }
+  const std::string pinMapFile = readAttributes_(*element, component);
+  if (!pinMapFile.empty())
+    readPinMapFile_(pinMapFile, component);
 
   const std::string boardDir =
       HUTFile::parentPath(m_ctx.board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
@@ -163,69 +113,16 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
           component->addAdditionalSupportedPart(supported);
       }
     } else if (child.isTag("drivers")) {
-      for (HXMLWElement &d : child.getChildren()) {
-        std::unique_ptr<HBOBoardComponentDriver> driver(new HBOBoardComponentDriver());
-        driver->setDriverPath(HUTFile::parentPath(m_ctx.board->getBoardFile()));
-        driver->setName(d.getAttribute("name"));
-        driver->setVersion(d.getAttribute("version"));
-        driver->setVendor(d.getAttribute("vendor"));
-        driver->setPreCompiled(d.getAttribute("pre_compiled"));
-        driver->setOs(splitCommas(d.getAttribute("os")));
-        driver->setPlatform(splitCommas(d.getAttribute("platform")));
-        driver->setProcessorArchitecture(splitCommas(d.getAttribute("processor_architecture")));
-        for (HXMLWElement &dc : d.getChildren()) {
-          if (dc.isTag("description")) {
-            driver->setDescription(dc.getText());
-          } else if (dc.isTag("driver_files")) {
-            for (HXMLWElement &f : dc.getChildren())
-              if (f.isTag("file"))
-                driver->addFile(f.getText(), f.getAttribute("type"));
-          }
-        }
-        driver->setBoardComponent(component);
-        component->addDriver(driver.release());
-      }
+      readDrivers_(child, component);
     } else if (child.isTag("parameters")) {
       for (HXMLWElement &p : child.getChildren())
         component->addParameter(new HBOParameter(
             p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
             p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
     } else if (child.isTag("images")) {
-      for (HXMLWElement &img : child.getChildren()) {
-        std::string resolution = img.getAttribute("resolution");
-        if (resolution.empty())
-          resolution = "high";
-        std::string description;
-        for (HXMLWElement &d : img.getChildren())
-          if (d.isTag("description"))
-            description = d.getText();
-        HBOImage *image = new HBOImage();
-        image->setName(boardDir + img.getAttribute("name"));
-        image->setDisplayName(img.getAttribute("display_name"));
-        image->setDescription(description);
-        image->setResolution(resolution);
-        image->setSubType(img.getAttribute("sub_type"));
-        component->addImage(image);
-      }
+      readImages_(child, boardDir, component);
     } else if (child.isTag("positions")) {
-      std::vector<HXMLWElement> positions = child.getChildren();
-      for (std::size_t i = 0; i < positions.size(); ++i) {
-        HXMLWElement &pos = positions[i];
-        std::string target = pos.getAttribute("component");
-        std::string id = pos.getAttribute("id");
-        int number =
-            id.empty() ? static_cast<int>(i) : m_ctx.convert2NonNegativeInteger(id, "position id");
-        HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
-        record->setPosition(number);
-        record->setComponent(target);
-        for (HXMLWElement &a : pos.getChildren()) {
-          if (!a.isTag("address"))
-            continue;
-          std::string low = a.getAttribute("low"), high = a.getAttribute("high");
-          record->addAddress(low, high);
-        }
-        component->addIICPosition(record);
-      }
+      readMuxPositions_(child, component);
     } else if (child.isTag("param_table")) {
       // Accepted and walked; it has no effect on the component.
       for (HXMLWElement &list : child.getChildren())
@@ -233,23 +130,7 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
           for (HXMLWElement &entry : list.getChildren())
             (void)entry.getAttribute("name");
     } else if (child.isTag("pins")) {
-      for (HXMLWElement &p : child.getChildren()) {
-        std::string pinName = p.getAttribute("name");
-        int index = m_ctx.convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
-        if (HBOPinProps *existing = component->getPinByIndex(index)) {
-          m_ctx.queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
-                         pinName, component->getComponentName());
-          continue;
-        }
-        HBOPinProps *pin = new HBOPinProps();
-        pin->setName(pinName);
-        pin->setPinIndex(index);
-        pin->setPinLoc(p.getAttribute("loc"));
-        for (const std::string &prop : HBOPinProps::getPortPropNames())
-          if (!m_ctx.portPropsToSkip.count(prop))
-            pin->setPortProp(prop, p.getAttribute(prop));
-        component->addPin(pin);
-      }
+      readPins_(child, component);
     } else if (child.isTag("compatible_connectors")) {
       for (HXMLWElement &row : child.getChildren())
         component->addCompatibleConnector(row.getAttribute("board_vendor"),
@@ -257,24 +138,175 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
                                           row.getAttribute("board_version"),
                                           row.getAttribute("connector_name"));
     } else if (child.isTag("component_modes")) {
-      for (HXMLWElement &m : child.getChildren()) {
-        HBOComponentMode *mode = new HBOComponentMode();
-        mode->setOwnerComponent(component);
-        // A mode whose reading stopped early is kept as far as it got.
-        try {
-          m_interfaces.readComponentModeDetails(&m, mode);
-        } catch (...) {
-          delete mode;
-          throw;
-        }
-        component->addComponentMode(mode);
-      }
+      readComponentModes_(child, component);
     } else if (child.isTag("interfaces")) {
       if (!readInterfaces_(child, component))
         return false;
     }
   }
   return true;
+}
+
+std::string HBOComponentReader::readAttributes_(HXMLWElement &element,
+                                                HBOBoardComponent *component) {
+  HBOBoard *board = m_ctx.board;
+  std::string name = element.getAttribute("name");
+  std::string displayName = element.getAttribute("display_name");
+  std::string type = element.getAttribute("type");
+  std::string subType = element.getAttribute("sub_type");
+  std::string majorGroup = element.getAttribute("major_group");
+  std::string partName = element.getAttribute("part_name");
+  std::string pinMapFile = element.getAttribute("pin_map_file");
+  std::string vendor = element.getAttribute("vendor");
+  std::string specUrl = element.getAttribute("spec_url");
+  std::string connectedTo = element.getAttribute("connected_to");
+  component->setBoard(board);
+
+  name = HSTStringUtils::toLower(name);
+  std::string fullName =
+      board->getVendor() + ":" + board->getBoardName() + ":" + name + ":" + board->getVersion();
+  component->setName(fullName);
+  component->setDisplayName(displayName);
+  component->setConnectedToLogicStr(connectedTo.empty() ? std::string("PL") : connectedTo);
+  component->setComponentName(name);
+  component->setType(type);
+  component->setSubType(subType);
+  component->setMajorGroup(majorGroup);
+  component->setPartName(partName);
+  component->setPinMapFile(pinMapFile);
+  component->setVendorName(vendor);
+  component->setSpecUrl(specUrl);
+  component->setDescription(board->getDescription());
+  component->setRtlFileParseStatus(true);
+  component->setLongDesc(board->getDescription());
+
+  // Exactly "fpga": a component typed "FPGA" passes validation but carries
+  // no part for the board.
+  if (type == "fpga") {
+    board->setActivePart(component);
+    board->setPartString(partName);
+  }
+  return pinMapFile;
+}
+
+void HBOComponentReader::readPinMapFile_(const std::string &pinMapFile,
+                                         HBOBoardComponent *component) {
+  std::map<std::string, HBOPinProps *> pins;
+  std::vector<HBODesignConstr> constrs;
+  try {
+    m_pinFiles.parsePinFile(pinMapFile, pins, constrs);
+  } catch (...) {
+    for (auto &entry : pins)
+      delete entry.second;
+    throw;
+  }
+  component->setDesignConstrs(constrs);
+  for (auto &entry : pins) {
+    component->addPin(entry.second);
+    entry.second->setOwner(component);
+  }
+}
+
+void HBOComponentReader::readDrivers_(HXMLWElement &drivers, HBOBoardComponent *component) {
+  for (HXMLWElement &d : drivers.getChildren()) {
+    std::unique_ptr<HBOBoardComponentDriver> driver(new HBOBoardComponentDriver());
+    driver->setDriverPath(HUTFile::parentPath(m_ctx.board->getBoardFile()));
+    driver->setName(d.getAttribute("name"));
+    driver->setVersion(d.getAttribute("version"));
+    driver->setVendor(d.getAttribute("vendor"));
+    driver->setPreCompiled(d.getAttribute("pre_compiled"));
+    driver->setOs(splitCommas(d.getAttribute("os")));
+    driver->setPlatform(splitCommas(d.getAttribute("platform")));
+    driver->setProcessorArchitecture(splitCommas(d.getAttribute("processor_architecture")));
+    for (HXMLWElement &dc : d.getChildren()) {
+      if (dc.isTag("description")) {
+        driver->setDescription(dc.getText());
+      } else if (dc.isTag("driver_files")) {
+        for (HXMLWElement &f : dc.getChildren())
+          if (f.isTag("file"))
+            driver->addFile(f.getText(), f.getAttribute("type"));
+      }
+    }
+    driver->setBoardComponent(component);
+    component->addDriver(driver.release());
+  }
+}
+
+void HBOComponentReader::readImages_(HXMLWElement &images, const std::string &boardDir,
+                                     HBOBoardComponent *component) {
+  for (HXMLWElement &img : images.getChildren()) {
+    std::string resolution = img.getAttribute("resolution");
+    if (resolution.empty())
+      resolution = "high";
+    std::string description;
+    for (HXMLWElement &d : img.getChildren())
+      if (d.isTag("description"))
+        description = d.getText();
+    HBOImage *image = new HBOImage();
+    image->setName(boardDir + img.getAttribute("name"));
+    image->setDisplayName(img.getAttribute("display_name"));
+    image->setDescription(description);
+    image->setResolution(resolution);
+    image->setSubType(img.getAttribute("sub_type"));
+    component->addImage(image);
+  }
+}
+
+void HBOComponentReader::readMuxPositions_(HXMLWElement &positionsElement,
+                                           HBOBoardComponent *component) {
+  std::vector<HXMLWElement> positions = positionsElement.getChildren();
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    HXMLWElement &pos = positions[i];
+    std::string target = pos.getAttribute("component");
+    std::string id = pos.getAttribute("id");
+    int number =
+        id.empty() ? static_cast<int>(i) : m_ctx.convert2NonNegativeInteger(id, "position id");
+    HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
+    record->setPosition(number);
+    record->setComponent(target);
+    for (HXMLWElement &a : pos.getChildren()) {
+      if (!a.isTag("address"))
+        continue;
+      std::string low = a.getAttribute("low"), high = a.getAttribute("high");
+      record->addAddress(low, high);
+    }
+    component->addIICPosition(record);
+  }
+}
+
+void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *component) {
+  for (HXMLWElement &p : pins.getChildren()) {
+    std::string pinName = p.getAttribute("name");
+    int index = m_ctx.convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
+    if (HBOPinProps *existing = component->getPinByIndex(index)) {
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
+                     pinName, component->getComponentName());
+      continue;
+    }
+    HBOPinProps *pin = new HBOPinProps();
+    pin->setName(pinName);
+    pin->setPinIndex(index);
+    pin->setPinLoc(p.getAttribute("loc"));
+    for (const std::string &prop : HBOPinProps::getPortPropNames())
+      if (!m_ctx.portPropsToSkip.count(prop))
+        pin->setPortProp(prop, p.getAttribute(prop));
+    component->addPin(pin);
+  }
+}
+
+void HBOComponentReader::readComponentModes_(HXMLWElement &modes, HBOBoardComponent *component) {
+  for (HXMLWElement &m : modes.getChildren()) {
+    HBOComponentMode *mode = new HBOComponentMode();
+    mode->setOwnerComponent(component);
+    // A mode whose reading stopped early is kept as far as it got.
+    try {
+      m_interfaces.readComponentModeDetails(&m, mode);
+    } catch (...) {
+      delete mode;
+      throw;
+    }
+    component->addComponentMode(mode);
+  }
 }
 
 bool HBOComponentReader::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {

@@ -22,6 +22,15 @@ public:
   bool readComponentDetails(HXMLWElement *element, HBOBoardComponent *component);
 
 private:
+  /// The component's own attributes; gives the name of its pin file.
+  std::string readAttributes_(HXMLWElement &element, HBOBoardComponent *component);
+  void readPinMapFile_(const std::string &pinMapFile, HBOBoardComponent *component);
+  void readDrivers_(HXMLWElement &drivers, HBOBoardComponent *component);
+  void readImages_(HXMLWElement &images, const std::string &boardDir, HBOBoardComponent *component);
+  void readMuxPositions_(HXMLWElement &positions, HBOBoardComponent *component);
+  /// Pins given in board.xml itself; an index given twice keeps the first.
+  void readPins_(HXMLWElement &pins, HBOBoardComponent *component);
+  void readComponentModes_(HXMLWElement &modes, HBOBoardComponent *component);
   /// One interfaces element of a component, with its uniqueness checks.
   bool readInterfaces_(HXMLWElement &element, HBOBoardComponent *component);
 

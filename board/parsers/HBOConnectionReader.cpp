@@ -101,107 +101,10 @@ bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
     if (!child.isTag("connection_map"))
       continue;
 
-    const std::string mapName = child.getAttribute("name");
-    std::string c1Start, c1End, c2Start, c2End;
-    bool c1StartSet = child.getAttribute("c1_st_index", c1Start);
-    bool c1EndSet = child.getAttribute("c1_end_index", c1End);
-    bool c2StartSet = child.getAttribute("c2_st_index", c2Start);
-    bool c2EndSet = child.getAttribute("c2_end_index", c2End);
-    // Told, and the map is still read with 0 in place of what is missing.
-    if (!c1StartSet || !c1EndSet || !c2StartSet || !c2EndSet)
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
-
-    const float typicalDelay = readDelay(child, "typical_delay");
-    const float minDelay = readDelay(child, "min_delay");
-    const float maxDelay = readDelay(child, "max_delay");
-
-    std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
-    bus->setConnectionName(connectionName);
-    bus->setComp1(comp1);
-    bus->setComp2(comp2);
-    const int c1From = m_ctx.convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
-                                                        "connection_map c1_st_index");
-    const int c1To = m_ctx.convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
-                                                      "connection_map c1_end_index");
-    const int c2From = m_ctx.convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
-                                                        "connection_map c2_st_index");
-    const int c2To = m_ctx.convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
-                                                      "connection_map c2_end_index");
-    bus->setName(mapName);
-    bus->setDelay(typicalDelay);
-    bus->setMinDelay(minDelay);
-    bus->setMaxDelay(maxDelay);
-    bus->setStartIndexComp1(c1From);
-    bus->setStopIndexComp1(c1To);
-    bus->setStartIndexComp2(c2From);
-    bus->setStopIndexComp2(c2To);
-
-    // Lenient files may hold any int, so the differences are taken wide.
-    const long long width = static_cast<long long>(c1To) - c1From;
-    if (width == static_cast<long long>(c2To) - c2From) {
-      if (width >= kMaxBusWidth) {
-        m_ctx.queueFinding("Connection map '" + mapName + "' of connection '" + connectionName +
-                           "' spans " + std::to_string(width + 1) + " pins; at most " +
-                           std::to_string(kMaxBusWidth) + " are supported.");
-        return false;
-      }
-      m_pinFiles.createPinsForComponent(comp1, c1From, c1To, connectionName);
-      m_pinFiles.createPinsForComponent(comp2, c2From, c2To, connectionName);
-      // A reversed range has a negative width and no nets.
-      HBOBoardComponent *component1 = m_ctx.board->findBoardComponent(comp1);
-      HBOBoardComponent *component2 = m_ctx.board->findBoardComponent(comp2);
-      for (long long i = 0; i <= width; ++i) {
-        const int c1Index = static_cast<int>(c1From + i);
-        const int c2Index = static_cast<int>(c2From + i);
-        std::unique_ptr<HBOBoardBusNet> net(new HBOBoardBusNet());
-        net->setName(mapName + "_" + std::to_string(i));
-        net->setBoardBus(mapName);
-        net->setOwner(bus.get());
-        net->setC1PinIndex(c1Index);
-        net->setC2PinIndex(c2Index);
-        net->setTypicalDelay(typicalDelay);
-        net->setMaxDelay(maxDelay);
-        net->setMinDelay(minDelay);
-        if (component1 && component2)
-          carryIOStandard(component1, component1->getPinByIndex(c1Index), component2,
-                          component2->getPinByIndex(c2Index));
-        bus->addBoardBusNet(net.release());
-      }
-    }
-    // Differing widths make neither pins nor nets; validateConnection tells.
-
-    for (HXMLWElement &part : child.getChildren()) {
-      if (part.isTag("enablement_dependencies")) {
-        for (HXMLWElement &jumpers : part.getChildren()) {
-          if (!jumpers.isTag("jumpers"))
-            continue;
-          const std::string text = enablementText(jumpers);
-          bus->setEnablementDependency(text);
-          for (HBOBoardBusNet *net : bus->getBoardBusNets())
-            net->setEnablementDependency(text);
-        }
-      } else if (part.isTag("nets")) {
-        const std::vector<HBOBoardBusNet *> &nets = bus->getBoardBusNets();
-        for (HXMLWElement &netElement : part.getChildren()) {
-          // The index counts from the start of the range on component 1.
-          const int index = boost::lexical_cast<int>(netElement.getAttribute("index"));
-          const float typical = readDelay(netElement, "typical_delay");
-          const float max = readDelay(netElement, "max_delay");
-          const float min = readDelay(netElement, "min_delay");
-          // Nets stand in index order, one per position of the range, so the
-          // net at that position is the only one it can mean.
-          if (index < 0 || static_cast<std::size_t>(index) >= nets.size())
-            continue;
-          HBOBoardBusNet *net = nets[index];
-          assert(net->getC1PinIndex() - static_cast<long long>(c1From) == index &&
-                 "nets are made one per position of the range");
-          net->setTypicalDelay(typical);
-          net->setMaxDelay(max);
-          net->setMinDelay(min);
-        }
-      }
-    }
-
+    std::unique_ptr<HBOBoardBus> bus = readConnectionMap_(child, connectionName, comp1, comp2);
+    if (!wireNets_(*bus))
+      return false;
+    readNetDetails_(child, *bus);
     if (!validateConnection(bus.get()))
       return false;
     HBOBoardBus *added = bus.release();
@@ -209,6 +112,123 @@ bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
     added->setOwner(m_ctx.board);
   }
   return true;
+}
+
+std::unique_ptr<HBOBoardBus>
+HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &connectionName,
+                                        const std::string &comp1, const std::string &comp2) {
+  const std::string mapName = map.getAttribute("name");
+  std::string c1Start, c1End, c2Start, c2End;
+  bool c1StartSet = map.getAttribute("c1_st_index", c1Start);
+  bool c1EndSet = map.getAttribute("c1_end_index", c1End);
+  bool c2StartSet = map.getAttribute("c2_st_index", c2Start);
+  bool c2EndSet = map.getAttribute("c2_end_index", c2End);
+  // Told, and the map is still read with 0 in place of what is missing.
+  if (!c1StartSet || !c1EndSet || !c2StartSet || !c2EndSet)
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
+
+  const float typicalDelay = readDelay(map, "typical_delay");
+  const float minDelay = readDelay(map, "min_delay");
+  const float maxDelay = readDelay(map, "max_delay");
+
+  std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
+  bus->setConnectionName(connectionName);
+  bus->setComp1(comp1);
+  bus->setComp2(comp2);
+  const int c1From = m_ctx.convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
+                                                      "connection_map c1_st_index");
+  const int c1To = m_ctx.convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
+                                                    "connection_map c1_end_index");
+  const int c2From = m_ctx.convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
+                                                      "connection_map c2_st_index");
+  const int c2To = m_ctx.convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
+                                                    "connection_map c2_end_index");
+  bus->setName(mapName);
+  bus->setDelay(typicalDelay);
+  bus->setMinDelay(minDelay);
+  bus->setMaxDelay(maxDelay);
+  bus->setStartIndexComp1(c1From);
+  bus->setStopIndexComp1(c1To);
+  bus->setStartIndexComp2(c2From);
+  bus->setStopIndexComp2(c2To);
+  return bus;
+}
+
+bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
+  const std::string &mapName = bus.getName();
+  const std::string &connectionName = bus.getConnectionName();
+  const std::string &comp1 = bus.getComp1();
+  const std::string &comp2 = bus.getComp2();
+  const int c1From = bus.getStartIndexComp1(), c1To = bus.getStopIndexComp1();
+  const int c2From = bus.getStartIndexComp2(), c2To = bus.getStopIndexComp2();
+  // Lenient files may hold any int, so the differences are taken wide.
+  const long long width = static_cast<long long>(c1To) - c1From;
+  // Differing widths make neither pins nor nets; validateConnection tells.
+  if (width != static_cast<long long>(c2To) - c2From)
+    return true;
+  if (width >= kMaxBusWidth) {
+    m_ctx.queueFinding("Connection map '" + mapName + "' of connection '" + connectionName +
+                       "' spans " + std::to_string(width + 1) + " pins; at most " +
+                       std::to_string(kMaxBusWidth) + " are supported.");
+    return false;
+  }
+  m_pinFiles.createPinsForComponent(comp1, c1From, c1To, connectionName);
+  m_pinFiles.createPinsForComponent(comp2, c2From, c2To, connectionName);
+  // A reversed range has a negative width and no nets.
+  HBOBoardComponent *component1 = m_ctx.board->findBoardComponent(comp1);
+  HBOBoardComponent *component2 = m_ctx.board->findBoardComponent(comp2);
+  for (long long i = 0; i <= width; ++i) {
+    const int c1Index = static_cast<int>(c1From + i);
+    const int c2Index = static_cast<int>(c2From + i);
+    std::unique_ptr<HBOBoardBusNet> net(new HBOBoardBusNet());
+    net->setName(mapName + "_" + std::to_string(i));
+    net->setBoardBus(mapName);
+    net->setOwner(&bus);
+    net->setC1PinIndex(c1Index);
+    net->setC2PinIndex(c2Index);
+    net->setTypicalDelay(bus.getDelay());
+    net->setMaxDelay(bus.getMaxDelay());
+    net->setMinDelay(bus.getMinDelay());
+    if (component1 && component2)
+      carryIOStandard(component1, component1->getPinByIndex(c1Index), component2,
+                      component2->getPinByIndex(c2Index));
+    bus.addBoardBusNet(net.release());
+  }
+  return true;
+}
+
+void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
+  for (HXMLWElement &part : map.getChildren()) {
+    if (part.isTag("enablement_dependencies")) {
+      for (HXMLWElement &jumpers : part.getChildren()) {
+        if (!jumpers.isTag("jumpers"))
+          continue;
+        const std::string text = enablementText(jumpers);
+        bus.setEnablementDependency(text);
+        for (HBOBoardBusNet *net : bus.getBoardBusNets())
+          net->setEnablementDependency(text);
+      }
+    } else if (part.isTag("nets")) {
+      const std::vector<HBOBoardBusNet *> &nets = bus.getBoardBusNets();
+      for (HXMLWElement &netElement : part.getChildren()) {
+        // The index counts from the start of the range on component 1.
+        const int index = boost::lexical_cast<int>(netElement.getAttribute("index"));
+        const float typical = readDelay(netElement, "typical_delay");
+        const float max = readDelay(netElement, "max_delay");
+        const float min = readDelay(netElement, "min_delay");
+        // Nets stand in index order, one per position of the range, so the
+        // net at that position is the only one it can mean.
+        if (index < 0 || static_cast<std::size_t>(index) >= nets.size())
+          continue;
+        HBOBoardBusNet *net = nets[index];
+        assert(net->getC1PinIndex() - static_cast<long long>(bus.getStartIndexComp1()) == index &&
+               "nets are made one per position of the range");
+        net->setTypicalDelay(typical);
+        net->setMaxDelay(max);
+        net->setMinDelay(min);
+      }
+    }
+  }
 }
 
 bool HBOConnectionReader::validateConnection(HBOBoardBus *bus) {

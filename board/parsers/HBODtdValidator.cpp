@@ -351,13 +351,11 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
   return std::string("<!DOCTYPE ") + root + " SYSTEM \"" + path + "\">";
 }
 
-bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string &type) {
+bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
+                                       std::string &buffer, std::string &ourDoctype,
+                                       bool &hasDoctype, bool &hasRoot) {
   // A file that cannot be opened reads as empty, and so has no root line.
   std::ifstream in(fileName, std::ios::in | std::ios::binary);
-  std::string buffer;
-  std::string ourDoctype;
-  bool hasDoctype = false;
-  bool hasRoot = false;
   std::string line;
   while (std::getline(in, line)) {
     // A line end of CR LF leaves a CR behind, which the patterns must not see.
@@ -379,6 +377,16 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
     buffer += line;
     buffer += '\n';
   }
+  return true;
+}
+
+bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string &type) {
+  std::string buffer;
+  std::string ourDoctype;
+  bool hasDoctype = false;
+  bool hasRoot = false;
+  if (!readWithDoctype_(fileName, type, buffer, ourDoctype, hasDoctype, hasRoot))
+    return false;
 
   if (hasDoctype && !m_ctx.schemaDir.empty())
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-155@%s%s", fileName, m_ctx.schemaDir);

@@ -18,6 +18,11 @@ public:
   std::string createDoctypeString(const std::string &type);
 
 private:
+  /// The file's text, with our DOCTYPE put before its root element when it
+  /// has none of its own; false when ours cannot be made.
+  bool readWithDoctype_(const std::string &fileName, const std::string &type, std::string &buffer,
+                        std::string &ourDoctype, bool &hasDoctype, bool &hasRoot);
+
   HBOParseContext &m_ctx;
 };
 

@@ -65,6 +65,18 @@ std::unique_ptr<HBOBusIfPreference> makePreference(const PreferredIpAttributes &
   return record;
 }
 
+// Jumpers first, then parameters, whatever their order in the file.
+void readEnablementDependencies(HXMLWElement &deps, HBOBusIf *interface) {
+  for (HXMLWElement &group : deps.getChildren())
+    if (group.isTag("jumpers"))
+      for (HXMLWElement &j : group.getChildren())
+        interface->addJumper(j.getAttribute("name"), isTrueText(j.getText()));
+  for (HXMLWElement &group : deps.getChildren())
+    if (group.isTag("parameters"))
+      for (HXMLWElement &p : group.getChildren())
+        interface->addParam(p.getAttribute("name"), isTrueText(p.getText()));
+}
+
 } // namespace
 
 bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *interface) {
@@ -87,20 +99,8 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   interface->setOfComponent(ofComponent);
   interface->setPresetProcName(presetProc);
 
-  if (!presetProc.empty()) {
-    // The preset file is read before the components, so every procedure of
-    // the board is known by now.
-    const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
-    auto found = presets.find(HSTStringUtils::toUpper(presetProc));
-    if (found != presets.end() && !found->second.empty() && found->second.front()) {
-      std::string file;
-      found->second.front()->getParamValue("CONFIG.XML_INPUT_FILE", file);
-      if (!file.empty())
-        interface->setPresetFile(file);
-    } else if (m_ctx.strictChecks && m_ctx.sendMessages) {
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
-    }
-  }
+  if (!presetProc.empty())
+    readPresetProc_(interface, name, presetProc);
 
   std::vector<std::string> fields = HSTStringUtils::split(type, ":", true);
   if (fields.size() == 4) {
@@ -125,65 +125,90 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
       // Stands in place of the preset's file: later elements are read later.
       interface->setPresetFile(child.getAttribute("name"));
     } else if (child.isTag("preferred_ips")) {
-      for (HXMLWElement &entry : child.getChildren()) {
-        PreferredIpAttributes ip(entry);
-        if (m_ctx.parsed)
-          m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
-                                                ip.version);
-        std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
-        std::string orderStore;
-        int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
-                                                     "preferred_ip order");
-        if (ip.hasOrder)
-          record->setOrder(order);
-        else
-          m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(),
-                         ip.name, type);
-        record->setOwner(m_ctx.board);
-        if (!m_validator.validatePreferredIP(record.get()))
-          return false;
-        // With several of order 0 the last one is the preference.
-        if (record->getOrder() == 0)
-          interface->setPreference(record.get());
-        interface->setPreferences(record.release());
-      }
+      if (!readPreferredIps_(child, interface, type, presetProc))
+        return false;
     } else if (child.isTag("port_maps")) {
-      for (HXMLWElement &entry : child.getChildren()) {
-        std::unique_ptr<HBOModelPort> port(new HBOModelPort());
-        std::unique_ptr<HBOPortMap> map(new HBOPortMap());
-        port->setOwner(interface);
-        if (!readPortMapDetails(&entry, port.get(), map.get()))
-          return false;
-        // A port read in full is kept by its component, which frees it with
-        // itself; only a port the component refused is still ours here.
-        HBOModelPort *raw = port.get();
-        HBOModelPort *kept = nullptr;
-        if (component->getModelPortByName(kept, raw->getName()) && kept == raw)
-          port.release();
-        if (!m_validator.validatePort(raw, ofComponent, name))
-          return false;
-        assert(!port && "a port with a name is kept by its component");
-        interface->addPort(raw);
-        if (m_ctx.parsed)
-          parsed.logicalPorts.insert(map->getLogicalPort());
-        HBOPortMap *rawMap = map.release();
-        interface->populatePortMap(rawMap);
-      }
+      if (!readPortMaps_(child, interface, name, ofComponent, parsed))
+        return false;
     } else if (child.isTag("enablement_dependencies")) {
-      for (HXMLWElement &group : child.getChildren())
-        if (group.isTag("jumpers"))
-          for (HXMLWElement &j : group.getChildren())
-            interface->addJumper(j.getAttribute("name"), isTrueText(j.getText()));
-      for (HXMLWElement &group : child.getChildren())
-        if (group.isTag("parameters"))
-          for (HXMLWElement &p : group.getChildren())
-            interface->addParam(p.getAttribute("name"), isTrueText(p.getText()));
+      readEnablementDependencies(child, interface);
     }
   }
 
   if (m_ctx.parsed) {
     parsed.type = type;
     m_ctx.parsed->interfaces.push_back(std::move(parsed));
+  }
+  return true;
+}
+
+void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string &name,
+                                         const std::string &presetProc) {
+  // The preset file is read before the components, so every procedure of
+  // the board is known by now.
+  const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
+  auto found = presets.find(HSTStringUtils::toUpper(presetProc));
+  if (found != presets.end() && !found->second.empty() && found->second.front()) {
+    std::string file;
+    found->second.front()->getParamValue("CONFIG.XML_INPUT_FILE", file);
+    if (!file.empty())
+      interface->setPresetFile(file);
+  } else if (m_ctx.strictChecks && m_ctx.sendMessages) {
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
+  }
+}
+
+bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interface,
+                                           const std::string &type, const std::string &presetProc) {
+  for (HXMLWElement &entry : list.getChildren()) {
+    PreferredIpAttributes ip(entry);
+    if (m_ctx.parsed)
+      m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
+                                            ip.version);
+    std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
+    std::string orderStore;
+    int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+                                                 "preferred_ip order");
+    if (ip.hasOrder)
+      record->setOrder(order);
+    else
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(), ip.name,
+                     type);
+    record->setOwner(m_ctx.board);
+    if (!m_validator.validatePreferredIP(record.get()))
+      return false;
+    // With several of order 0 the last one is the preference.
+    if (record->getOrder() == 0)
+      interface->setPreference(record.get());
+    interface->setPreferences(record.release());
+  }
+  return true;
+}
+
+bool HBOInterfaceReader::readPortMaps_(HXMLWElement &list, HBOBusIf *interface,
+                                       const std::string &name, const std::string &ofComponent,
+                                       HBOParsedInterface &parsed) {
+  HBOBoardComponent *component = interface->getOwnerComponent();
+  for (HXMLWElement &entry : list.getChildren()) {
+    std::unique_ptr<HBOModelPort> port(new HBOModelPort());
+    std::unique_ptr<HBOPortMap> map(new HBOPortMap());
+    port->setOwner(interface);
+    if (!readPortMapDetails(&entry, port.get(), map.get()))
+      return false;
+    // A port read in full is kept by its component, which frees it with
+    // itself; only a port the component refused is still ours here.
+    HBOModelPort *raw = port.get();
+    HBOModelPort *kept = nullptr;
+    if (component->getModelPortByName(kept, raw->getName()) && kept == raw)
+      port.release();
+    if (!m_validator.validatePort(raw, ofComponent, name))
+      return false;
+    assert(!port && "a port with a name is kept by its component");
+    interface->addPort(raw);
+    if (m_ctx.parsed)
+      parsed.logicalPorts.insert(map->getLogicalPort());
+    HBOPortMap *rawMap = map.release();
+    interface->populatePortMap(rawMap);
   }
   return true;
 }

@@ -3,11 +3,14 @@
 #ifndef BOARDLIB_HBOINTERFACEREADER_H
 #define BOARDLIB_HBOINTERFACEREADER_H
 
+#include <string>
+
 class HBOBoardValidator;
 class HBOBusIf;
 class HBOComponentMode;
 class HBOModelPort;
 class HBOParseContext;
+struct HBOParsedInterface;
 class HBOPortMap;
 class HXMLWElement;
 
@@ -21,6 +24,13 @@ public:
   bool readComponentModeDetails(HXMLWElement *element, HBOComponentMode *mode);
 
 private:
+  /// Takes the file of the interface's preset procedure.
+  void readPresetProc_(HBOBusIf *interface, const std::string &name, const std::string &presetProc);
+  bool readPreferredIps_(HXMLWElement &list, HBOBusIf *interface, const std::string &type,
+                         const std::string &presetProc);
+  bool readPortMaps_(HXMLWElement &list, HBOBusIf *interface, const std::string &name,
+                     const std::string &ofComponent, HBOParsedInterface &parsed);
+
   HBOParseContext &m_ctx;
   HBOBoardValidator &m_validator;
 };

@@ -105,34 +105,7 @@ bool HBOPinFileReader::parsePins(const std::string &path,
           propValues[slot] = value;
       });
 
-      if (!index) {
-        m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, name);
-      } else {
-        auto known = nameOfIndex.find(index);
-        if (known == nameOfIndex.end())
-          nameOfIndex.emplace(index, name);
-        else if (m_ctx.strictChecks)
-          m_ctx.queueFinding(path,
-                             std::string("The pin index '") + index + "' is used for both '" +
-                                 known->second + "' and for '" + name +
-                                 "'. Pin index must be unique.",
-                             false);
-      }
-      if (loc.empty()) {
-        m_ctx.queueFinding(path, "Location constraints are not provided for '" + name + "'.",
-                           false);
-      } else {
-        std::string indexText = index ? index : "";
-        auto known = indexOfLoc.find(loc);
-        if (known == indexOfLoc.end())
-          indexOfLoc.emplace(loc, indexText);
-        else if (m_ctx.strictChecks)
-          m_ctx.queueFinding(path,
-                             "The pin index '" + indexText + "' and '" + known->second +
-                                 "' both have the same  loc value '" + loc +
-                                 "'. Pin locations must be unique.",
-                             false);
-      }
+      checkIndexAndLoc_(path, name, index, loc, nameOfIndex, indexOfLoc);
 
       std::unique_ptr<HBOPinProps> pin(new HBOPinProps());
       pin->setName(name);
@@ -151,6 +124,38 @@ bool HBOPinFileReader::parsePins(const std::string &path,
     }
   }
   return true;
+}
+
+void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, const std::string &name,
+                                         const char *index, const std::string &loc,
+                                         std::unordered_map<std::string, std::string> &nameOfIndex,
+                                         std::unordered_map<std::string, std::string> &indexOfLoc) {
+  if (!index) {
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, name);
+  } else {
+    auto known = nameOfIndex.find(index);
+    if (known == nameOfIndex.end())
+      nameOfIndex.emplace(index, name);
+    else if (m_ctx.strictChecks)
+      m_ctx.queueFinding(path,
+                         std::string("The pin index '") + index + "' is used for both '" +
+                             known->second + "' and for '" + name + "'. Pin index must be unique.",
+                         false);
+  }
+  if (loc.empty()) {
+    m_ctx.queueFinding(path, "Location constraints are not provided for '" + name + "'.", false);
+  } else {
+    std::string indexText = index ? index : "";
+    auto known = indexOfLoc.find(loc);
+    if (known == indexOfLoc.end())
+      indexOfLoc.emplace(loc, indexText);
+    else if (m_ctx.strictChecks)
+      m_ctx.queueFinding(path,
+                         "The pin index '" + indexText + "' and '" + known->second +
+                             "' both have the same  loc value '" + loc +
+                             "'. Pin locations must be unique.",
+                         false);
+  }
 }
 
 bool HBOPinFileReader::createPinsForComponent(std::string componentName, int from, int to,

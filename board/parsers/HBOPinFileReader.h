@@ -8,6 +8,7 @@
 
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 class HBODtdValidator;
@@ -26,6 +27,11 @@ public:
                               const std::string &connectionName);
 
 private:
+  /// A pin's index and location must be given, and be unique in the file.
+  void checkIndexAndLoc_(const std::string &path, const std::string &name, const char *index,
+                         const std::string &loc,
+                         std::unordered_map<std::string, std::string> &nameOfIndex,
+                         std::unordered_map<std::string, std::string> &indexOfLoc);
   /// The design_constrs element of the pin file \p path.
   bool parseDesignConstrs_(HXMLWElement &element, const std::string &path,
                            std::vector<HBODesignConstr> &constrs);

@@ -71,96 +71,119 @@ std::string powerRailsAsXmlStr_(const std::vector<HBOPowerRail> &rails) {
 
 } // namespace
 
-bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) {
-  if (!m_ctx.board) {
-    error = "HBOBoardParser::readPowerRails: no board to read into";
-    return false;
-  }
+// What the rails read so far define, against which each next rail is held.
+struct HBOPowerRailReader::Network {
   std::vector<HBOPowerRail> rails;
   std::unordered_set<std::string> railNames;   // names in rails, for the look-ups
   std::unordered_set<std::string> supplies;    // every name used as a supply so far
   std::unordered_set<std::string> memberRails; // every name drawn on as a rail so far
   std::map<std::string, int> phasesLeft;       // phased rail -> phases nobody draws yet
+};
 
+bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) {
+  if (!m_ctx.board) {
+    error = "HBOBoardParser::readPowerRails: no board to read into";
+    return false;
+  }
   // Every finding is an error that fails the file, but only after all rails
   // were read, so that one read tells everything wrong with the network.
-  auto fail = [this](const std::string &key, const auto &...args) {
-    m_ctx.queueMsg(false, ComMsg::Error, key, args...);
-  };
-
+  Network net;
   for (HXMLWElement &section : root.getChildren()) {
     if (!section.isTag("power_rails"))
       continue;
     for (HXMLWElement &element : section.getChildren()) {
       if (!element.isTag("power_rail"))
         continue;
-      const std::string name = element.getAttribute("name");
-      if (railNames.count(name))
-        fail("@49-119@%s", name);
-      if (supplies.count(name))
-        fail("@49-122@%s", name);
-      const bool isDirect = HSTStringUtils::toLower(element.getAttribute("is_direct")) == "true";
-      int numPhases = 0;
-      const std::string numPhasesText = element.getAttribute("num_phases");
-      if (!numPhasesText.empty()) {
-        // Text that is no number throws, and the read fails where it is caught.
-        numPhases = std::stoi(numPhasesText);
-        phasesLeft[name] = numPhases;
-      }
-
-      std::vector<std::string> members;
-      std::vector<std::string> supplyList;
-      std::unordered_set<std::string> ownMembers;
-      std::map<std::string, int> memberPhases;
-      for (HXMLWElement &child : element.getChildren()) {
-        const bool isSupply = child.isTag("supply");
-        if (!isSupply && !child.isTag("rail"))
-          continue;
-        const std::string member = child.getAttribute("name");
-        const std::string phasedSource = child.getAttribute("phased_power_source");
-
-        if (!isSupply && !phasedSource.empty()) {
-          const int phases = std::stoi(phasedSource);
-          auto left = phasesLeft.find(member);
-          if (left == phasesLeft.end())
-            fail("@49-136@%s%s", member, name);
-          else if (phases < 1 || phases > left->second)
-            fail("@49-134@%s%s", member, name);
-          // Drawn even when wrong, so that later users are measured against
-          // what the file really hands out.
-          phasesLeft[member] -= phases;
-          memberPhases[member] = phases;
-        } else if (phasesLeft.count(member)) {
-          fail("@49-135@%s%s", member, name);
-        }
-
-        if (member == name)
-          fail("@49-121@%s", name);
-        const bool isRail = railNames.count(member) != 0;
-        if (isRail && isSupply)
-          fail("@49-125@%s%s", member, name);
-        if (!isRail && !isSupply)
-          fail("@49-123@%s%s", member, name);
-        if (!ownMembers.insert(member).second)
-          fail("@49-118@%s%s", member, name);
-        if (isSupply && supplies.count(member))
-          fail("@49-124@%s%s", member, name);
-        if (!isSupply && isDirect && memberRails.count(member))
-          fail("@49-120@%s%s", member, name);
-
-        members.push_back(member);
-        if (isSupply) {
-          supplies.insert(member);
-          supplyList.push_back(member);
-        } else {
-          memberRails.insert(member);
-        }
-      }
-      rails.emplace_back(name, members, supplyList, memberPhases, isDirect, numPhases);
-      railNames.insert(name);
+      readPowerRail_(element, net);
     }
   }
+  std::vector<HBOPowerRail> &rails = net.rails;
+  checkPhaseSharing_(rails);
 
+  if (HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.stubData"))
+    rails = makeStubRails();
+
+  m_ctx.board->setPowerRails(rails);
+  if (ComMsgMgr::hasScope("board.dataProps"))
+    ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.dataProps",
+                             "HBOBoardParser just read the following rails for board %s:\n%s\n",
+                             m_ctx.board->getName().c_str(), powerRailsAsXmlStr_(rails).c_str());
+  return true;
+}
+
+template <typename... Args>
+void HBOPowerRailReader::fail_(const std::string &key, const Args &...args) {
+  m_ctx.queueMsg(false, ComMsg::Error, key, args...);
+}
+
+void HBOPowerRailReader::readPowerRail_(HXMLWElement &element, Network &net) {
+  const std::string name = element.getAttribute("name");
+  if (net.railNames.count(name))
+    fail_("@49-119@%s", name);
+  if (net.supplies.count(name))
+    fail_("@49-122@%s", name);
+  const bool isDirect = HSTStringUtils::toLower(element.getAttribute("is_direct")) == "true";
+  int numPhases = 0;
+  const std::string numPhasesText = element.getAttribute("num_phases");
+  if (!numPhasesText.empty()) {
+    // Text that is no number throws, and the read fails where it is caught.
+    numPhases = std::stoi(numPhasesText);
+    net.phasesLeft[name] = numPhases;
+  }
+
+  std::vector<std::string> members;
+  std::vector<std::string> supplyList;
+  std::unordered_set<std::string> ownMembers;
+  std::map<std::string, int> memberPhases;
+  for (HXMLWElement &child : element.getChildren()) {
+    const bool isSupply = child.isTag("supply");
+    if (!isSupply && !child.isTag("rail"))
+      continue;
+    const std::string member = child.getAttribute("name");
+    const std::string phasedSource = child.getAttribute("phased_power_source");
+
+    if (!isSupply && !phasedSource.empty()) {
+      const int phases = std::stoi(phasedSource);
+      auto left = net.phasesLeft.find(member);
+      if (left == net.phasesLeft.end())
+        fail_("@49-136@%s%s", member, name);
+      else if (phases < 1 || phases > left->second)
+        fail_("@49-134@%s%s", member, name);
+      // Drawn even when wrong, so that later users are measured against
+      // what the file really hands out.
+      net.phasesLeft[member] -= phases;
+      memberPhases[member] = phases;
+    } else if (net.phasesLeft.count(member)) {
+      fail_("@49-135@%s%s", member, name);
+    }
+
+    if (member == name)
+      fail_("@49-121@%s", name);
+    const bool isRail = net.railNames.count(member) != 0;
+    if (isRail && isSupply)
+      fail_("@49-125@%s%s", member, name);
+    if (!isRail && !isSupply)
+      fail_("@49-123@%s%s", member, name);
+    if (!ownMembers.insert(member).second)
+      fail_("@49-118@%s%s", member, name);
+    if (isSupply && net.supplies.count(member))
+      fail_("@49-124@%s%s", member, name);
+    if (!isSupply && isDirect && net.memberRails.count(member))
+      fail_("@49-120@%s%s", member, name);
+
+    members.push_back(member);
+    if (isSupply) {
+      net.supplies.insert(member);
+      supplyList.push_back(member);
+    } else {
+      net.memberRails.insert(member);
+    }
+  }
+  net.rails.emplace_back(name, members, supplyList, memberPhases, isDirect, numPhases);
+  net.railNames.insert(name);
+}
+
+void HBOPowerRailReader::checkPhaseSharing_(const std::vector<HBOPowerRail> &rails) {
   // Each phased rail must be shared out exactly: collect who draws how much.
   std::map<std::string, std::vector<std::pair<std::string, int>>> usersOf;
   for (const HBOPowerRail &user : rails)
@@ -172,7 +195,7 @@ bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) 
       continue;
     auto users = usersOf.find(rail.getName());
     if (users == usersOf.end()) {
-      fail("@49-141@%s%d%d", rail.getName(), rail.getNumPhases(), 0);
+      fail_("@49-141@%s%d%d", rail.getName(), rail.getNumPhases(), 0);
       continue;
     }
     int sum = 0;
@@ -184,16 +207,6 @@ bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) 
       list += user.first + ":" + std::to_string(user.second);
     }
     if (sum != rail.getNumPhases())
-      fail("@49-142@%d%s%s", rail.getNumPhases(), rail.getName(), list);
+      fail_("@49-142@%d%s%s", rail.getNumPhases(), rail.getName(), list);
   }
-
-  if (HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.stubData"))
-    rails = makeStubRails();
-
-  m_ctx.board->setPowerRails(rails);
-  if (ComMsgMgr::hasScope("board.dataProps"))
-    ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.dataProps",
-                             "HBOBoardParser just read the following rails for board %s:\n%s\n",
-                             m_ctx.board->getName().c_str(), powerRailsAsXmlStr_(rails).c_str());
-  return true;
 }
