@@ -56,28 +56,7 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
       if (entries.empty())
         m_ctx.queueMsg(false, ComMsg::Warning, "@49-97@%s", boardFile);
     } else if (child.isTag("images")) {
-      for (HXMLWElement &img : child.getChildren()) {
-        std::string imgName = img.getAttribute("name");
-        std::string imgDisplay = img.getAttribute("display_name");
-        std::string subType = img.getAttribute("sub_type");
-        std::string resolution = img.getAttribute("resolution");
-        if (resolution.empty())
-          resolution = "high";
-        std::string imgDescription;
-        for (HXMLWElement &d : img.getChildren())
-          if (d.isTag("description"))
-            imgDescription = d.getText();
-        HBOImage *image = new HBOImage();
-        image->setName(boardDir + imgName);
-        image->setDisplayName(imgDisplay);
-        image->setResolution(resolution);
-        image->setDescription(imgDescription);
-        image->setSubType(subType);
-        if (HSTStringUtils::iequals(subType, "board") &&
-            HSTStringUtils::iequals(resolution, "high"))
-          boardImage = image->getName();
-        m_ctx.board->addImage(image);
-      }
+      readBoardImages_(child, boardDir, boardImage);
     } else if (child.isTag("file_version")) {
       version = child.getText();
     } else if (child.isTag("description")) {
@@ -102,6 +81,31 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
   m_ctx.board->setSupportsCED(ced);
   m_ctx.board->setIntegratedBoard(isIntegrated == "true");
   return true;
+}
+
+void HBOHeaderReader::readBoardImages_(HXMLWElement &images, const std::string &boardDir,
+                                       std::string &boardImage) {
+  for (HXMLWElement &img : images.getChildren()) {
+    std::string imgName = img.getAttribute("name");
+    std::string imgDisplay = img.getAttribute("display_name");
+    std::string subType = img.getAttribute("sub_type");
+    std::string resolution = img.getAttribute("resolution");
+    if (resolution.empty())
+      resolution = "high";
+    std::string imgDescription;
+    for (HXMLWElement &d : img.getChildren())
+      if (d.isTag("description"))
+        imgDescription = d.getText();
+    HBOImage *image = new HBOImage();
+    image->setName(boardDir + imgName);
+    image->setDisplayName(imgDisplay);
+    image->setResolution(resolution);
+    image->setDescription(imgDescription);
+    image->setSubType(subType);
+    if (HSTStringUtils::iequals(subType, "board") && HSTStringUtils::iequals(resolution, "high"))
+      boardImage = image->getName();
+    m_ctx.board->addImage(image);
+  }
 }
 
 bool HBOHeaderReader::readBoardParameters(HXMLWElement *root, std::string &error) {

@@ -23,6 +23,10 @@ public:
   bool readConnectedBoards(HXMLWElement *root, std::string &error);
 
 private:
+  /// The board's images; the last high resolution one of sub_type "board"
+  /// is the board's picture.
+  void readBoardImages_(HXMLWElement &images, const std::string &boardDir, std::string &boardImage);
+
   HBOParseContext &m_ctx;
   HBOPresetReader &m_presets;
 };
