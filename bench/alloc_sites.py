@@ -3,9 +3,9 @@
 
 heaptrack's own report names the innermost frames, which for this library
 are string and map internals. This groups the stacks of the load instead:
-by the reader function (the innermost HBOBoardParser or HBOParser member)
-and by the allocation site (the innermost frame in one of the library's
-sources), with each one's share.
+by the reader function (the innermost member of HBOParser, HBOBoardParser
+or a section reader such as HBOPinFileReader) and by the allocation site
+(the innermost frame in one of the library's sources), with each one's share.
 
     heaptrack -o /tmp/ht boardtool catalog --data-dir DIR --jobs 1 > /dev/null
     heaptrack_print -f /tmp/ht.zst --flamegraph-cost-type allocations -F allocs.txt
@@ -21,7 +21,7 @@ import re
 import sys
 
 LOAD = "HBOParser::parseFile("
-READER = re.compile(r"^(HBO(?:Board)?Parser::\w+)\(")
+READER = re.compile(r"^(HBO\w*(?:Parser|Reader|Validator)::\w+)\(")
 # A frame "function (File.cpp)" in one of the library's sources.
 OWN_SOURCE = re.compile(r"\((?:H[A-Z]\w+|Com\w+|KqStream)\.(?:cpp|h)\)$")
 
