@@ -15,6 +15,10 @@ inline bool isElement(const pugi::xml_node &n) { return n.type() == pugi::node_e
 
 std::string HXMLWElement::getTag() const { return m_node ? node(m_node).name() : ""; }
 
+std::string_view HXMLWElement::getTagView() const {
+  return m_node ? std::string_view(node(m_node).name()) : std::string_view();
+}
+
 bool HXMLWElement::isTag(const char *tag) const {
   return m_node && strcasecmp(node(m_node).name(), tag) == 0;
 }
@@ -34,24 +38,50 @@ std::string HXMLWElement::getText() const {
 }
 
 std::string HXMLWElement::getAttribute(const std::string &name) const {
-  if (!m_node)
-    return std::string();
-  pugi::xml_attribute a = node(m_node).attribute(name.c_str());
-  return a ? a.value() : "";
+  return getAttribute(name.c_str());
 }
 
 bool HXMLWElement::getAttribute(const std::string &name, std::string &out) const {
-  if (!m_node)
-    return false;
-  pugi::xml_attribute a = node(m_node).attribute(name.c_str());
-  if (!a)
-    return false;
-  out = a.value();
-  return true;
+  return getAttribute(name.c_str(), out);
 }
 
 bool HXMLWElement::hasAttribute(const std::string &name) const {
-  return m_node && node(m_node).attribute(name.c_str());
+  return findAttribute(name.c_str()) != nullptr;
+}
+
+std::string HXMLWElement::getAttribute(const char *name) const {
+  const char *value = findAttribute(name);
+  return value ? std::string(value) : std::string();
+}
+
+bool HXMLWElement::getAttribute(const char *name, std::string &out) const {
+  const char *value = findAttribute(name);
+  if (!value)
+    return false;
+  out = value;
+  return true;
+}
+
+bool HXMLWElement::hasAttribute(const char *name) const { return findAttribute(name) != nullptr; }
+
+const char *HXMLWElement::findAttribute(const char *name) const {
+  if (!m_node || !name)
+    return nullptr;
+  pugi::xml_attribute a = node(m_node).attribute(name);
+  return a ? a.value() : nullptr;
+}
+
+std::string_view HXMLWElement::getAttributeView(const char *name) const {
+  const char *value = findAttribute(name);
+  return value ? std::string_view(value) : std::string_view();
+}
+
+bool HXMLWElement::getAttributeView(const char *name, std::string_view &out) const {
+  const char *value = findAttribute(name);
+  if (!value)
+    return false;
+  out = value;
+  return true;
 }
 
 std::size_t HXMLWElement::getAttributeCount() const {
@@ -99,19 +129,33 @@ HXMLWElement HXMLWElement::getChild(std::size_t index) const {
 
 std::vector<HXMLWElement> HXMLWElement::getChildren() const {
   std::vector<HXMLWElement> out;
-  if (m_node)
-    for (pugi::xml_node c = node(m_node).first_child(); c; c = c.next_sibling())
-      if (isElement(c))
-        out.emplace_back(c.internal_object(), m_doc);
+  for (HXMLWElement child : children())
+    out.push_back(child);
   return out;
 }
 
 HXMLWElement HXMLWElement::findChild(const std::string &tag) const {
-  if (m_node)
-    for (pugi::xml_node c = node(m_node).first_child(); c; c = c.next_sibling())
-      if (isElement(c) && strcasecmp(c.name(), tag.c_str()) == 0)
-        return HXMLWElement(c.internal_object(), m_doc);
-  return HXMLWElement();
+  return findChild(tag.c_str());
+}
+
+HXMLWElement HXMLWElement::findChild(const char *tag) const {
+  pugi::xml_node_struct *c = m_node ? elementFrom_(firstChild_(m_node), tag) : nullptr;
+  return c ? HXMLWElement(c, m_doc) : HXMLWElement();
+}
+
+pugi::xml_node_struct *HXMLWElement::elementFrom_(pugi::xml_node_struct *from, const char *tag) {
+  for (pugi::xml_node c(from); c; c = c.next_sibling())
+    if (isElement(c) && (!tag || strcasecmp(c.name(), tag) == 0))
+      return c.internal_object();
+  return nullptr;
+}
+
+pugi::xml_node_struct *HXMLWElement::firstChild_(pugi::xml_node_struct *n) {
+  return node(n).first_child().internal_object();
+}
+
+pugi::xml_node_struct *HXMLWElement::nextSibling_(pugi::xml_node_struct *n) {
+  return node(n).next_sibling().internal_object();
 }
 
 int HXMLWElement::getLine() const {

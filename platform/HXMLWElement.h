@@ -4,7 +4,9 @@
 #define BOARDLIB_PLATFORM_HXMLWELEMENT_H
 
 #include <cstddef>
+#include <iterator>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pugi {
@@ -23,6 +25,8 @@ public:
 
   /// The tag name as written.
   std::string getTag() const;
+  /// The same without a copy; valid as long as the document.
+  std::string_view getTagView() const;
   /// Whether the tag equals \p tag ignoring case (ASCII), without copying it.
   bool isTag(const char *tag) const;
   /// Whether the tag equals \p tag exactly.
@@ -32,9 +36,23 @@ public:
 
   /// The attribute's value; an absent attribute gives the empty string.
   std::string getAttribute(const std::string &name) const;
+  std::string getAttribute(const char *name) const;
   /// False, with \p out untouched, when the attribute is absent.
   bool getAttribute(const std::string &name, std::string &out) const;
+  bool getAttribute(const char *name, std::string &out) const;
   bool hasAttribute(const std::string &name) const;
+  bool hasAttribute(const char *name) const;
+
+  // Attribute values without copies. What they return points into the
+  // document and is valid as long as the document is; names are matched
+  // exactly, as above.
+
+  /// The attribute's value, or null when it is absent.
+  const char *findAttribute(const char *name) const;
+  /// The attribute's value; empty when it is absent.
+  std::string_view getAttributeView(const char *name) const;
+  /// False, with \p out untouched, when the attribute is absent.
+  bool getAttributeView(const char *name, std::string_view &out) const;
   std::size_t getAttributeCount() const;
   /// Name and value of the attribute at \p index in document order; empty
   /// when out of range.
@@ -54,6 +72,15 @@ public:
   std::vector<HXMLWElement> getChildren() const;
   /// The first child element whose tag equals \p tag ignoring case.
   HXMLWElement findChild(const std::string &tag) const;
+  HXMLWElement findChild(const char *tag) const;
+
+  class ChildRange;
+  /// The child elements in document order, walked in place:
+  ///   for (HXMLWElement child : element.children()) ...
+  /// With \p tag, only those whose tag equals it ignoring case; the text
+  /// must outlive the range.
+  ChildRange children() const;
+  ChildRange children(const char *tag) const;
 
   /// The 1-based line of the element's start tag, or 0 when unknown.
   int getLine() const;
@@ -64,6 +91,12 @@ public:
   bool operator!=(const HXMLWElement &o) const { return m_node != o.m_node; }
 
 private:
+  // The first child element at or after \p from (itself included) whose
+  // tag equals \p tag ignoring case, any tag when null.
+  static pugi::xml_node_struct *elementFrom_(pugi::xml_node_struct *from, const char *tag);
+  static pugi::xml_node_struct *firstChild_(pugi::xml_node_struct *node);
+  static pugi::xml_node_struct *nextSibling_(pugi::xml_node_struct *node);
+
   // Attribute walking without exposing the XML library's classes: the
   // cursor is its opaque attribute record.
   pugi::xml_attribute_struct *attrBegin_() const;
@@ -74,5 +107,61 @@ private:
   pugi::xml_node_struct *m_node = nullptr;
   const HXMLWInterface *m_doc = nullptr;
 };
+
+class HXMLWElement::ChildRange {
+public:
+  class iterator {
+  public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = HXMLWElement;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const HXMLWElement *;
+    using reference = HXMLWElement;
+
+    iterator() = default;
+    HXMLWElement operator*() const { return HXMLWElement(m_node, m_doc); }
+    iterator &operator++() {
+      m_node = elementFrom_(nextSibling_(m_node), m_tag);
+      return *this;
+    }
+    iterator operator++(int) {
+      iterator before = *this;
+      ++*this;
+      return before;
+    }
+    bool operator==(const iterator &o) const { return m_node == o.m_node; }
+    bool operator!=(const iterator &o) const { return m_node != o.m_node; }
+
+  private:
+    friend class ChildRange;
+    iterator(pugi::xml_node_struct *node, const HXMLWInterface *doc, const char *tag)
+        : m_node(node), m_doc(doc), m_tag(tag) {}
+    pugi::xml_node_struct *m_node = nullptr;
+    const HXMLWInterface *m_doc = nullptr;
+    const char *m_tag = nullptr;
+  };
+
+  iterator begin() const {
+    return iterator(m_parent ? elementFrom_(firstChild_(m_parent), m_tag) : nullptr, m_doc, m_tag);
+  }
+  iterator end() const { return iterator(); }
+  bool empty() const { return begin() == end(); }
+
+private:
+  friend class HXMLWElement;
+  ChildRange(pugi::xml_node_struct *parent, const HXMLWInterface *doc, const char *tag)
+      : m_parent(parent), m_doc(doc), m_tag(tag) {}
+  pugi::xml_node_struct *m_parent;
+  const HXMLWInterface *m_doc;
+  const char *m_tag;
+};
+
+inline HXMLWElement::ChildRange HXMLWElement::children() const {
+  return ChildRange(m_node, m_doc, nullptr);
+}
+
+inline HXMLWElement::ChildRange HXMLWElement::children(const char *tag) const {
+  return ChildRange(m_node, m_doc, tag);
+}
 
 #endif

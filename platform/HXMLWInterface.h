@@ -2,6 +2,12 @@
 // DOCTYPE are never expanded and no other file is ever read: what is not
 // plain XML stays literal text. Syntax errors are reported with file, line
 // and column, and leave the document without a root.
+//
+// The text is parsed where it lies, in a buffer that the document borrows
+// from a cache of its thread and gives back when it is destroyed or reads
+// again, so that loading thousands of files neither copies each one twice
+// nor touches fresh memory for each. Documents are independent: any number
+// may be alive at once, on any threads.
 #ifndef BOARDLIB_PLATFORM_HXMLWINTERFACE_H
 #define BOARDLIB_PLATFORM_HXMLWINTERFACE_H
 
@@ -35,12 +41,18 @@ public:
   int lineOfOffset(std::ptrdiff_t offset) const;
 
 private:
-  bool parse_(bool report);
+  bool parseLoaded_(bool report);
+  void clear_();
+  const std::string &source_() const;
 
   struct Impl;
   std::unique_ptr<Impl> m_impl;
   std::string m_fileName;
-  std::string m_source;
+  // The text as read, for line numbers. The parse overwrites its own copy,
+  // so a file's text is read again only when a line is asked for, which
+  // happens for messages only.
+  mutable std::string m_source;
+  mutable bool m_haveSource = false;
   std::string m_error;
   HXMLWElement m_root;
   bool m_hasRoot = false;
