@@ -4,6 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using testsupport::CollectingSink;
 using testsupport::TempDir;
@@ -206,4 +211,139 @@ TEST(Xml, DeeplyNestedDocumentParsesWithoutRecursion) {
   CollectingSink sink;
   EXPECT_FALSE(doc.readFromBuffer(text.substr(0, text.size() - 4), "deep.xml"));
   EXPECT_EQ(sink.records.size(), 1u);
+}
+
+TEST(Xml, ViewsAndChildRanges) {
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromBuffer("<r a='1' empty=''>x<A k='0'/><!-- c --><b/>y<a k='2'><a/></a></r>"));
+  HXMLWElement root = *doc.getRootElement();
+  EXPECT_EQ(root.getTagView(), "r");
+  EXPECT_STREQ(root.findAttribute("a"), "1");
+  ASSERT_NE(root.findAttribute("empty"), nullptr); // present but empty is not absent
+  EXPECT_EQ(root.findAttribute("missing"), nullptr);
+  EXPECT_EQ(root.getAttributeView("missing"), "");
+  std::string_view view = "untouched";
+  EXPECT_FALSE(root.getAttributeView("missing", view));
+  EXPECT_EQ(view, "untouched");
+  EXPECT_TRUE(root.getAttributeView("empty", view));
+  EXPECT_TRUE(view.empty());
+
+  std::vector<std::string> all, onlyA;
+  for (HXMLWElement child : root.children())
+    all.push_back(child.getTag() + child.getAttribute("k"));
+  for (HXMLWElement child : root.children("a")) // ignores case, skips the grandchild
+    onlyA.push_back(child.getTag() + child.getAttribute("k"));
+  EXPECT_EQ(all, (std::vector<std::string>{"A0", "b", "a2"}));
+  EXPECT_EQ(onlyA, (std::vector<std::string>{"A0", "a2"}));
+  EXPECT_EQ(root.getChildren().size(), all.size());
+  EXPECT_TRUE(root.children("none").empty());
+  EXPECT_EQ(root.findChild("B"), root.getChild(1));
+
+  HXMLWElement null;
+  EXPECT_TRUE(null.children().empty());
+  EXPECT_EQ(null.findAttribute("a"), nullptr);
+  EXPECT_EQ(null.getTagView(), "");
+}
+
+// A parse overwrites the text it reads (ends of names, line breaks in
+// values), yet lines are those of the file as written.
+TEST(Xml, LinesOfAFileParsedInPlace) {
+  TempDir dir;
+  writeFile(dir.file("lines.xml"), "<board\nname='a\nb'>\n<a\nx='1'/>\n\n<b\n/></board>");
+  HXMLWInterface doc;
+  ASSERT_TRUE(doc.readFromFile(dir.file("lines.xml")));
+  HXMLWElement root = *doc.getRootElement();
+  EXPECT_EQ(root.getAttribute("name"), "a b");
+  EXPECT_EQ(root.getChild(0).getLine(), 4);
+  EXPECT_EQ(root.getChild(1).getLine(), 7);
+
+  // ASCII text declared Latin-1 is parsed in the buffer first; the read
+  // starts again from the file's text, and its lines stay right.
+  writeFile(dir.file("latin1.xml"),
+            "<?xml version='1.0' encoding='ISO-8859-1'?>\n<r\nv='1'>\n<a/>\n</c>\n");
+  CollectingSink sink;
+  EXPECT_FALSE(doc.readFromFile(dir.file("latin1.xml")));
+  ASSERT_EQ(sink.records.size(), 1u);
+  EXPECT_EQ(sink.records[0].args[1], "5");
+  EXPECT_EQ(doc.getErrorText().rfind("line 5, column ", 0), 0u) << doc.getErrorText();
+}
+
+// Documents borrow their buffers from their thread and give them back;
+// no document may see another one's text, whichever thread reads or frees.
+TEST(Xml, DocumentsAliveTogetherOnSeveralThreads) {
+  TempDir dir;
+  auto text = [](int n) {
+    std::string t = "<board n='" + std::to_string(n) + "'>";
+    for (int i = 0; i < 200 * (n + 1); ++i)
+      t += "<pin name='p" + std::to_string(i) + "' file='" + std::to_string(n) + "'/>\n";
+    return t + "</board>";
+  };
+  const int files = 6;
+  for (int n = 0; n < files; ++n)
+    writeFile(dir.file(std::to_string(n) + ".xml"), text(n));
+  auto check = [](HXMLWInterface &doc, int n) {
+    HXMLWElement *root = doc.getRootElement();
+    if (!root || root->getAttribute("n") != std::to_string(n))
+      return false;
+    std::size_t pins = 0;
+    for (HXMLWElement pin : root->children())
+      if (pin.getAttributeView("file") != std::to_string(n))
+        return false;
+      else
+        ++pins;
+    return pins == 200u * (n + 1);
+  };
+
+  std::vector<std::unique_ptr<HXMLWInterface>> handedOver(4);
+  std::vector<int> failures(4, 0);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back([&, t] {
+      for (int round = 0; round < 20; ++round) {
+        // Two documents at once, read largest and smallest alternately, so
+        // that buffers are taken back, grown and shared out again.
+        HXMLWInterface first, second;
+        int a = (t + round) % files, b = files - 1 - a;
+        failures[t] += !first.readFromFile(dir.file(std::to_string(a) + ".xml"));
+        failures[t] += !second.readFromFile(dir.file(std::to_string(b) + ".xml"));
+        failures[t] += !check(first, a) + !check(second, b);
+        failures[t] += !first.readFromFile(dir.file(std::to_string(b) + ".xml"));
+        failures[t] += !check(first, b) + !check(second, b);
+      }
+      handedOver[t].reset(new HXMLWInterface);
+      handedOver[t]->readFromFile(dir.file(std::to_string(t) + ".xml"));
+    });
+  for (std::thread &thread : threads)
+    thread.join();
+  // The threads are gone; their documents are still whole, and are freed here.
+  for (int t = 0; t < 4; ++t) {
+    EXPECT_EQ(failures[t], 0) << "thread " << t;
+    EXPECT_TRUE(check(*handedOver[t], t)) << "document of thread " << t;
+  }
+}
+
+TEST(Xml, PipeIsReadToItsEnd) {
+  TempDir dir;
+  const std::string fifo = dir.file("pipe.xml");
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  std::string text = "<r>";
+  for (int i = 0; i < 20000; ++i) // well past any first guess at its size
+    text += "<e i='" + std::to_string(i) + "'/>";
+  text += "</r>";
+  std::thread writer([&] {
+    int fd = ::open(fifo.c_str(), O_WRONLY);
+    for (std::size_t at = 0; fd >= 0 && at < text.size();) {
+      ssize_t put = ::write(fd, text.data() + at, std::min<std::size_t>(4096, text.size() - at));
+      if (put <= 0)
+        break;
+      at += static_cast<std::size_t>(put);
+    }
+    ::close(fd);
+  });
+  HXMLWInterface doc;
+  const bool read = doc.readFromFile(fifo);
+  writer.join();
+  ASSERT_TRUE(read);
+  EXPECT_EQ(doc.getRootElement()->getChildCount(), 20000u);
+  EXPECT_EQ(doc.getRootElement()->getChild(19999).getAttribute("i"), "19999");
 }

@@ -34,8 +34,9 @@ struct LoadOptions {
   void apply() const;
 };
 
-/// The project's view of the catalog, loaded for one command and given back
-/// when the command ends.
+/// The project's view of the catalog, loaded for one command. The command
+/// ends the process, so the catalog is left to the process's end instead of
+/// being freed, except in the builds that check for leaks.
 class LoadedCatalog {
 public:
   /// Loads the installation and the user repositories. With \p progress a

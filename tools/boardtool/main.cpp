@@ -4,6 +4,10 @@
 #include <cstring>
 #include <iostream>
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace {
 
 const boardtool::Command *const kCommands[] = {
@@ -29,9 +33,24 @@ void printHelp(std::ostream &out) {
       << "BOARDLIB_TRACE (file for a Chrome/Perfetto JSON trace of the reads).\n";
 }
 
+// A load reads thousands of files, each parsed and dropped, and builds the
+// boards next to them. By default glibc gives freed memory back to the
+// kernel as soon as a few hundred KiB lie free at the top of the heap, and
+// serves large blocks by mmap, so every file's memory comes back as fresh
+// pages, each one faulted and cleared again: a fifth of the load's time. A
+// short-lived tool keeps what it has freed instead.
+void keepFreedMemory() {
+#ifdef __GLIBC__
+  mallopt(M_MMAP_THRESHOLD, 64 << 20);
+  mallopt(M_TRIM_THRESHOLD, 256 << 20);
+  mallopt(M_TOP_PAD, 16 << 20);
+#endif
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+  keepFreedMemory();
   if (argc < 2) {
     printHelp(std::cerr);
     return boardtool::Usage;
