@@ -3,8 +3,6 @@
 BUILD     ?= build
 SAN_BUILD ?= build-sanitize
 TSAN_BUILD ?= build-tsan
-# Tests that run work on several threads; the ThreadSanitizer run takes these.
-TSAN_TESTS ?= Parallel|Thread|Concurren
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
 
@@ -35,11 +33,12 @@ sanitize: deps
 	cmake --build $(SAN_BUILD) -j $(JOBS)
 	cd $(SAN_BUILD) && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --output-on-failure -j $(JOBS)
 
+# The tests that start threads carry the ctest label "threads".
 tsan: deps
 	cmake -S . -B $(TSAN_BUILD) -DBOARDLIB_TSAN=ON -DCMAKE_BUILD_TYPE=Debug $(CMAKE_FLAGS)
 	cmake --build $(TSAN_BUILD) -j $(JOBS)
 	cd $(TSAN_BUILD) && TSAN_OPTIONS="halt_on_error=1 suppressions=$(CURDIR)/tests/repo/tsan-suppressions.txt" \
-	  ctest --output-on-failure -j $(JOBS) -R '$(TSAN_TESTS)'
+	  ctest --output-on-failure -j $(JOBS) -L threads
 
 # The C++ style of .clang-format: check it, or apply it to every source.
 check-format: deps

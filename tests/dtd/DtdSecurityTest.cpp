@@ -12,9 +12,10 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 
 using test::kSchemaDir;
-using test::Messages;
+using test::MessageRecorder;
 using test::ScratchDir;
 
 namespace {
@@ -61,16 +62,14 @@ private:
 // A board whose DOCTYPE, on line 2, is \p doctype; \p body starts on line 5.
 std::string boardWith(const std::string &doctype, const std::string &body,
                       const std::string &rootAttrs = "") {
-  return "<?xml version=\"1.0\"?>\n" + doctype +
-         "\n<board schema_version=\"2.1\" vendor=\"v\" name=\"n\"" + rootAttrs +
-         ">\n  <file_version>1.0</file_version>\n" + body + "</board>\n";
+  return test::BoardBuilder().doctype(doctype).rootAttributes(rootAttrs).body(body).boardXml();
 }
 
 std::string ourDtd() { return kSchemaDir + "/board.dtd"; }
 
 // The finding that refused something: a "@49-105@" whose text mentions
 // every one of \p parts. Null when there is none.
-const ComMsgRecord *refusal(const Messages &msgs, std::initializer_list<std::string> parts) {
+const ComMsgRecord *refusal(const MessageRecorder &msgs, std::initializer_list<std::string> parts) {
   for (const ComMsgRecord &r : msgs.records) {
     if (r.id != "49-105")
       continue;
@@ -83,7 +82,7 @@ const ComMsgRecord *refusal(const Messages &msgs, std::initializer_list<std::str
   return nullptr;
 }
 
-bool anyMessageMentions(const Messages &msgs, const std::string &text) {
+bool anyMessageMentions(const MessageRecorder &msgs, const std::string &text) {
   for (const ComMsgRecord &r : msgs.records)
     if (r.line.find(text) != std::string::npos)
       return true;
@@ -105,7 +104,7 @@ TEST(DtdSecurity, ExternalEntitiesAreNotRead) {
         dir.write("board.xml", boardWith("<!DOCTYPE board SYSTEM \"" + ourDtd() + "\" [<!ENTITY " +
                                              c.name + " SYSTEM \"" + c.target + "\">]>",
                                          "  <description>&" + c.name + ";</description>\n"));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board")) << c.target;
     const ComMsgRecord *refused = refusal(msgs, {"external entity '" + c.name + "'", c.target});
     ASSERT_NE(nullptr, refused) << c.target;
@@ -125,7 +124,7 @@ TEST(DtdSecurity, NothingIsFetchedFromTheNetwork) {
     std::string url = listener.url(scheme, "board.dtd");
     std::string file =
         dir.write("board.xml", boardWith("<!DOCTYPE board SYSTEM \"" + url + "\">", ""));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board")) << url;
     const ComMsgRecord *refused = refusal(msgs, {url, "not fetched"});
     ASSERT_NE(nullptr, refused) << url;
@@ -138,7 +137,7 @@ TEST(DtdSecurity, NothingIsFetchedFromTheNetwork) {
         dir.write("entity.xml", boardWith("<!DOCTYPE board SYSTEM \"" + ourDtd() +
                                               "\" [<!ENTITY remote SYSTEM \"" + url + "\">]>",
                                           "  <description>&remote;</description>\n"));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board"));
     EXPECT_NE(nullptr, refusal(msgs, {"external entity 'remote'", url}));
   }
@@ -155,7 +154,7 @@ TEST(DtdSecurity, ParameterEntitiesAreNotRead) {
         dir.write("board.xml", boardWith("<!DOCTYPE board SYSTEM \"" + ourDtd() +
                                              "\" [<!ENTITY % pe SYSTEM \"" + target + "\"> %pe;]>",
                                          "", " extra=\"1\""));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board")) << target;
     const ComMsgRecord *refused = refusal(msgs, {"parameter entity 'pe'", target});
     ASSERT_NE(nullptr, refused) << target;
@@ -183,7 +182,7 @@ TEST(DtdSecurity, AnEntityBombEndsAtOnce) {
   std::string file = dir.write(
       "bomb.xml", boardWith("<!DOCTYPE board SYSTEM \"" + ourDtd() + "\" [" + entityBomb() + "]>",
                             "  <description>&lol9;</description>\n"));
-  Messages msgs;
+  MessageRecorder msgs;
   auto start = std::chrono::steady_clock::now();
   EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board"));
   auto took = std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -221,7 +220,7 @@ TEST(DtdSecurity, ExpansionsAreLimitedEvenForOurOwnDtds) {
   dir.write("schemas/board.dtd", entityBomb() + "<!ELEMENT board (#PCDATA)>\n"
                                                 "<!ATTLIST board schema_version CDATA #IMPLIED>\n");
   std::string file = dir.write("board.xml", "<board schema_version=\"2.1\">\n&lol9;\n</board>\n");
-  Messages msgs;
+  MessageRecorder msgs;
   HBOBoard board;
   auto start = std::chrono::steady_clock::now();
   EXPECT_FALSE(HBOBoardParser().parseFile(file, &board, true, dir.path() + "/schemas", nullptr));
@@ -247,7 +246,7 @@ TEST(DtdSecurity, OnlyADtdInsideTheSchemaDirectoryIsRead) {
   for (const std::string &dtd : outside) {
     std::string file = dir.write(
         "board.xml", boardWith("<!DOCTYPE board SYSTEM \"" + dtd + "\">", "", " extra=\"1\""));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_FALSE(HBOBoardParser().isValidXML(file, "board")) << dtd;
     EXPECT_NE(nullptr, refusal(msgs, {"the DTD '" + dtd + "'"})) << dtd;
     EXPECT_FALSE(anyMessageMentions(msgs, "root:"));
@@ -258,7 +257,7 @@ TEST(DtdSecurity, OnlyADtdInsideTheSchemaDirectoryIsRead) {
     std::string relative = std::filesystem::relative(ourDtd(), dir.path()).string();
     std::string file =
         dir.write("board.xml", boardWith("<!DOCTYPE board SYSTEM \"" + relative + "\">", ""));
-    Messages msgs;
+    MessageRecorder msgs;
     EXPECT_TRUE(HBOBoardParser().isValidXML(file, "board")) << relative;
     EXPECT_EQ(0u, test::findingCount(msgs));
   }

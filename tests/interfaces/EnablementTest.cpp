@@ -9,7 +9,7 @@
 #include "HBOBusIf.h"
 #include "HBOComponentMode.h"
 #include "HBOJumper.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -77,7 +77,7 @@ protected:
             {"dac_if", part0->getBusIfByName("dac_if")->getIsEnabled()}};
   }
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardComponent *leds = nullptr, *part0 = nullptr, *dac = nullptr;
 };

@@ -12,7 +12,7 @@
 #include "HBOPortMap.h"
 #include "HEXError.h"
 #include "HXMLWInterface.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +64,7 @@ protected:
     return out;
   }
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardComponent *part0 = nullptr;
   HBOBoardParser parser;

@@ -10,7 +10,7 @@
 #include "HBOParameter.h"
 #include "HBOPinProps.h"
 #include "HBOPortMap.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -62,7 +62,7 @@ protected:
     EXPECT_NE(nullptr, found) << name;
     return found;
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   HBOParsedVLNVs parsed;
@@ -224,7 +224,7 @@ TEST_F(BasicBoard, WhatTheFileUsesIsGatheredAndNoModeGenerated) {
 
 TEST(StrictChecks, AComponentWithoutModesGetsOneFromTheBoardFile) {
   test::ParamScope strict("board.enable2020Checks", "true");
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   ASSERT_TRUE(parser.parseFile(dataPath("interfaces_basic/board.xml"), &board, false, "", nullptr));
@@ -241,7 +241,7 @@ TEST(StrictChecks, AComponentWithoutModesGetsOneFromTheBoardFile) {
 }
 
 TEST(Findings, EachFaultIsQueuedAndTheReadGoesOn) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   const std::string file = dataPath("interfaces_findings/board.xml");
@@ -296,7 +296,7 @@ TEST(Findings, EachFaultIsQueuedAndTheReadGoesOn) {
 }
 
 TEST(Findings, ABadPortEndsItsComponentAndTheBoard) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   const std::string file = dataPath("interfaces_bad_port/board.xml");
@@ -310,7 +310,7 @@ TEST(Findings, ABadPortEndsItsComponentAndTheBoard) {
 }
 
 TEST(StrictFindings, ToldOnlyMessagesAndGeneratedModes) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   const std::string file = dataPath("interfaces_strict/board.xml");
@@ -351,7 +351,7 @@ TEST(StrictFindings, WhatFailsAStrictRead) {
   // Without the send flag the two told findings are not even queued.
   for (bool send : {true, false}) {
     SCOPED_TRACE(send);
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     HBOBoardParser parser;
     EXPECT_FALSE(parser.parseFile(file, &board, send, "", nullptr));

@@ -7,7 +7,7 @@
 #include "HBOBusIfPreference.h"
 #include "HBOModelPort.h"
 #include "HSTStringUtils.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -58,7 +58,7 @@ protected:
     return parser.validator().validatePreferredIP(&ip);
   }
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   std::size_t seen = 0;
@@ -150,7 +150,7 @@ protected:
     return intf;
   }
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardComponent *fpga = nullptr;
   HBOBoardParser parser;

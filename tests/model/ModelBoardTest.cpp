@@ -98,7 +98,7 @@ TEST(ModelBoard, UpdateBoardPartReportsAnUnsupportedPart) {
   active->setPartString("xc1");
   active->addAdditionalSupportedPart("xc2");
 
-  modeltest::MessageRecorder recorder;
+  test::MessageRecorder recorder;
   board.updateBoardPart("xc2");
   EXPECT_TRUE(recorder.records.empty());
   EXPECT_EQ(board.getPartString(), "xc2");
@@ -265,36 +265,4 @@ TEST(ModelBoard, JumperSavesThroughTheAttachedHook) {
   HBOJumper orphan;
   orphan.setValue(false, true); // no owner: nothing to save, no crash
   EXPECT_FALSE(orphan.getDefaultValue());
-}
-
-TEST(ModelBoard, DestructionFreesEverythingItHolds) {
-  // The sanitizer run checks that this leaks nothing and frees nothing twice.
-  auto *board = new HBOBoard();
-  board->addParameter(new HBOParameter());
-  board->addJumper(new HBOJumper());
-  board->addImage(new HBOImage());
-  board->addBoardComponent(makeComponent("fpga", "fpga"));
-  HBOBoardBus *bus = makeBus("m", "fpga", "fpga");
-  bus->addBoardBusNet(new HBOBoardBusNet());
-  board->addBus(bus);
-  auto *preset = new HBOIpPreset();
-  board->setIpPreset("p", {preset, preset});
-  board->setIpAssociatedInterface("p", {preset, new HBOIpPreset()});
-  board->setPowerRails({HBOPowerRail("r", {"s"}, {"s"}, {}, false, 0)});
-  delete board;
-}
-
-TEST(ModelBoard, DisplayStartsWithTheBoardLine) {
-  HBOBoard board;
-  board.setName("acme", "big", "1.0");
-  board.addParameter(new HBOParameter("p", "v", "t", "0", "9", "false"));
-  const std::string text = modeltest::shown(board, 1);
-  EXPECT_EQ(text.rfind("-Board - Name: big, Fullname: acme:big:1.0, Description: , Boardfile: \n"
-                       "---Parameters:\n"
-                       "-----Parameter - Name: p, Value: v, Type: t, Min: 0, Max: 9, "
-                       "Read Only: false\n\n"
-                       "---Jumpers:\n",
-                       0),
-            0u);
-  EXPECT_NE(text.find("\nIP Associated Presets:\n"), std::string::npos);
 }

@@ -174,20 +174,3 @@ TEST(ModelBusIf, OwnsPreferencesAndPortMapsButNotPorts) {
   }
   EXPECT_EQ(port->getName(), "p");
 }
-
-TEST(ModelBusIf, DisplayPrintsTheFixedPreferredIpText) {
-  HBOBusIf busIf;
-  busIf.setName("leds");
-  busIf.setInterfaceMode("master");
-  busIf.setOfComponent("led_chip");
-  HBOModelPort port;
-  port.setName("led");
-  port.setOwnerBusIf("leds", "TRI_O");
-  port.addPinPortMap("0", "A1");
-  busIf.addPort(&port);
-  EXPECT_EQ(shown(busIf, 0),
-            "Interface - Name:leds, Mode:master, VLNV::::, Preferred IP:TBD, "
-            "Of Component:led_chip Preset Proc:\n--Ports:\n"
-            "----Port - Logical Name: TRI_O, Physical Name: led, Direction: , Left: -1, "
-            "Right: -1, Width: 1\n------Port Index: 0, FPGA Pin: A1\n");
-}

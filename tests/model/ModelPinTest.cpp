@@ -154,16 +154,3 @@ TEST(ModelPin, StaysCompact) {
   // the properties would blow this budget.
   EXPECT_LE(sizeof(HBOPinProps), 256u);
 }
-
-TEST(ModelPin, DisplayShowsTheMainPropertiesFirst) {
-  HBOPinProps pin;
-  pin.setName("A1");
-  pin.setPinIndex(4);
-  pin.setPinLoc("A1");
-  pin.setPinIOStandard("LVCMOS18");
-  pin.setPortProp("pull_type", "PULLUP");
-  pin.setIOBankProperty("vcco", "1.8");
-  EXPECT_EQ(modeltest::shown(pin, 2),
-            "--Pin - index:4, name:A1, iostd:LVCMOS18, loc:A1, drive:, slew:, diff_term:, "
-            "pull_type:PULLUP, iobank.vcco:1.8\n");
-}

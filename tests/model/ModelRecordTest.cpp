@@ -37,17 +37,6 @@ TEST(ModelMode, InterfacesByOrderAndRequiredOnes) {
   mode.addInterface(1, {"clk2", true});
   mode.getRequiredInterfaces(required);
   EXPECT_TRUE(required.empty());
-
-  auto *preference = new HBOBusIfPreference();
-  preference->setDefaultIpVlnv("v:l:ip:1.0");
-  mode.addPreferredIp(preference);
-  mode.setName("m");
-  EXPECT_EQ(shown(mode, 0),
-            "ComponentMode - Name: m, Description: \n--Interfaces:\n"
-            "----Interface - Name: clk2 Index: 1, Optional: true\n"
-            "----Interface - Name: ddr Index: 2, Optional: true\n--Preferred IPs:\n"
-            "----Preferred IP - VLNV: v:l:ip:1.0, preset_proc: , preset_file: \n"
-            "--Enablement Dependencies: \n");
 }
 
 TEST(ModelPreference, OnlyTheMajorGroupRefusesEmptyAndTheParamStubFindsNothing) {
@@ -138,22 +127,6 @@ TEST(ModelConnection, BusComponentsAndNetPins) {
   EXPECT_EQ(copy.getOwner(), nullptr);
 }
 
-TEST(ModelLeaf, DisplayLines) {
-  HBOBoardBus bus;
-  bus.setConnectionName("c");
-  bus.setComp1("a");
-  bus.setComp2("b");
-  bus.setDelay(1.5f);
-  bus.setStopIndexComp1(7);
-  EXPECT_EQ(shown(bus, 1),
-            "-Connection - Name: c, Component 1: a, Component 2: b, Delay: 1.5, C1StIndex: 0, "
-            "C1EndIndex: 7, C2StIndex: 0, C2EndIndex: 0\n");
-  HBOJumper jumper;
-  jumper.setName("j1");
-  jumper.setValue(false, false);
-  EXPECT_EQ(shown(jumper, 2), "--Jumper - Name: j1, Default Value: false, Description: \n");
-}
-
 TEST(ModelLeaf, ParameterSupportedValuesAreTheBoundsAppended) {
   HBOParameter parameter;
   std::vector<std::string> values;
@@ -164,8 +137,6 @@ TEST(ModelLeaf, ParameterSupportedValuesAreTheBoundsAppended) {
   values.clear();
   bounded.getSupportedValues(values);
   EXPECT_EQ(values, (Strings{"1", "9"}));
-  EXPECT_EQ(shown(bounded, 0),
-            "Parameter - Name: p, Value: 5, Type: int, Min: 1, Max: 9, Read Only: true\n");
 }
 
 TEST(ModelLeaf, RepeatedEntriesOfSmallRecords) {

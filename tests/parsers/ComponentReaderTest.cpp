@@ -9,7 +9,7 @@
 #include "HBOParameter.h"
 #include "HBOParser.h"
 #include "HBOPinProps.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ protected:
     EXPECT_NE(nullptr, c) << name;
     return c;
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
 };
 
@@ -111,7 +111,7 @@ TEST_F(ComponentsBoard, ParametersConnectorsAndInlinePins) {
 }
 
 TEST(ComponentRules, AnUnknownTypeEndsTheBoardWithItsRule) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   EXPECT_FALSE(parser.parseFile(dataPath("bad_component_type/board.xml"), &board, true, "", nullptr));

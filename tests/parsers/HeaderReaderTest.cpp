@@ -8,7 +8,7 @@
 #include "HBOParser.h"
 #include "HEXError.h"
 #include "HXMLWInterface.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace {
 class FullBoard : public ::testing::Test {
 protected:
   void SetUp() override { ASSERT_TRUE(HBOParser().parseFile(dataPath("full/board.xml"), &board)); }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
 };
 
@@ -93,7 +93,7 @@ TEST(HeaderFailures, MissingIdentityOrEmptyRevisionListFailTheRead) {
     const char *id;
   } cases[] = {{"missing_vlnv/board.xml", "49-108"}, {"no_revisions_child/board.xml", "49-97"}};
   for (const Case &c : cases) {
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     HBOBoardParser reader;
     // Read without the DTD, which refuses both files before any reader runs.

@@ -5,7 +5,7 @@
 #include "HBOParser.h"
 #include "HBOXMLFile.h"
 #include "HUTTrace.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <boost/iostreams/copy.hpp>
 #include <boost/iostreams/filter/gzip.hpp>
@@ -22,21 +22,6 @@ using test::dataPath;
 
 namespace {
 
-struct TempDir {
-  std::string path;
-  TempDir() {
-    char tmpl[] = "/tmp/boardlib-test-XXXXXX";
-    path = mkdtemp(tmpl);
-  }
-  ~TempDir() { std::system(("rm -rf '" + path + "'").c_str()); }
-  std::string file(const std::string &name) const { return path + "/" + name; }
-};
-
-void writeFile(const std::string &path, const std::string &content) {
-  std::ofstream out(path, std::ios::binary);
-  out << content;
-}
-
 std::string readFile(const std::string &path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream s;
@@ -44,7 +29,8 @@ std::string readFile(const std::string &path) {
   return s.str();
 }
 
-void gzipFile(const std::string &from, const std::string &to, std::size_t keepBytes = 0) {
+// The gzip form of \p from, cut to \p keepBytes when that is not 0.
+std::string gzipOf(const std::string &from, std::size_t keepBytes = 0) {
   std::ostringstream packed;
   {
     boost::iostreams::filtering_ostream out;
@@ -55,13 +41,13 @@ void gzipFile(const std::string &from, const std::string &to, std::size_t keepBy
   std::string bytes = packed.str();
   if (keepBytes)
     bytes.resize(keepBytes);
-  writeFile(to, bytes);
+  return bytes;
 }
 
 } // namespace
 
 TEST(SchemaDispatch, SchemaTwoGoesToTheBoardReader) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   EXPECT_TRUE(HBOParser().parseFile(dataPath("schema_dispatch/v20/board.xml"), &board));
   EXPECT_EQ("2.0", board.getBoardSchemaVersion());
@@ -76,7 +62,7 @@ TEST(SchemaDispatch, LegacyVersionsAndSwitchedOffSchemaTwoTakeTheLegacyReader) {
                {"schema_dispatch/v12/board.xml", "1.0"},
                {"schema_dispatch/noschema/board.xml", "1.0"}};
   for (const Case &c : cases) {
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     EXPECT_FALSE(HBOParser().parseFile(dataPath(c.file), &board)) << c.file;
     EXPECT_EQ(c.expectedSchema, board.getBoardSchemaVersion()) << c.file;
@@ -86,13 +72,13 @@ TEST(SchemaDispatch, LegacyVersionsAndSwitchedOffSchemaTwoTakeTheLegacyReader) {
   }
   test::ParamScope off("board.enableSchemaV2", "false");
   HBOBoard board;
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   EXPECT_FALSE(HBOParser().parseFile(dataPath("schema_dispatch/v20/board.xml"), &board));
   EXPECT_EQ("1.0", board.getBoardSchemaVersion());
 }
 
 TEST(SchemaDispatch, MissingFileIsOneWarningAndLeavesTheBoardAlone) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   EXPECT_FALSE(HBOParser().parseFile(dataPath("no/such/board.xml"), &board));
   ASSERT_EQ(1u, msgs.records.size());
@@ -105,7 +91,7 @@ TEST(SchemaDispatch, MissingFileIsOneWarningAndLeavesTheBoardAlone) {
 
 TEST(MessageQueue, QueuedFailureFailsASilentReadWithOnlyTheClosingMessage) {
   // The second pin repeats an index: the reader queues and goes on.
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   EXPECT_FALSE(HBOParser().parseFile(dataPath("dup_pin_index/board.xml"), &board));
   ASSERT_EQ(std::vector<std::string>{"49-56"}, msgs.ids());
@@ -114,7 +100,7 @@ TEST(MessageQueue, QueuedFailureFailsASilentReadWithOnlyTheClosingMessage) {
 }
 
 TEST(MessageQueue, ValidatingReadTellsEveryQueuedMessageInOrder) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   EXPECT_FALSE(
@@ -127,7 +113,7 @@ TEST(MessageQueue, ValidatingReadTellsEveryQueuedMessageInOrder) {
 }
 
 TEST(MessageQueue, IterateMessagesDecidesByTheFlagNotTheSeverity) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoardParser parser;
   EXPECT_TRUE(parser.iterateMessages(true));
   parser.context().queueMsg(true, ComMsg::Error, "@49-36@%s", "told only");
@@ -157,7 +143,7 @@ TEST(BadInput, MalformedFilesFailWithAMessageNamingFileAndLine) {
   const char *files[] = {"malformed/truncated/board.xml", "malformed/notxml/board.xml",
                          "malformed/empty/board.xml", "malformed/unclosed/board.xml"};
   for (const char *f : files) {
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     EXPECT_FALSE(HBOParser().parseFile(dataPath(f), &board)) << f;
     ASSERT_EQ(1u, msgs.count("50-1")) << f;
@@ -167,23 +153,23 @@ TEST(BadInput, MalformedFilesFailWithAMessageNamingFileAndLine) {
 }
 
 TEST(BadInput, BinaryAndDeeplyNestedFilesDoNotCrash) {
-  TempDir dir;
+  test::ScratchDir dir;
   std::string binary;
   for (int i = 0; i < 4096; ++i)
     binary += static_cast<char>((i * 7919) & 0xff);
-  writeFile(dir.file("binary.xml"), binary);
+  dir.write("binary.xml", binary);
   std::string deep = "<board schema_version=\"2.1\" vendor=\"v\" name=\"n\"><file_version>1"
                      "</file_version><components>";
   for (int i = 0; i < 200000; ++i)
     deep += "<c>";
-  writeFile(dir.file("deep.xml"), deep);
+  dir.write("deep.xml", deep);
   std::string deepClosed = deep;
   for (int i = 0; i < 200000; ++i)
     deepClosed += "</c>";
   deepClosed += "</components></board>";
-  writeFile(dir.file("deep_closed.xml"), deepClosed);
+  dir.write("deep_closed.xml", deepClosed);
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   for (const char *f : {"binary.xml", "deep.xml", "deep_closed.xml"}) {
     HBOBoard board;
     EXPECT_FALSE(HBOParser().parseFile(dir.file(f), &board)) << f;
@@ -192,12 +178,11 @@ TEST(BadInput, BinaryAndDeeplyNestedFilesDoNotCrash) {
 
 TEST(BadInput, ReaderExceptionsNeverLeaveTheParser) {
   // A strict file whose pin index is no number raises inside the reader.
-  TempDir dir;
-  writeFile(dir.file("board.xml"),
-            "<board schema_version=\"2.2\" vendor=\"v\" name=\"n\"><file_version>1</file_version>"
+  test::ScratchDir dir;
+  dir.write("board.xml", "<board schema_version=\"2.2\" vendor=\"v\" name=\"n\"><file_version>1</file_version>"
             "<compatible_board_revisions><revision id=\"x\">r</revision>"
             "</compatible_board_revisions></board>");
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   EXPECT_FALSE(parser.parseFile(dir.file("board.xml"), &board, true, "", nullptr));
@@ -207,10 +192,10 @@ TEST(BadInput, ReaderExceptionsNeverLeaveTheParser) {
 }
 
 TEST(PackedFiles, GzipBoardAndPinFileReadLikePlainOnes) {
-  TempDir dir;
-  gzipFile(dataPath("minimal/board.xml"), dir.file("board.xml"));
-  gzipFile(dataPath("minimal/part0_pins.xml"), dir.file("part0_pins.xml"));
-  test::Messages msgs;
+  test::ScratchDir dir;
+  dir.write("board.xml", gzipOf(dataPath("minimal/board.xml")));
+  dir.write("part0_pins.xml", gzipOf(dataPath("minimal/part0_pins.xml")));
+  test::MessageRecorder msgs;
   HBOBoard packed, plain;
   ASSERT_TRUE(HBOParser().parseFile(dir.file("board.xml"), &packed));
   ASSERT_TRUE(HBOParser().parseFile(dataPath("minimal/board.xml"), &plain));
@@ -221,16 +206,16 @@ TEST(PackedFiles, GzipBoardAndPinFileReadLikePlainOnes) {
 }
 
 TEST(PackedFiles, TruncatedGzipFailsWithoutCrashing) {
-  TempDir dir;
-  gzipFile(dataPath("full/board.xml"), dir.file("board.xml"), 40);
-  test::Messages msgs;
+  test::ScratchDir dir;
+  dir.write("board.xml", gzipOf(dataPath("full/board.xml"), 40));
+  test::MessageRecorder msgs;
   HBOBoard board;
   EXPECT_FALSE(HBOParser().parseFile(dir.file("board.xml"), &board));
   EXPECT_FALSE(msgs.records.empty());
 }
 
 TEST(Trace, EachBoardReadIsOneTraceEvent) {
-  TempDir dir;
+  test::ScratchDir dir;
   HUTTrace::setOutput(dir.file("trace.json"));
   HBOBoard b1, b2;
   HBOParser().parseFile(dataPath("minimal/board.xml"), &b1);
@@ -258,7 +243,7 @@ TEST(SchemaDispatch, TheDocumentReadForTheSchemaIsTheOneTheReaderGets) {
     EXPECT_NE(nullptr, HBOXMLFile::open(file)) << "once taken, the next open reads the file";
   }
   // The board reads the same whether or not its document was handed on.
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard viaEntry, direct;
   ASSERT_TRUE(HBOParser().parseFile(file, &viaEntry));
   ASSERT_TRUE(HBOBoardParser().parseFile(file, &direct, false, "", nullptr));

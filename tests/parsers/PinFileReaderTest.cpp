@@ -5,14 +5,14 @@
 #include "HBOBoardParser.h"
 #include "HBOParser.h"
 #include "HBOPinProps.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
 using test::dataPath;
 
 TEST(PinFile, PinsCarryTheirPropertiesAndBankProperties) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   ASSERT_TRUE(HBOParser().parseFile(dataPath("components/board.xml"), &board));
   HBOBoardComponent *fpga = board.getActivePart();
@@ -35,7 +35,7 @@ TEST(PinFile, PinsCarryTheirPropertiesAndBankProperties) {
 }
 
 TEST(PinFile, DesignConstraintsAreKeptOnTheComponent) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   ASSERT_TRUE(HBOParser().parseFile(dataPath("components/board.xml"), &board));
   const auto &constrs = board.getActivePart()->getDesignConstrs();
@@ -60,7 +60,7 @@ TEST(PinFile, FindingsThatFailTheRead) {
       {"bad_design_constrs/board.xml", {"49-69", "49-69"}, "Must be a floating point number."},
   };
   for (const Case &c : cases) {
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     HBOBoardParser parser;
     EXPECT_FALSE(parser.parseFile(dataPath(c.file), &board, false, "", nullptr)) << c.file;
@@ -70,7 +70,7 @@ TEST(PinFile, FindingsThatFailTheRead) {
     }
   }
   // The part check needs both the strict checks and the sending flag.
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard silent, told;
   HBOBoardParser lenient, checking;
   EXPECT_TRUE(lenient.parseFile(dataPath("part_mismatch/board.xml"), &silent, false, "", nullptr));
@@ -79,7 +79,7 @@ TEST(PinFile, FindingsThatFailTheRead) {
 }
 
 TEST(PinFile, LenientChecksLetRepeatsPassAndAMissingFileOnlyWarn) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard lenient;
   HBOBoardParser parser;
   ASSERT_TRUE(parser.parseFile(dataPath("dup_pin_lenient/board.xml"), &lenient, true, "", nullptr));
@@ -97,7 +97,7 @@ TEST(PinFile, LenientChecksLetRepeatsPassAndAMissingFileOnlyWarn) {
 }
 
 TEST(PinFile, PinsForConnectionsAreMadeOnlyWhereNoneExist) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   ASSERT_TRUE(HBOParser().parseFile(dataPath("minimal/board.xml"), &board));
   HBOBoardComponent *fpga = board.getActivePart();

@@ -9,8 +9,6 @@
 
 using isl::iostreams::filtering_stream;
 using isl::iostreams::kq::is_kq_format;
-using testsupport::TempDir;
-using testsupport::writeFile;
 
 namespace {
 
@@ -52,9 +50,9 @@ std::string sampleText() {
 } // namespace
 
 TEST(KqStream, ReadsLineByLineLikeThePlainFile) {
-  TempDir dir;
+  test::ScratchDir dir;
   std::string text = sampleText();
-  writeFile(dir.file("plain.xml"), text);
+  dir.write("plain.xml", text);
   writeGzip(dir.file("packed.xml"), text);
 
   std::ifstream plain(dir.file("plain.xml"));
@@ -69,12 +67,12 @@ TEST(KqStream, ReadsLineByLineLikeThePlainFile) {
 }
 
 TEST(KqStream, FormatIsToldByTheFirstTwoBytes) {
-  TempDir dir;
-  writeFile(dir.file("plain.xml"), "<board/>");
+  test::ScratchDir dir;
+  dir.write("plain.xml", "<board/>");
   writeGzip(dir.file("packed.xml"), "<board/>");
-  writeFile(dir.file("empty"), "");
-  writeFile(dir.file("one"), "\x1f");
-  writeFile(dir.file("magic-only"), "\x1f\x8b");
+  dir.write("empty", "");
+  dir.write("one", "\x1f");
+  dir.write("magic-only", "\x1f\x8b");
   EXPECT_FALSE(is_kq_format(dir.file("plain.xml")));
   EXPECT_TRUE(is_kq_format(dir.file("packed.xml")));
   EXPECT_FALSE(is_kq_format(dir.file("empty")));
@@ -94,7 +92,7 @@ TEST(KqStream, FormatIsToldByTheFirstTwoBytes) {
 }
 
 TEST(KqStream, UnopenableFileFailsAtOnceAndOnlyAskedForThrows) {
-  TempDir dir;
+  test::ScratchDir dir;
   filtering_stream in(dir.file("missing.gz"));
   EXPECT_FALSE(in.isOpen());
   EXPECT_TRUE(in.fail());
@@ -107,14 +105,14 @@ TEST(KqStream, UnopenableFileFailsAtOnceAndOnlyAskedForThrows) {
   EXPECT_TRUE(folder.fail());
 
   // Damage throws only when the stream is asked to.
-  writeFile(dir.file("not-gzip"), "plain text\n");
+  dir.write("not-gzip", "plain text\n");
   filtering_stream throwing(dir.file("not-gzip"));
   throwing.exceptions(std::ios::badbit);
   EXPECT_ANY_THROW(std::getline(throwing, line));
 }
 
 TEST(KqStream, DamagedFilesEndTheStreamWithoutCrashing) {
-  TempDir dir;
+  test::ScratchDir dir;
   std::string text = sampleText();
   writeGzip(dir.file("good.gz"), text);
   std::string packed = readAll(dir.file("good.gz"));
@@ -142,7 +140,7 @@ TEST(KqStream, DamagedFilesEndTheStreamWithoutCrashing) {
   }
   for (const auto &c : cases) {
     SCOPED_TRACE(c.first);
-    writeFile(dir.file(c.first), c.second);
+    dir.write(c.first, c.second);
     filtering_stream in(dir.file(c.first));
     ASSERT_TRUE(in.isOpen());
     std::vector<std::string> got = lines(in);

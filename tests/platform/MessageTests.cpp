@@ -11,7 +11,6 @@
 #include <set>
 #include <thread>
 
-using testsupport::CollectingSink;
 
 namespace {
 
@@ -132,7 +131,7 @@ TEST(MessageFormat, ErrorCarriesItsMessage) {
 }
 
 TEST(MessageFormat, BooleanRefusalIsReported) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   bool value = true;
   EXPECT_FALSE(HUTConvert::stringToBoolean("maybe", value, true));
   EXPECT_TRUE(value);
@@ -147,7 +146,7 @@ TEST(MessageFormat, BooleanRefusalIsReported) {
 // --- Delivery --------------------------------------------------------------
 
 TEST(MessageDelivery, SinkReceivesFullRecords) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-98@%s%s", "part0_pins.xml", "FOO");
   ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-108@%s", std::string("b.xml"));
   ASSERT_EQ(sink.records.size(), 2u);
@@ -165,7 +164,7 @@ TEST(MessageDelivery, SinkReceivesFullRecords) {
 }
 
 TEST(MessageDelivery, LimitDropsAndCountsTheRest) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   ComMsgMgr::setMsgLimit("49-69", 2);
   for (int i = 0; i < 5; ++i)
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", "f", std::to_string(i));
@@ -186,7 +185,7 @@ TEST(MessageDelivery, LimitDropsAndCountsTheRest) {
 }
 
 TEST(MessageDelivery, ScopedDebugFollowsItsScope) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   ComMsgMgr::enableScope("all", false);
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "hidden %d", 1);
   EXPECT_TRUE(sink.records.empty());
@@ -212,7 +211,7 @@ TEST(MessageDelivery, ScopedDebugFollowsItsScope) {
 }
 
 TEST(MessageDelivery, CaptureKeepsItsThreadsMessagesAndReplaysInOrder) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   {
     ComMsgCapture capture;
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-36@%s", "first");
@@ -240,7 +239,7 @@ TEST(MessageDelivery, CaptureKeepsItsThreadsMessagesAndReplaysInOrder) {
 }
 
 TEST(MessageDelivery, NestedCapturesReplayIntoTheOuterOne) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   ComMsgCapture outer;
   ComMsgMgr::sendMsg("board", ComMsg::Info, "@49-36@%s", "a");
   {
@@ -261,7 +260,7 @@ TEST(MessageDelivery, NestedCapturesReplayIntoTheOuterOne) {
 }
 
 TEST(MessageDelivery, ManyThreadsDeliverWholeMessagesInTheirOwnOrder) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   const int threads = 6, perThread = 400;
   std::vector<std::thread> workers;
   for (int t = 0; t < threads; ++t)

@@ -5,8 +5,6 @@
 
 #include <random>
 
-using testsupport::TempDir;
-using testsupport::writeFile;
 
 namespace {
 
@@ -31,19 +29,19 @@ std::string fromHex(const std::string &hex) {
 // Texts travel as hex so that no byte is lost on the way. Empty when tclsh
 // cannot be run.
 std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
-  TempDir dir;
+  test::ScratchDir dir;
   std::string input;
   for (const std::string &t : texts)
     input += toHex(t) + "\n";
-  writeFile(dir.file("in.txt"), input);
-  writeFile(dir.file("quote.tcl"),
+  dir.write("in.txt", input);
+  dir.write("quote.tcl",
             "set f [open [lindex $argv 0]]\n"
             "while {[gets $f hex] >= 0} {\n"
             "  set s [encoding convertfrom iso8859-1 [binary decode hex $hex]]\n"
             "  puts [binary encode hex [encoding convertto iso8859-1 [list $s]]]\n"
             "}\n");
   bool ok = false;
-  std::vector<std::string> out = testsupport::runLines(
+  std::vector<std::string> out = test::outputLines(
       "tclsh8.6 " + dir.file("quote.tcl") + " " + dir.file("in.txt") + " 2>/dev/null", ok);
   if (!ok || out.size() != texts.size())
     return {};

@@ -7,8 +7,6 @@
 #include <memory>
 #include <thread>
 
-using testsupport::TempDir;
-using testsupport::writeFile;
 
 namespace {
 
@@ -16,8 +14,8 @@ namespace {
 // name, tab, the JSON text of its arguments, tab, ts, tab, dur. Empty
 // result with ok=false when the file is no valid trace.
 std::vector<std::string> readTrace(const std::string &path, bool &ok) {
-  TempDir dir;
-  writeFile(dir.file("check.py"),
+  test::ScratchDir dir;
+  dir.write("check.py",
             "import json, sys\n"
             "doc = json.load(open(sys.argv[1], encoding='utf-8'))\n"
             "assert doc['displayTimeUnit'] == 'ms'\n"
@@ -25,7 +23,7 @@ std::vector<std::string> readTrace(const std::string &path, bool &ok) {
             "    assert e['ph'] == 'X' and isinstance(e['pid'], int) and isinstance(e['tid'], int)\n"
             "    print('%s\\t%s\\t%d\\t%d' % (e['name'], json.dumps(e['args'], ensure_ascii=True),"
             " e['ts'], e['dur']))\n");
-  return testsupport::runLines("python3 " + dir.file("check.py") + " " + path + " 2>&1", ok);
+  return test::outputLines("python3 " + dir.file("check.py") + " " + path + " 2>&1", ok);
 }
 
 std::vector<std::string> field(const std::vector<std::string> &events, int index) {
@@ -42,7 +40,7 @@ std::vector<std::string> field(const std::vector<std::string> &events, int index
 } // namespace
 
 TEST(Trace, OneEventPerScopeInValidJson) {
-  TempDir dir;
+  test::ScratchDir dir;
   std::string path = dir.file("trace.json");
   HUTTrace::setOutput(path);
   ASSERT_TRUE(HUTTrace::enabled());
@@ -72,7 +70,7 @@ TEST(Trace, OneEventPerScopeInValidJson) {
 }
 
 TEST(Trace, OffRecordsNothingAndEachOutputGetsItsOwnEvents) {
-  TempDir dir;
+  test::ScratchDir dir;
   HUTTrace::setOutput(dir.file("first.json"));
   { HUTTraceScope s("first", "n", "1"); }
   HUTTrace::setOutput("");
@@ -93,7 +91,7 @@ TEST(Trace, OffRecordsNothingAndEachOutputGetsItsOwnEvents) {
 }
 
 TEST(Trace, ManyThreadsAtOnce) {
-  TempDir dir;
+  test::ScratchDir dir;
   HUTTrace::setOutput(dir.file("threads.json"));
   std::vector<std::thread> workers;
   for (int t = 0; t < 4; ++t)
@@ -115,12 +113,12 @@ TEST(Trace, EnvironmentSwitchesTracingOnAndExitWritesTheFile) {
   // one; it re-runs this test, and learns the file name from the parent.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   const char *inherited = std::getenv("BOARDLIB_TEST_TRACE_TARGET");
-  std::unique_ptr<TempDir> dir;
+  std::unique_ptr<test::ScratchDir> dir;
   std::string path;
   if (inherited) {
     path = inherited;
   } else {
-    dir.reset(new TempDir);
+    dir.reset(new test::ScratchDir);
     path = dir->file("env.json");
     ::setenv("BOARDLIB_TEST_TRACE_TARGET", path.c_str(), 1);
   }

@@ -10,9 +10,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-using testsupport::CollectingSink;
-using testsupport::TempDir;
-using testsupport::writeFile;
 
 TEST(Xml, AttributesByNameAndIndex) {
   HXMLWInterface doc;
@@ -87,7 +84,7 @@ TEST(Xml, LineNumbersOfElements) {
 }
 
 TEST(Xml, SyntaxErrorIsReportedWithItsLine) {
-  CollectingSink sink;
+  test::MessageRecorder sink;
   HXMLWInterface doc;
   EXPECT_FALSE(doc.readFromBuffer("<board>\n  <a>\n  </a>\n  <b></c>\n</board>\n", "bad.xml"));
   EXPECT_EQ(doc.getRootElement(), nullptr);
@@ -110,9 +107,9 @@ TEST(Xml, SyntaxErrorIsReportedWithItsLine) {
 }
 
 TEST(Xml, EmptyBinaryAndMissingFiles) {
-  CollectingSink sink;
-  TempDir dir;
-  writeFile(dir.file("empty.xml"), "");
+  test::MessageRecorder sink;
+  test::ScratchDir dir;
+  dir.write("empty.xml", "");
   HXMLWInterface doc;
   EXPECT_FALSE(doc.readFromFile(dir.file("empty.xml")));
   EXPECT_EQ(doc.getRootElement(), nullptr);
@@ -122,7 +119,7 @@ TEST(Xml, EmptyBinaryAndMissingFiles) {
   for (int i = 0; i < 4096; ++i)
     noise += static_cast<char>(rng() & 0xFF);
   noise[10] = '\0';
-  writeFile(dir.file("noise.xml"), noise);
+  dir.write("noise.xml", noise);
   EXPECT_FALSE(doc.readFromFile(dir.file("noise.xml")));
   EXPECT_EQ(doc.getRootElement(), nullptr);
 
@@ -150,7 +147,7 @@ TEST(Xml, OtherEncodingsKeepTheirLineNumbers) {
   EXPECT_EQ(root->getChild(0).getLine(), 3);
   EXPECT_EQ(root->getChild(1).getLine(), 304);
 
-  CollectingSink sink;
+  test::MessageRecorder sink;
   std::string broken = latin1.substr(0, latin1.size() - 9) + "</c>\n";
   EXPECT_FALSE(doc.readFromBuffer(broken, "latin1.xml"));
   ASSERT_EQ(sink.records.size(), 1u);
@@ -168,16 +165,16 @@ TEST(Xml, OtherEncodingsKeepTheirLineNumbers) {
 }
 
 TEST(Xml, EntitiesAreNeverExpandedNorFetched) {
-  TempDir dir;
-  writeFile(dir.file("secret.txt"), "TOP-SECRET");
-  writeFile(dir.file("evil.dtd"), "<!ENTITY leak SYSTEM \"secret.txt\">");
+  test::ScratchDir dir;
+  dir.write("secret.txt", "TOP-SECRET");
+  dir.write("evil.dtd", "<!ENTITY leak SYSTEM \"secret.txt\">");
   std::string text = "<?xml version=\"1.0\"?>\n"
                      "<!DOCTYPE board SYSTEM \"evil.dtd\" [\n"
                      "  <!ENTITY inner \"EXPANDED\">\n"
                      "  <!ENTITY outside SYSTEM \"file://" + dir.file("secret.txt") + "\">\n"
                      "]>\n"
                      "<board name=\"&inner;\">&inner;|&outside;|&leak;<a/></board>\n";
-  writeFile(dir.file("board.xml"), text);
+  dir.write("board.xml", text);
   HXMLWInterface doc;
   ASSERT_TRUE(doc.readFromFile(dir.file("board.xml")));
   HXMLWElement *root = doc.getRootElement();
@@ -208,7 +205,7 @@ TEST(Xml, DeeplyNestedDocumentParsesWithoutRecursion) {
   EXPECT_EQ(levels, depth);
 
   // Unclosed at that depth: an error, not a crash.
-  CollectingSink sink;
+  test::MessageRecorder sink;
   EXPECT_FALSE(doc.readFromBuffer(text.substr(0, text.size() - 4), "deep.xml"));
   EXPECT_EQ(sink.records.size(), 1u);
 }

@@ -5,7 +5,7 @@
 
 #include "HBOBoard.h"
 #include "HBOBoardParser.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <string>
 #include <vector>
@@ -25,7 +25,7 @@ struct ReadBoard {
     return out;
   }
 
-  Messages sent; // keeps the closing message of a failed read off the console
+  MessageRecorder sent; // keeps the closing message of a failed read off the console
   HBOBoard board;
   HBOBoardParser parser;
   bool ok = false;

@@ -9,7 +9,7 @@
 #include "HBOPinProps.h"
 #include "HEXError.h"
 #include "HXMLWInterface.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <boost/lexical_cast.hpp>
 #include <gtest/gtest.h>
@@ -44,7 +44,7 @@ protected:
     EXPECT_NE(nullptr, pin) << componentName << " " << index;
     return pin ? pin->getPinIOStandard() : "<no pin>";
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
 };
 
@@ -186,7 +186,7 @@ TEST(ConnectionFaults, FindingsOfTheReaderFailTheRead) {
   };
   for (const Case &c : cases) {
     SCOPED_TRACE(c.dir);
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     HBOBoardParser parser;
     const std::string file = dataPath(std::string(c.dir) + "/board.xml");
@@ -202,7 +202,7 @@ TEST(ConnectionFaults, TextThatIsNoNumberFailsTheRead) {
   for (const char *dir : {"connections_bad_delay", "connections_bad_net"}) {
     SCOPED_TRACE(dir);
     {
-      test::Messages msgs;
+      test::MessageRecorder msgs;
       HBOBoard board;
       EXPECT_FALSE(HBOParser().parseFile(dataPath(std::string(dir) + "/board.xml"), &board));
       EXPECT_EQ(std::vector<std::string>{"49-56"}, msgs.ids());

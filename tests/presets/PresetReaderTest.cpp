@@ -8,7 +8,7 @@
 #include "HBOParser.h"
 #include "HEXError.h"
 #include "HXMLWInterface.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ protected:
   const std::vector<HBOIpPreset *> &records(const std::string &key) {
     return board.getIpPresets().at(key);
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
 };
 
@@ -109,7 +109,7 @@ TEST_F(PresetsBoard, ParametersByTheirValueType) {
 }
 
 TEST(PresetFile, TheCollectorSeesVersionsAsWritten) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOParsedVLNVs parsed;
   HBOBoardParser parser;
@@ -121,7 +121,7 @@ TEST(PresetFile, TheCollectorSeesVersionsAsWritten) {
 }
 
 TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   board.setBoardFile(dataPath("presets_basic/board.xml"));
   HBOBoardParser parser;
@@ -146,7 +146,7 @@ TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
 }
 
 TEST(PresetFile, AMissingFileIsToldAndTheBoardStillReads) {
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   EXPECT_TRUE(HBOParser().parseFile(dataPath("presets_missing/board.xml"), &board));
   ASSERT_EQ(std::vector<std::string>{"49-62"}, msgs.ids());
@@ -157,13 +157,13 @@ TEST(PresetFile, AMissingFileIsToldAndTheBoardStillReads) {
 
 TEST(PresetFile, AFileThatIsNoDocumentEndsTheRead) {
   {
-    test::Messages msgs;
+    test::MessageRecorder msgs;
     HBOBoard board;
     EXPECT_FALSE(HBOParser().parseFile(dataPath("presets_malformed/board.xml"), &board));
     EXPECT_EQ(1u, msgs.count("49-56"));
     EXPECT_TRUE(board.getBoardComponents().empty()) << "nothing after the presets is read";
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   board.setBoardFile(dataPath("presets_malformed/board.xml"));
   HBOBoardParser parser;
@@ -178,11 +178,11 @@ TEST(PresetFile, AFileThatIsNoDocumentEndsTheRead) {
 TEST(PresetFile, AFileThatFailsItsSchemaEndsTheRead) {
   {
     // A validating build refuses a file it cannot open.
-    test::Messages quiet;
+    test::MessageRecorder quiet;
     if (HBOBoardParser().isValidXML(dataPath("presets_bad_file/no_such.xml"), "preset"))
       GTEST_SKIP() << "this build does not validate against DTDs";
   }
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   EXPECT_FALSE(parser.parseFile(dataPath("presets_bad_file/board.xml"), &board, true,
@@ -238,7 +238,7 @@ protected:
     return out;
   }
 
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard board;
   HBOBoardParser parser;
   std::unique_ptr<HXMLWInterface> doc;
@@ -324,7 +324,7 @@ TEST_F(RulesBoard, RulesNeedSchemaTwoPointOne) {
   EXPECT_TRUE(readRules("presets_assoc", "2.2"));
 
   // Even an empty element ends the read of an older file.
-  test::Messages msgs;
+  test::MessageRecorder msgs;
   HBOBoard old;
   EXPECT_FALSE(HBOParser().parseFile(dataPath("presets_assoc_old_schema/board.xml"), &old));
   EXPECT_EQ(std::vector<std::string>{"49-56"}, msgs.ids());

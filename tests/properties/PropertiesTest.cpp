@@ -12,7 +12,7 @@
 #include "HBOScriptedClasses.h"
 #include "HCPProperty.h"
 #include "HSTStringUtils.h"
-#include "ReaderTestSupport.h"
+#include "SampleBoard.h"
 
 #include <gtest/gtest.h>
 
@@ -26,11 +26,7 @@ using Names = std::vector<std::string>;
 
 namespace {
 
-/// The value as a script prints it; "<none>" when there is none.
-std::string prop(const tclany &object, const std::string &name) {
-  HATAttrAny value;
-  return HCPProperty::getProperty(nullptr, object, name, value) ? value.toString() : "<none>";
-}
+using test::prop;
 
 Names listProp(const tclany &object, const std::string &name) {
   HATAttrAny value;
@@ -61,33 +57,19 @@ bool contains(const Names &names, const std::string &name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-/// The sample board, read once; every test registers the classes anew
-/// under the schema 2 switch as it stands.
-class Props : public ::testing::Test {
+/// Handles of the sample board's objects.
+class Props : public test::SampleBoard {
 protected:
-  static void SetUpTestSuite() {
-    test::Messages quiet;
-    s_board = new HBOBoard();
-    ASSERT_TRUE(HBOParser().parseFile(BOARDLIB_SAMPLE_BOARD, s_board));
-  }
-  static void TearDownTestSuite() { delete s_board; }
-  void SetUp() override { HBOScriptedClasses::reregisterAll(); }
-  void TearDown() override { HBOScriptedClasses::reregisterAll(); }
-
-  static HBOBoardComponent *comp(const char *name) { return s_board->findBoardComponent(name); }
-  static tclany board() { return tclany::of(s_board); }
-  static tclany component(const char *name) { return tclany::of(comp(name)); }
-  static tclany busIf(const char *name) { return tclany::of(comp("part0")->getBusIfByName(name)); }
-  static tclany port(const char *name) {
+  tclany boardHandle() const { return tclany::of(board.get()); }
+  tclany component(const char *name) const { return tclany::of(comp(name)); }
+  tclany busIf(const char *name) const { return tclany::of(comp("part0")->getBusIfByName(name)); }
+  tclany port(const char *name) const {
     HBOModelPort *p = nullptr;
     comp("part0")->getModelPortByName(p, name);
     return tclany::of(p);
   }
-  static HBOPinProps *pin(const char *name) { return comp("part0")->getPins().at(name); }
-
-  static HBOBoard *s_board;
+  HBOPinProps *pin(const char *name) const { return comp("part0")->getPins().at(name); }
 };
-HBOBoard *Props::s_board = nullptr;
 
 struct Table {
   const std::type_info *type;
@@ -241,11 +223,11 @@ TEST_F(Props, SchemaTwoClassNamesHoldForOldBoardsToo) {
   }
   EXPECT_EQ("board_component_interface", HCPProperty::getClassName(busIf("reset")));
   EXPECT_EQ("board_component_pin", prop(tclany::of(pin("led0")), "class"));
-  EXPECT_EQ("board", prop(board(), "class"));
+  EXPECT_EQ("board", prop(boardHandle(), "class"));
 }
 
 TEST_F(Props, ValuesAndDynamicPropertiesOfTheSampleBoard) {
-  const tclany b = board(), part0 = component("part0"), clock = busIf("sys_diff_clock");
+  const tclany b = boardHandle(), part0 = component("part0"), clock = busIf("sys_diff_clock");
   const tclany leds = port("led_4bits_tri_o"), clkPin = tclany::of(pin("sys_clk_p"));
   struct Case {
     tclany object;
@@ -326,7 +308,7 @@ TEST_F(Props, ValuesAndDynamicPropertiesOfTheSampleBoard) {
 }
 
 TEST_F(Props, SwitchesHideDataPropertiesAndComponentScopes) {
-  const tclany b = board(), part0 = component("part0");
+  const tclany b = boardHandle(), part0 = component("part0");
   {
     ParamScope off("board.dataProps.enableTclProps", "false");
     EXPECT_EQ("<none>", prop(b, "OPERATING_CONDITIONS.THETAJA"));
@@ -435,7 +417,7 @@ TEST_F(Props, AHandleOfAnotherClassIsRefused) {
   // another table.
   std::string error;
   for (const Table &t : tables()) {
-    const tclany other = *t.type == typeid(HBOBoard *) ? component("part0") : board();
+    const tclany other = *t.type == typeid(HBOBoard *) ? component("part0") : boardHandle();
     for (const HCPProperty::Spec *spec : info(*t.type).getSpecs()) {
       if (spec->getName() == "class")
         continue;

@@ -119,7 +119,6 @@ class CapsuleTest(unittest.TestCase):
             lambda: boardlib.get_boards(of_objects=[board, 3]),
             lambda: boardlib.get_boards(pattern=5),
             lambda: boardlib.get_boards(pattern=["*", None]),
-            lambda: boardlib.set_property("CURRENT_VALUE", 1.5, jumper("J1")),
         ]
         for call in calls:
             with self.assertRaises(TypeError):

@@ -11,7 +11,7 @@
 namespace {
 
 using test::dataPath;
-using test::Messages;
+using test::MessageRecorder;
 using test::ParamScope;
 
 class RepoCatalog : public test::RepoTest {};
@@ -88,7 +88,7 @@ TEST_F(RepoCatalog, LegacyNamesResolveAndBareOnesAreWarnedAbout) {
   HBOBoard *target = mgr->getInfoForBoard("quarnel-ip:dunal:a");
   ASSERT_NE(nullptr, target);
 
-  Messages messages;
+  MessageRecorder messages;
   EXPECT_EQ(target, mgr->getInfoForBoard("quarnel-ip:dunal:a"));
   EXPECT_TRUE(messages.records.empty());
   EXPECT_EQ(target, mgr->getInfoForBoard("quarnel:dunal:rb47:a"));
@@ -132,7 +132,7 @@ TEST_F(RepoCatalog, InstallationPreferencesFillOnlyInterfacesWithoutTheirOwn) {
 
 TEST_F(RepoCatalog, WithoutAPreferenceFileBoardsLoadAsRead) {
   useDataDirs({"repo_failing"});
-  Messages messages;
+  MessageRecorder messages;
   HBOBoardCReposMgr *mgr = repo();
   EXPECT_TRUE(mgr->getInterfacePreferenceMap().empty());
   EXPECT_NE(nullptr, mgr->getInfoForBoard("kestrel-boards:one:1.0"));

@@ -4,6 +4,7 @@
 
 #include "HBOBoardCatalogEvents.h"
 #include "HBOCommon.h"
+#include "HPAParamMgr.h"
 #include "HUTFileUtils.h"
 #include "HUTGuiEvent.h"
 
@@ -15,7 +16,7 @@
 namespace {
 
 using test::dataPath;
-using test::Messages;
+using test::MessageRecorder;
 using test::ParamScope;
 
 class RepoLoad : public test::RepoTest {};
@@ -67,7 +68,7 @@ TEST_F(RepoLoad, KeysIgnoreCaseAndOnlyBoardXmlIsFoundInTheInstallation) {
 
 TEST_F(RepoLoad, EmptyInstallationGivesAnEmptyCatalog) {
   useDataDirs({"repo_empty"});
-  Messages messages;
+  MessageRecorder messages;
   HBOBoardCReposMgr *mgr = repo();
   EXPECT_TRUE(mgr->getStaticBoardPartMap().empty());
   EXPECT_TRUE(mgr->getBoardPartMap().empty());
@@ -79,7 +80,7 @@ TEST_F(RepoLoad, EmptyInstallationGivesAnEmptyCatalog) {
 
 TEST_F(RepoLoad, AFailedFileLeavesNoTraceAndTheOthersLoad) {
   useDataDirs({"repo_failing"});
-  Messages messages;
+  MessageRecorder messages;
   HBOBoardCReposMgr *mgr = repo();
   std::set<std::string> keys;
   for (const auto &entry : mgr->getStaticBoardPartMap())
@@ -105,7 +106,7 @@ protected:
   Observed loadWith(const std::string &workers) {
     dropRepository();
     ParamScope threads("general.maxThreads", workers);
-    Messages messages;
+    MessageRecorder messages;
     HBOBoardCReposMgr *mgr = repo();
     Observed out;
     for (const auto &entry : mgr->getBoardPartMap())
@@ -169,7 +170,7 @@ TEST_F(RepoLoad, ProjectPathsComeBeforeUserPathsAndMissingPathsAreSkipped) {
   useDataDirs({"repo_install_a"});
   const std::string missing = dataPath("repo_does_not_exist");
   ParamScope paths("board.repoPaths", missing + " {" + dataPath("repo_user") + "}");
-  Messages messages;
+  MessageRecorder messages;
   HBOBoardCReposMgr *mgr = repo();
   ASSERT_NE(nullptr, messages.find("49-91"));
   EXPECT_EQ(std::vector<std::string>{missing}, messages.find("49-91")->args);
@@ -184,20 +185,17 @@ TEST_F(RepoLoad, ProjectPathsComeBeforeUserPathsAndMissingPathsAreSkipped) {
 TEST_F(RepoLoad, UserScanSurvivesADirectoryLinkThatLoops) {
   useDataDirs({"repo_empty"});
   namespace fs = boost::filesystem;
-  const fs::path root = fs::temp_directory_path() / fs::unique_path("repo-loop-%%%%%%%%");
-  fs::create_directories(root / "kestrel-boards/epsilon/2.0");
+  test::ScratchDir root;
+  fs::create_directories(root.file("kestrel-boards/epsilon/2.0"));
   fs::copy_file(dataPath("repo_user/kestrel-boards/epsilon/2.0/board.xml"),
-                root / "kestrel-boards/epsilon/2.0/board.xml");
-  fs::create_directory_symlink(root, root / "kestrel-boards/loop");
-  {
-    ParamScope paths("board.repoPaths", root.string());
-    Messages messages;
-    EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
-    EXPECT_EQ(1u, repo()->getUserBoardPartMap().size());
-    EXPECT_TRUE(messages.records.empty());
-  }
+                root.file("kestrel-boards/epsilon/2.0/board.xml"));
+  fs::create_directory_symlink(root.path(), root.file("kestrel-boards/loop"));
+  ParamScope paths("board.repoPaths", root.path());
+  MessageRecorder messages;
+  EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+  EXPECT_EQ(1u, repo()->getUserBoardPartMap().size());
+  EXPECT_TRUE(messages.records.empty());
   dropRepository();
-  fs::remove_all(root);
 }
 
 // Records the catalog events in order.
@@ -254,7 +252,7 @@ TEST_F(RepoLoad, SyncRefreshesOnlyWhenTheParameterChanged) {
 
   // A project-level parameter is refused, and sync does nothing.
   ParamScope project("project.boardPartRepoPaths", dataPath("repo_project"));
-  Messages messages;
+  MessageRecorder messages;
   mgr->sync();
   EXPECT_EQ(4u, log.seen.size());
   EXPECT_EQ(1u, messages.count("49-73"));

@@ -1,15 +1,15 @@
 // A fixture that points the installation at test data directories and
 // leaves no repository behind.
-#ifndef BOARDLIB_TESTS_REPOTESTSUPPORT_H
-#define BOARDLIB_TESTS_REPOTESTSUPPORT_H
+#ifndef BOARDLIB_TESTS_REPO_REPOTESTSUPPORT_H
+#define BOARDLIB_TESTS_REPO_REPOTESTSUPPORT_H
 
 #include "HBOBoard.h"
 #include "HBOBoardCReposMgr.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,26 +17,15 @@ namespace test {
 
 class RepoTest : public ::testing::Test {
 protected:
-  void SetUp() override {
-    const char *old = std::getenv("BOARDLIB_DATA_DIRS");
-    m_hadDirs = old != nullptr;
-    m_oldDirs = old ? old : "";
-  }
-
-  void TearDown() override {
-    dropRepository();
-    if (m_hadDirs)
-      setenv("BOARDLIB_DATA_DIRS", m_oldDirs.c_str(), 1);
-    else
-      unsetenv("BOARDLIB_DATA_DIRS");
-  }
+  void TearDown() override { dropRepository(); }
 
   /// The installation: data directories under tests/data, in search order.
-  static void useDataDirs(const std::vector<std::string> &dirs) {
+  void useDataDirs(const std::vector<std::string> &dirs) {
     std::string list;
     for (const std::string &dir : dirs)
       list += (list.empty() ? "" : ":") + dataPath(dir);
-    setenv("BOARDLIB_DATA_DIRS", list.c_str(), 1);
+    m_dirs.reset(); // the first value is the one to put back
+    m_dirs = std::make_unique<EnvScope>("BOARDLIB_DATA_DIRS", list.c_str());
   }
 
   HBOBoardCReposMgr *repo() {
@@ -50,8 +39,7 @@ protected:
     if (!m_built)
       return;
     m_built = false;
-    HBOBoardCReposMgr *mgr = HBOBoardCReposMgr::getGlobal();
-    for (uint32_t n = mgr->getReferenceCount(); n > 0; --n)
+    for (uint32_t n = HBOBoardCReposMgr::getGlobal()->getReferenceCount(); n > 0; --n)
       HBOBoardCReposMgr::release();
   }
 
@@ -63,8 +51,7 @@ protected:
   }
 
 private:
-  std::string m_oldDirs;
-  bool m_hadDirs = false;
+  std::unique_ptr<EnvScope> m_dirs;
   bool m_built = false;
 };
 

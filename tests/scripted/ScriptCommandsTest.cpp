@@ -3,7 +3,7 @@
 #include "HBOJumper.h"
 #include "HBOScriptCommands.h"
 #include "HSTStringUtils.h"
-#include "ReaderTestSupport.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -140,7 +140,7 @@ TEST_F(ScriptCommands, FiltersAndEmptyResultsWarnUnlessQuiet) {
   options.filter = "TYPE ==";
   EXPECT_THROW(s_commands->getObjects("get_board_components", options), HCPProperty::Error);
 
-  test::Messages messages;
+  test::MessageRecorder messages;
   options.filter = "TYPE == nothing";
   options.quiet = false;
   EXPECT_TRUE(s_commands->getObjects("get_board_components", options).empty());
@@ -183,7 +183,7 @@ TEST_F(ScriptCommands, PropertiesListInUpperCaseAndDeprecatedOnesWarn) {
   EXPECT_NE(std::string::npos,
             s_commands->reportProperty(part0).find("Deprecated:\n  BOARD_NAME: Use 'get_property BOARD_NAME"));
   EXPECT_EQ(std::string::npos, report.find("Deprecated:")) << "a board has no deprecated property";
-  test::Messages messages;
+  test::MessageRecorder messages;
   HATAttrAny value;
   s_commands->getProperty("BOARD_NAME", part0, value);
   EXPECT_EQ("sample_kit", value.toString());

@@ -3,6 +3,7 @@
 #include "ComMsgMgr.h"
 #include "HBOBoardUtils.h"
 #include "HPAParamMgr.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -34,20 +35,11 @@ const Expected kParams[] = {
     {"board.debugBoardRepo", HPAParam::Bool, "false", true},
 };
 
-class Recorder : public ComMsgSink {
-public:
-  void receive(const ComMsgRecord &record) override { records.push_back(record); }
-  std::vector<ComMsgRecord> records;
-};
-
 // Each test starts and ends with every board parameter at its default.
 class BoardParams : public ::testing::Test {
 protected:
   void SetUp() override { resetAll(); }
-  void TearDown() override {
-    resetAll();
-    ComMsgMgr::setSink(nullptr);
-  }
+  void TearDown() override { resetAll(); }
   static void resetAll() {
     for (const Expected &p : kParams)
       HPAParamMgr::getParamMgr().resetValue(p.name);
@@ -97,8 +89,7 @@ TEST_F(BoardParams, SwitchesAndRepoPaths) {
   EXPECT_EQ(out, "/a {/b c}");
 
   // The project-level setting is refused with an error, and wins over the other.
-  Recorder recorder;
-  ComMsgMgr::setSink(&recorder);
+  test::MessageRecorder recorder;
   set("project.boardPartRepoPaths", "/p");
   out = "kept";
   EXPECT_FALSE(HBOBoardUtils::getUserRepoPathFromParam(out));
@@ -110,11 +101,13 @@ TEST_F(BoardParams, SwitchesAndRepoPaths) {
 
 TEST_F(BoardParams, EnvironmentSettingsAreApplied) {
   set("board.repoPaths", "/set/by/script");
-  ASSERT_EQ(setenv("BOARDLIB_PARAMS", "board.debugMemory=true; no.such.param=1", 1), 0);
-  testing::internal::CaptureStderr();
-  init_lib();
-  std::string err = testing::internal::GetCapturedStderr();
-  unsetenv("BOARDLIB_PARAMS");
+  std::string err;
+  {
+    test::EnvScope settings("BOARDLIB_PARAMS", "board.debugMemory=true; no.such.param=1");
+    testing::internal::CaptureStderr();
+    init_lib();
+    err = testing::internal::GetCapturedStderr();
+  }
 
   EXPECT_TRUE(HPAParamMgr::getParamMgr().getValueAsBool("board.debugMemory"));
   EXPECT_NE(err.find("WARNING: BOARDLIB_PARAMS: "), std::string::npos) << err;

@@ -1,0 +1,2 @@
+puts [get_param board.enableSchemaV2]
+exit 3

@@ -1,0 +1,166 @@
+"""The board functions from Python: how arguments and results travel between
+Python and the commands, the Python types of property values, and the
+errors. What the commands select and what the properties hold is checked
+once, in the C++ tests."""
+import unittest
+
+import boardlib
+
+SAMPLE = "kestrel-boards:sample_kit:1.0"
+FALCON = "kestrel-boards:falcon_eval:1.0"
+
+
+def board(name):
+    return boardlib.get_boards(pattern=name)[0]
+
+
+def names(objects):
+    return [o.name for o in objects]
+
+
+def jumper(board_name, name):
+    return boardlib.get_board_jumpers(of_objects=board(board_name), pattern=name)[0]
+
+
+class QueryTest(unittest.TestCase):
+    def tearDown(self):
+        boardlib.current_board("")
+
+    def test_keyword_arguments(self):
+        boards = boardlib.get_boards()
+        self.assertIsInstance(boards, list)
+        self.assertEqual(names(boards), sorted(names(boards)))
+        self.assertEqual(names(boardlib.get_boards(pattern=["*wren*", "*heron*"])),
+                         ["kestrel-boards:heron_adc:1.0", "kestrel-boards:wren_io:1.0"])
+        self.assertEqual(boardlib.get_boards(pattern="*FALCON*", quiet=True), [])
+        self.assertEqual(len(boardlib.get_boards(pattern="*FALCON*", nocase=True)), 2)
+        self.assertEqual(names(boardlib.get_boards(pattern=r".*falcon_eval:1\.1", regexp=True)),
+                         ["kestrel-boards:falcon_eval:1.1"])
+        sample = board(SAMPLE)
+        self.assertEqual(names(boardlib.get_board_jumpers(of_objects=[sample], filter="CURRENT_VALUE == 0")),
+                         ["J2"])
+        # Objects of several boards, in the order given.
+        components = boardlib.get_board_components(of_objects=[sample, board(FALCON)])
+        self.assertEqual(names(boardlib.get_boards(of_objects=components)), [SAMPLE, FALCON])
+        for bad in (lambda: boardlib.get_boards(pattern="(", regexp=True),
+                    lambda: boardlib.get_board_components(of_objects=sample, filter="(TYPE == chip"),
+                    lambda: boardlib.get_board_component_pins(of_objects=jumper(SAMPLE, "J1"))):
+            with self.assertRaises(boardlib.BoardError):
+                bad()
+
+    def test_current_board(self):
+        self.assertIsNone(boardlib.current_board())
+        with self.assertRaisesRegex(boardlib.BoardError, "current_board"):
+            boardlib.get_board_components()
+        sample = board(SAMPLE)
+        self.assertIs(boardlib.current_board(SAMPLE), sample)
+        self.assertEqual(boardlib.get_board_components(), boardlib.get_board_components(of_objects=sample))
+        falcon = board(FALCON)
+        self.assertIs(boardlib.current_board(falcon), falcon)
+        with self.assertRaises(boardlib.BoardError):
+            boardlib.current_board("kestrel-boards:no_such_board:1.0")
+        self.assertIs(boardlib.current_board(), falcon)
+
+    def test_params(self):
+        old = boardlib.get_param("general.maxThreads")
+        try:
+            boardlib.set_param("general.maxThreads", 3)
+            self.assertEqual(boardlib.get_param("general.maxThreads"), "3")
+        finally:
+            boardlib.set_param("general.maxThreads", old)
+        report = boardlib.report_param("board.*")
+        self.assertIsInstance(report, str)
+        self.assertIn("board.enableSchemaV2", report)
+        self.assertNotIn("general.maxThreads", report)
+        with self.assertRaises(boardlib.BoardError):
+            boardlib.set_param("board.enableDiffCommand", "sometimes")
+        boardlib.set_param("board.enableDiffCommand", True)
+        self.assertEqual(boardlib.get_param("board.enableDiffCommand"), "true")
+        boardlib.set_param("board.enableDiffCommand", False)
+
+
+class PropertyTest(unittest.TestCase):
+    def test_value_types(self):
+        sample = board(SAMPLE)
+        self.assertEqual(boardlib.get_property("name", [sample]), SAMPLE)
+        self.assertEqual(sample.get_property("JTAG_CHAINS"), ["chain1"])
+        self.assertIs(jumper(SAMPLE, "J1").get_property("CURRENT_VALUE"), True)
+        self.assertIs(jumper(SAMPLE, "J2").get_property("CURRENT_VALUE"), False)
+        preference = boardlib.get_board_ip_preferences(of_objects=boardlib.get_board_component_interfaces(
+            of_objects=boardlib.get_board_parts(of_objects=sample)))[0]
+        self.assertIsInstance(preference.get_property("ORDER"), int)
+        self.assertEqual(sample.get_property("PARAM.no_such_parameter"), "")
+        # A property that holds objects gives objects.
+        rule = boardlib.get_board_ip_presets(of_objects=board(FALCON), pattern="clk_gen_board_rule*")[0]
+        interfaces = rule.get_property("BOARD_INTERFACES")
+        self.assertTrue(interfaces)
+        for intf in interfaces:
+            self.assertIsInstance(intf, boardlib.board_part_interface)
+
+    def test_names_and_reports(self):
+        j2 = jumper(SAMPLE, "J2")
+        self.assertEqual(j2.list_property(), ["CLASS", "CURRENT_VALUE", "DESCRIPTION", "NAME"])
+        self.assertEqual(boardlib.list_property([j2]), j2.list_property())
+        part0 = boardlib.get_board_parts(of_objects=board(SAMPLE))[0]
+        self.assertNotIn("IS_ENABLED", part0.list_property())
+        self.assertIn("IS_ENABLED", part0.list_property(all=True))
+        report = boardlib.report_property(j2)
+        self.assertIsInstance(report, str)
+        self.assertIn(["CURRENT_VALUE", "bool", "false", "0"], [line.split() for line in report.splitlines()])
+
+    def test_unknown_property(self):
+        sample = board(SAMPLE)
+        with self.assertRaisesRegex(boardlib.BoardError, "bogus"):
+            sample.get_property("bogus")
+        self.assertEqual(boardlib.get_property("bogus", sample, quiet=True), "")
+        with self.assertRaises(boardlib.BoardError):
+            boardlib.get_property("NAME", boardlib.get_board_jumpers(of_objects=sample))
+
+
+class JumperTest(unittest.TestCase):
+    """falcon_eval: J14 false enables the USB UART, true disables it."""
+
+    def state(self):
+        return (self.j14.get_property("CURRENT_VALUE"), self.uart.get_property("IS_ENABLED"))
+
+    def setUp(self):
+        self.j14 = jumper(FALCON, "J14")
+        self.uart = boardlib.get_board_components(of_objects=board(FALCON), pattern="*:usb_uart:*")[0]
+        self.assertEqual(self.state(), (False, "true"))
+
+    def test_set_undo_redo(self):
+        for value in (True, "true", 1):
+            with self.subTest(value=value):
+                boardlib.set_property("CURRENT_VALUE", value, self.j14)
+                self.assertEqual(self.state(), (True, "false"))
+                self.assertIn("J14", boardlib.undo())
+                self.assertEqual(self.state(), (False, "true"))
+                boardlib.redo()
+                self.assertEqual(self.state(), (True, "false"))
+                boardlib.undo()
+        with self.assertRaises(boardlib.BoardError):
+            boardlib.undo()
+
+    def test_refused_changes_change_nothing(self):
+        boardlib.set_property("CURRENT_VALUE", True, self.j14)
+        j12 = jumper(FALCON, "J12")
+        refused = [
+            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", "maybe", [j12, self.j14])),
+            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", 2, self.j14)),
+            (boardlib.BoardError, lambda: boardlib.set_property("NAME", "J99", self.j14)),
+            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", False, [self.j14, self.uart])),
+            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", False, [])),
+            (TypeError, lambda: boardlib.set_property("CURRENT_VALUE", 1.5, self.j14)),
+        ]
+        for error, call in refused:
+            with self.assertRaises(error):
+                call()
+            self.assertEqual(self.state(), (True, "false"))
+            self.assertIs(j12.get_property("CURRENT_VALUE"), True)
+        boardlib.undo()
+        with self.assertRaises(boardlib.BoardError):
+            boardlib.undo()
+
+
+if __name__ == "__main__":
+    unittest.main()
