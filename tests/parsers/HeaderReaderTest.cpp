@@ -1,4 +1,5 @@
-// What board.xml says of the board as a whole, and the shared conversions.
+// The conversions that the readers share: numbers, and hierarchical
+// parameters as Tcl list text. Whole boards are read in ReadGoldenTest.
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardParser.h"
@@ -11,103 +12,6 @@
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
-
-using test::dataPath;
-
-namespace {
-
-class FullBoard : public ::testing::Test {
-protected:
-  void SetUp() override { ASSERT_TRUE(HBOParser().parseFile(dataPath("full/board.xml"), &board)); }
-  test::MessageRecorder msgs;
-  HBOBoard board;
-};
-
-} // namespace
-
-TEST_F(FullBoard, IdentityAndFiles) {
-  EXPECT_EQ("kestrel-boards:full:1.2", board.getName());
-  EXPECT_EQ("Full Header Board", board.getDisplayName());
-  EXPECT_EQ("https://www.example.com/kestrel-boards/full", board.getSpecUrl());
-  EXPECT_EQ("Board that carries every header element", board.getDescription());
-  EXPECT_EQ(board.getDescription(), board.getLongDesc());
-  EXPECT_EQ(dataPath("full/board.xml"), board.getBoardFile());
-  EXPECT_EQ(dataPath("full/changelog.txt"), board.getChangeLogFilename());
-  EXPECT_EQ("2.1", board.getBoardSchemaVersion());
-}
-
-TEST_F(FullBoard, OddAttributeValuesAreReadAsTheRulesSay) {
-  EXPECT_FALSE(board.getSupportsCED()) << "supports_ced=\"maybe\" is no boolean";
-  EXPECT_FALSE(board.isIntegratedBoard()) << "only the exact text \"true\" integrates";
-}
-
-TEST_F(FullBoard, RevisionsKeepTheLastTextOfARepeatedId) {
-  ASSERT_EQ(2u, board.getCompatibleBoardRevisions().size());
-  EXPECT_EQ("Rev C", board.getCompatibleBoardRevisions().at(1));
-  EXPECT_EQ("Rev C", board.getBoardRevision());
-}
-
-TEST_F(FullBoard, ImagesLiveBesideTheBoardFile) {
-  ASSERT_EQ(2u, board.getImages().size());
-  HBOImage *top = board.getImages()[0];
-  EXPECT_EQ(dataPath("full/full_top.png"), top->getName());
-  EXPECT_EQ("high", top->getResolution()) << "an absent resolution is high";
-  EXPECT_EQ("Top view", top->getDescription()) << "the last description wins";
-  EXPECT_EQ(top->getName(), board.getBoardImage());
-  EXPECT_EQ("low", board.getImages()[1]->getResolution());
-}
-
-TEST_F(FullBoard, JumpersComeIntoBeingAtTheirDescriptions) {
-  const auto &jumpers = board.getJumpers();
-  ASSERT_EQ(3u, jumpers.size()) << "J2 has no description, J3 has two";
-  EXPECT_EQ("J1", jumpers[0]->getName());
-  EXPECT_TRUE(jumpers[0]->getDefaultValue()) << "TRUE in any case counts";
-  EXPECT_EQ(&board, jumpers[0]->getOwner());
-  EXPECT_EQ("J3", jumpers[1]->getName());
-  EXPECT_EQ("J3", jumpers[2]->getName());
-  EXPECT_FALSE(jumpers[2]->getDefaultValue());
-  EXPECT_EQ("Boot from JTAG, second entry", jumpers[2]->getDescription());
-}
-
-TEST_F(FullBoard, ParametersJtagAndConnectedBoards) {
-  ASSERT_EQ(3u, board.getParameters().size());
-  HBOParameter *p = board.getParameters()[1];
-  EXPECT_EQ("ambient_temperature", p->getName());
-  EXPECT_EQ("0", p->getValueMin());
-  EXPECT_EQ("70", p->getValueMax());
-  EXPECT_EQ("false", p->getReadOnly());
-
-  EXPECT_EQ((std::vector<std::string>{"chain1", "chain2"}), board.getJtagChains());
-  HBOBoardComponent *part0 = board.findBoardComponent("part0");
-  ASSERT_NE(nullptr, part0);
-  EXPECT_EQ("0", part0->getJtagPosition("chain1"));
-  EXPECT_EQ("", part0->getJtagPosition("chain2"));
-
-  EXPECT_EQ("kestrel-boards:falcon_eval:1.0", board.getConnectedBoards().at("base"));
-  EXPECT_EQ("full#fmc", board.getConnectedComponents().at("base#fmc_lpc_connector"));
-}
-
-TEST(HeaderFailures, MissingIdentityOrEmptyRevisionListFailTheRead) {
-  struct Case {
-    const char *file;
-    const char *id;
-  } cases[] = {{"missing_vlnv/board.xml", "49-108"}, {"no_revisions_child/board.xml", "49-97"}};
-  for (const Case &c : cases) {
-    test::MessageRecorder msgs;
-    HBOBoard board;
-    HBOBoardParser reader;
-    // Read without the DTD, which refuses both files before any reader runs.
-    EXPECT_FALSE(reader.parseFile(dataPath(c.file), &board, false, "", nullptr)) << c.file;
-    EXPECT_EQ(std::vector<std::string>{c.id}, test::queuedIds(reader)) << c.file;
-    EXPECT_EQ(std::vector<std::string>{"49-56"}, msgs.ids()) << c.file;
-
-    HBOBoard checked;
-    HBOBoardParser checker;
-    msgs.records.clear();
-    EXPECT_FALSE(checker.parseFile(dataPath(c.file), &checked, true, "", nullptr)) << c.file;
-    EXPECT_EQ(1u, msgs.count("49-105")) << c.file;
-  }
-}
 
 TEST(NumberConversion, StrictAndLenientForms) {
   HBOBoard board;

@@ -89,29 +89,6 @@ TEST(SchemaDispatch, MissingFileIsOneWarningAndLeavesTheBoardAlone) {
   EXPECT_FALSE(HBOParser().parseFile(dataPath("minimal/board.xml"), nullptr));
 }
 
-TEST(MessageQueue, QueuedFailureFailsASilentReadWithOnlyTheClosingMessage) {
-  // The second pin repeats an index: the reader queues and goes on.
-  test::MessageRecorder msgs;
-  HBOBoard board;
-  EXPECT_FALSE(HBOParser().parseFile(dataPath("dup_pin_index/board.xml"), &board));
-  ASSERT_EQ(std::vector<std::string>{"49-56"}, msgs.ids());
-  EXPECT_EQ("CRITICAL WARNING", msgs.records[0].severityName);
-  EXPECT_EQ("", msgs.records[0].args.at(1));
-}
-
-TEST(MessageQueue, ValidatingReadTellsEveryQueuedMessageInOrder) {
-  test::MessageRecorder msgs;
-  HBOBoard board;
-  HBOBoardParser parser;
-  EXPECT_FALSE(
-      parser.parseFile(dataPath("dup_pin_index/board.xml"), &board, true, "", nullptr));
-  ASSERT_EQ((std::vector<std::string>{"49-170", "49-56"}), msgs.ids());
-  const ComMsgRecord &dup = msgs.records[0];
-  EXPECT_EQ("@49-170@%d%s%s%s", dup.key);
-  ASSERT_EQ(4u, dup.args.size());
-  EXPECT_EQ(nullptr, parser.getBoard()) << "the board pointer is dropped after a read";
-}
-
 TEST(MessageQueue, IterateMessagesDecidesByTheFlagNotTheSeverity) {
   test::MessageRecorder msgs;
   HBOBoardParser parser;

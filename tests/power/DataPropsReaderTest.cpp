@@ -1,43 +1,11 @@
-// The free-form data of a board: the tree as the file has it, its queries by
-// dotted path, the operating conditions, and files nested without end.
+// The free-form data of a board nested without end; the test board's data
+// are read whole in ReadGoldenTest.
 #include "HBOBoard.h"
 #include "HBOBoardDataProps.h"
 #include "HBOBoardParser.h"
 #include "HXMLWInterface.h"
-#include "ReadBoard.h"
 
 #include <gtest/gtest.h>
-
-using StringMap = HBOBoardDataProps::StringMap;
-
-TEST(DataProps, OperatingConditionsAndDottedPaths) {
-  test::ReadBoard read("dataprops_conditions");
-  ASSERT_TRUE(read.ok);
-  const HBOBoardDataProps &props = read.board.getBoardDataProps();
-  EXPECT_TRUE(props.hasOperatingConditions());
-  EXPECT_EQ("1.5", props.getStrOperatingCondition("SUPPLY_CURRENT_BUDGET.VCCAUX"));
-  EXPECT_EQ("2.1", props.getStrDataProp("OPERATING_CONDITIONS.THETAJA"));
-  EXPECT_EQ(nullptr, props.getData_("OPERATING_CONDITIONS.NOPE.VCCAUX"));
-  EXPECT_EQ(nullptr, props.getData_("OPERATING_CONDITIONS.THETAJA.X")) << "a value is no group";
-  EXPECT_EQ(nullptr, props.getData_("OPERATING_CONDITIONS.IGNORED")) << "unknown tags are skipped";
-  EXPECT_EQ((StringMap{{"VCCAUX", "1.5"}, {"VCCINT", "8.0"}}),
-            props.getMapOperatingCondition("SUPPLY_CURRENT_BUDGET"));
-  StringMap all;
-  EXPECT_TRUE(props.getOperatingConditions(all));
-  EXPECT_EQ(4u, all.size());
-  EXPECT_EQ("40", all["AMBIENT_TEMP"]);
-}
-
-TEST(DataProps, TheLaterOfTwoEntriesOfOneNameWins) {
-  test::ReadBoard read("dataprops_conditions");
-  ASSERT_TRUE(read.ok);
-  const HBOBoardDataProps &props = read.board.getBoardDataProps();
-  EXPECT_EQ("1", props.getStrDataProp("TO_GROUP.INNER")) << "a group after a value";
-  EXPECT_EQ("last", props.getStrDataProp("TO_VALUE")) << "a value after a group";
-  EXPECT_EQ("", props.getStrDataProp("NO_VALUE"));
-  EXPECT_NE(nullptr, props.getData_("NO_VALUE"));
-  EXPECT_EQ("yes", props.getStrDataProp("SECOND")) << "every data_properties element is read";
-}
 
 namespace {
 

@@ -1,5 +1,6 @@
 // The preset file and the IP associated rules: where the file is looked for,
-// what its parameters become, and the checks that a rule must pass.
+// what a file that fails does, and the checks that a rule must pass. The
+// test boards' presets are read whole in ReadGoldenTest.
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardParser.h"
@@ -26,18 +27,6 @@ namespace {
 
 using ParamList = std::map<std::string, std::string>;
 
-class PresetsBoard : public ::testing::Test {
-protected:
-  void SetUp() override {
-    ASSERT_TRUE(HBOParser().parseFile(dataPath("presets_basic/board.xml"), &board));
-  }
-  const std::vector<HBOIpPreset *> &records(const std::string &key) {
-    return board.getIpPresets().at(key);
-  }
-  test::MessageRecorder msgs;
-  HBOBoard board;
-};
-
 // The message that an HEXError out of \p call carries; fails the test when
 // nothing is raised.
 template <typename Call> ComMsgMgrInstance raisedBy(Call call) {
@@ -51,74 +40,6 @@ template <typename Call> ComMsgMgrInstance raisedBy(Call call) {
 }
 
 } // namespace
-
-TEST_F(PresetsBoard, RecordsAreFiledUnderTheUpperCasedProcedureName) {
-  EXPECT_TRUE(msgs.records.empty());
-  const auto &presets = board.getIpPresets();
-  ASSERT_EQ(2u, presets.size());
-  EXPECT_TRUE(board.getIpAssociatedInterfaces().empty());
-
-  const auto &ddr = records("DDR3_SDRAM_PRESET");
-  ASSERT_EQ(3u, ddr.size()) << "two ips, and the note entered as an empty record";
-  const HBOIpPreset *first = ddr[0];
-  EXPECT_EQ("ddr3_sdram_preset:quarnel-ip:ip:mem_ctrl:2.3:S_AXI", first->getPresetName());
-  EXPECT_EQ(&board, first->getOwner());
-  EXPECT_TRUE(first->isPreset());
-  EXPECT_FALSE(first->isAssocIntf());
-  EXPECT_EQ("ddr3_sdram_preset:quarnel-ip:ip:mem_ctrl:*:*", ddr[1]->getPresetName())
-      << "an empty version and an absent interface mean any";
-
-  EXPECT_EQ("ddr3_sdram_preset", ddr[2]->getPresetProcName());
-  EXPECT_EQ("", ddr[2]->getPresetName());
-
-  // "Uart_Preset" and "UART_PRESET" share one entry; the later one wins.
-  const auto &uart = records("UART_PRESET");
-  ASSERT_EQ(1u, uart.size());
-  EXPECT_EQ("UART_PRESET:quarnel-ip:ip:uart_16550:2.0:UART", uart[0]->getPresetName());
-}
-
-TEST_F(PresetsBoard, ParametersByTheirValueType) {
-  const HBOIpPreset *ip = records("DDR3_SDRAM_PRESET")[0];
-  const ParamList expected = {
-      {"CONFIG.MEM_TYPE", "DDR3"},
-      {"CONFIG.PINOUT", dataPath("presets_basic/ddr3_pinout.csv")},
-      // A plain value naming a .csv beside the board is resolved too, but
-      // one with a directory stays as written.
-      {"CONFIG.TABLE", dataPath("presets_basic/ctrl_table.csv")},
-      {"CONFIG.ELSEWHERE", "tables/ctrl_table.csv"},
-      {"CONFIG.MODE", "FAST"},
-      {"CONFIG.TIMING", "tck 1250 banks {{b0 x} {b1 y}}"},
-      {"CONFIG.MAP", "width 16 lanes {{l0 a} {l1 b}} spare {s0 z}"},
-      {"CONFIG.EMPTY", ""},
-      {"C_DATA_WIDTH", "32"},
-      {"C_FLAT", "{a b}"},
-  };
-  EXPECT_EQ(expected, ip->getParamList());
-  EXPECT_EQ("file", ip->getValueType());
-
-  const HBOIpPreset *uart = records("UART_PRESET")[0];
-  EXPECT_EQ((ParamList{{"C_INIT", dataPath("presets_basic/ddr3_pinout.csv")}}),
-            uart->getParamList())
-      << "model parameters take files as well";
-  EXPECT_EQ("File", uart->getValueType()) << "kept as written";
-
-  // A file that is missing sets nothing but the value type.
-  const HBOIpPreset *missing = records("DDR3_SDRAM_PRESET")[1];
-  EXPECT_TRUE(missing->getParamList().empty());
-  EXPECT_EQ("FILE", missing->getValueType());
-}
-
-TEST(PresetFile, TheCollectorSeesVersionsAsWritten) {
-  test::MessageRecorder msgs;
-  HBOBoard board;
-  HBOParsedVLNVs parsed;
-  HBOBoardParser parser;
-  ASSERT_TRUE(parser.parseFile(dataPath("presets_basic/board.xml"), &board, false, "", &parsed));
-  EXPECT_EQ((std::unordered_set<std::string>{"quarnel-ip:ip:mem_ctrl:2.3", "quarnel-ip:ip:mem_ctrl:",
-                                             "quarnel-ip:ip:uart_lite:1.0",
-                                             "quarnel-ip:ip:uart_16550:2.0"}),
-            parsed.preferredIpVlnvs);
-}
 
 TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
   test::MessageRecorder msgs;
@@ -143,16 +64,6 @@ TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
   ASSERT_EQ((std::vector<std::string>{"49-62", "49-62"}), msgs.ids());
   EXPECT_EQ("../presets_basic/preset.xml", msgs.records[0].args.at(0));
   EXPECT_EQ(dataPath("presets_basic/absent.xml"), msgs.records[1].args.at(0));
-}
-
-TEST(PresetFile, AMissingFileIsToldAndTheBoardStillReads) {
-  test::MessageRecorder msgs;
-  HBOBoard board;
-  EXPECT_TRUE(HBOParser().parseFile(dataPath("presets_missing/board.xml"), &board));
-  ASSERT_EQ(std::vector<std::string>{"49-62"}, msgs.ids());
-  EXPECT_EQ(dataPath("presets_missing/absent_preset.xml"), msgs.records[0].args.at(0));
-  EXPECT_TRUE(board.getIpPresets().empty());
-  EXPECT_NE(nullptr, board.findBoardComponent("part0")) << "the read went on past the presets";
 }
 
 TEST(PresetFile, AFileThatIsNoDocumentEndsTheRead) {

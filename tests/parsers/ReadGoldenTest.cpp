@@ -1,0 +1,148 @@
+// Each test board read as the file entry reads it, and compared whole with
+// its golden file in tests/data/golden/reads: the result, the messages
+// queued (and whether each fails the read) and sent, what the read gathered
+// of the interfaces and preferred IPs, and every field of the board, also
+// of a board whose read failed. tests/data/README.md tells what each board
+// is made to show. Run with BOARDLIB_UPDATE_GOLDEN=1 to write the files
+// anew after a deliberate change, and read the diff before committing.
+#include "BoardDump.h"
+#include "HBOBoard.h"
+#include "HBOBoardParser.h"
+#include "HXMLWInterface.h"
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <sstream>
+
+namespace {
+
+struct Read {
+  const char *name; // of the golden file
+  const char *dir;
+  bool send;              // tell the queued messages, and apply the checks that need it
+  const char *param = ""; // a parameter set for the read, "NAME=VALUE"
+};
+
+const Read kReads[] = {
+    {"minimal", "minimal", false},
+    {"full", "full", false},
+    {"components", "components", false},
+    {"missing_vlnv", "missing_vlnv", false},
+    {"missing_vlnv_sent", "missing_vlnv", true},
+    {"no_revisions_child", "no_revisions_child", false},
+    {"no_revisions_child_sent", "no_revisions_child", true},
+    {"bad_component_type", "bad_component_type", true},
+    {"dup_pin_index", "dup_pin_index", false},
+    {"dup_pin_index_sent", "dup_pin_index", true},
+    {"dup_pin_index_strict", "dup_pin_index_strict", false},
+    {"dup_pin_lenient", "dup_pin_lenient", true},
+    {"pin_no_loc", "pin_no_loc", false},
+    {"pin_no_index", "pin_no_index", false},
+    {"bad_design_constrs", "bad_design_constrs", false},
+    {"missing_pin_file", "missing_pin_file", false},
+    {"part_mismatch", "part_mismatch", false},
+    {"part_mismatch_sent", "part_mismatch", true},
+    {"interfaces_basic", "interfaces_basic", false},
+    {"interfaces_basic_strict", "interfaces_basic", false, "board.enable2020Checks=true"},
+    {"interfaces_findings", "interfaces_findings", false},
+    {"interfaces_bad_port", "interfaces_bad_port", false},
+    {"interfaces_strict", "interfaces_strict", true},
+    {"interfaces_strict_bad", "interfaces_strict_bad", false},
+    {"interfaces_strict_bad_sent", "interfaces_strict_bad", true},
+    {"connections_basic", "connections_basic", false},
+    {"connections_width", "connections_width", false},
+    {"connections_missing_index", "connections_missing_index", false},
+    {"connections_too_wide", "connections_too_wide", false},
+    {"connections_bad_delay", "connections_bad_delay", false},
+    {"connections_bad_net", "connections_bad_net", false},
+    {"presets_basic", "presets_basic", false},
+    {"presets_missing", "presets_missing", false},
+    {"presets_malformed", "presets_malformed", false},
+    {"presets_assoc_old_schema", "presets_assoc_old_schema", false},
+    {"power_network", "power_network", false},
+    {"power_network_stub", "power_network", false, "board.dataProps.stubData=true"},
+    {"power_names", "power_names", false},
+    {"power_phases", "power_phases", false},
+    {"dataprops_conditions", "dataprops_conditions", false},
+};
+
+// Failures name the golden file.
+void PrintTo(const Read &read, std::ostream *os) { *os << read.name; }
+
+std::string join(const std::vector<std::string> &parts) {
+  std::string out;
+  for (const std::string &part : parts)
+    out += (out.empty() ? "" : " | ") + part;
+  return out;
+}
+
+std::string readAndDump(const Read &read) {
+  std::unique_ptr<test::ParamScope> param;
+  if (*read.param) {
+    const std::string setting = read.param;
+    param = std::make_unique<test::ParamScope>(setting.substr(0, setting.find('=')),
+                                               setting.substr(setting.find('=') + 1));
+  }
+  const std::string file = test::dataPath(std::string(read.dir) + "/board.xml");
+  test::MessageRecorder sent;
+  HBOBoard board;
+  // The board knows the schema version of its file before the reader runs,
+  // as the file entry sees to.
+  HXMLWInterface doc;
+  if (doc.readFromFile(file, false) && doc.getRootElement())
+    board.setBoardSchemaVersion(doc.getRootElement()->getAttribute("schema_version"));
+  HBOBoardParser parser;
+  HBOParsedVLNVs parsed;
+  const bool ok = parser.parseFile(file, &board, read.send, "", &parsed);
+
+  std::ostringstream out;
+  out << "result: " << (ok ? "read" : "failed") << "\nqueued:\n";
+  for (const auto &[message, told] : parser.getMessages())
+    out << "  " << (told ? "told " : "fails ") << ComMsgMgr::severityName(message.getSeverity())
+        << " " << message.getId() << " " << join(message.getArgs()) << "\n";
+  out << "sent:\n";
+  for (const ComMsgRecord &record : sent.records)
+    out << "  " << record.line << "\n";
+  out << "parsed:\n";
+  for (const HBOParsedInterface &intf : parsed.interfaces) {
+    const std::set<std::string> ports(intf.logicalPorts.begin(), intf.logicalPorts.end());
+    out << "  interface " << intf.type << " " << join({ports.begin(), ports.end()}) << "\n";
+  }
+  const std::set<std::string> ips(parsed.preferredIpVlnvs.begin(), parsed.preferredIpVlnvs.end());
+  out << "  preferred_ips " << join({ips.begin(), ips.end()}) << "\n" << dumpBoard(board, ok);
+
+  std::string text = out.str();
+  const std::string data = test::dataPath("");
+  for (std::size_t at; (at = text.find(data)) != std::string::npos;)
+    text.replace(at, data.size(), "@DATA@/");
+  return text;
+}
+
+class ReadGolden : public ::testing::TestWithParam<Read> {};
+
+TEST_P(ReadGolden, MatchesItsGoldenFile) {
+  const std::string golden =
+      test::dataPath("golden/reads/" + std::string(GetParam().name) + ".txt");
+  const std::string actual = readAndDump(GetParam());
+  if (std::getenv("BOARDLIB_UPDATE_GOLDEN")) {
+    std::ofstream(golden, std::ios::binary) << actual;
+    return;
+  }
+  std::ifstream in(golden, std::ios::binary);
+  ASSERT_TRUE(in) << "no golden file " << golden << "; this read gave:\n" << actual;
+  std::stringstream expected;
+  expected << in.rdbuf();
+  EXPECT_EQ(expected.str(), actual) << golden;
+}
+
+INSTANTIATE_TEST_SUITE_P(Boards, ReadGolden, ::testing::ValuesIn(kReads),
+                         [](const ::testing::TestParamInfo<Read> &info) {
+                           return std::string(info.param.name);
+                         });
+
+} // namespace
