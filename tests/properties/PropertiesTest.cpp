@@ -1,32 +1,26 @@
-// The property tables of boards, components, interfaces, ports and pins:
-// order, types, hints and class names under both settings of the schema 2
-// switch, values and dynamic properties on the sample board, objects
-// without owners, and handles of the wrong class.
-#include "HBOBoard.h"
-#include "HBOBoardComponent.h"
+// What the listing of the sample board's properties does not show: values
+// of names that no listing holds, objects of no board or of an old one,
+// switches that change the tables, and handles of the wrong class. The
+// listings themselves are compared whole in PropertyListingTest.
+#include "HBOBoardBusNet.h"
 #include "HBOBusIf.h"
+#include "HBOBusIfPreference.h"
 #include "HBOIpPreset.h"
 #include "HBOModelPort.h"
-#include "HBOParser.h"
+#include "HBOParameter.h"
 #include "HBOPinProps.h"
-#include "HBOScriptedClasses.h"
-#include "HCPProperty.h"
-#include "HSTStringUtils.h"
 #include "SampleBoard.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
-using test::ParamScope;
-using zeb::tcltasks::tclany;
-using Names = std::vector<std::string>;
-
 namespace {
 
+using test::ParamScope;
 using test::prop;
+using test::tclany;
+using Names = std::vector<std::string>;
 
 Names listProp(const tclany &object, const std::string &name) {
   HATAttrAny value;
@@ -46,17 +40,6 @@ const HCPProperty::ObjectInfo &info(const std::type_info &type) {
   return *HCPProperty::getObjectInfo(type);
 }
 
-Names specNames(const std::type_info &type) {
-  Names out;
-  for (const HCPProperty::Spec *spec : info(type).getSpecs())
-    out.push_back(spec->getName());
-  return out;
-}
-
-bool contains(const Names &names, const std::string &name) {
-  return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 /// Handles of the sample board's objects.
 class Props : public test::SampleBoard {
 protected:
@@ -71,145 +54,58 @@ protected:
   HBOPinProps *pin(const char *name) const { return comp("part0")->getPins().at(name); }
 };
 
-struct Table {
-  const std::type_info *type;
-  Names names;          // registration order with schema 2: init's, then initV2Props'
-  std::size_t initOnly; // how many of them init registers, "class" among them
-  Names lists, hidden, hinted;
-};
-
-std::vector<Table> tables() {
-  Names pin{"name", "loc"};
-  const Names &io = HBOPinProps::getPortPropNames();
-  pin.insert(pin.end(), io.begin(), io.end());
-  Names upper;
-  for (const std::string &n : io)
-    upper.push_back(HSTStringUtils::toUpper(n));
-  pin.insert(pin.end(), upper.begin(), upper.end());
-  Names bus{"bus_direction", "bus_name", "interface", "logical_name",
-            "bus_start",     "bus_stop", "bus_width"};
-  Names pinHinted = upper;
-  pinHinted.insert(pinHinted.end(), bus.begin(), bus.end());
-  for (const char *n : {"internal_vref", "pin_index", "_default_"})
-    pin.push_back(n);
-  pin.insert(pin.end(), bus.begin(), bus.end());
-  const std::size_t pinInit = pin.size() + 1;
-  pin.push_back("class");
-  pin.push_back("interfaces");
-  return {
-      {&typeid(HBOBoard *),
-       {"class", "name", "board_name", "display_name", "file_version", "Compatible_board_revisions",
-        "vendor_name", "spec_url", "FILE_NAME", "REPOSITORY", "jtag_chains", "description",
-        "supports_ced", "_default_"},
-       14,
-       {"Compatible_board_revisions", "jtag_chains"},
-       {},
-       {}},
-      {&typeid(HBOBoardComponent *),
-       {"name",
-        "part_name",
-        "SPEC_URL",
-        "jtag_position",
-        "_default_",
-        "BOARD_NAME",
-        "vendor_name",
-        "BOARD_PART_FILE_VERSION",
-        "BOARD_REVISION",
-        "DISPLAY_NAME",
-        "FILE_NAME",
-        "REPOSITORY",
-        "additionally_supported_part_names",
-        "class",
-        "component_name",
-        "component_vendor",
-        "type",
-        "sub_type",
-        "description",
-        "configuration_modes",
-        "is_enabled",
-        "supports_ced"},
-       14,
-       {"additionally_supported_part_names", "configuration_modes"},
-       {"is_enabled"},
-       {"jtag_position", "BOARD_NAME", "vendor_name", "BOARD_PART_FILE_VERSION", "BOARD_REVISION",
-        "REPOSITORY", "component_vendor"}},
-      {&typeid(HBOBusIf *),
-       {"name", "VLNV", "PRESET_FILE", "MODE", "vendor", "library", "busdef_name", "version",
-        "presets", "_default_", "class", "of_component", "description", "preferences",
-        "is_enabled"},
-       11,
-       {"presets", "preferences"},
-       {"is_enabled"},
-       {}},
-      {&typeid(HBOModelPort *),
-       {"class", "name", "direction", "width", "left", "right", "interface", "logical_name",
-        "_default_"},
-       9,
-       {},
-       {},
-       {}},
-      {&typeid(HBOPinProps *), pin, pinInit, {"interfaces"}, upper, pinHinted},
-  };
-}
-
 } // namespace
 
-TEST_F(Props, TablesKeepOrderTypesVisibilityAndHints) {
-  for (const Table &t : tables()) {
-    SCOPED_TRACE(t.type->name());
-    EXPECT_EQ(t.names, specNames(*t.type));
-    for (const HCPProperty::Spec *spec : info(*t.type).getSpecs()) {
-      const std::string &n = spec->getName();
-      const HATAttrSpec &attr = spec->getAttrSpec();
-      EXPECT_TRUE(attr.isReadOnly()) << n;
-      EXPECT_EQ(contains(t.lists, n) ? HATAttrSpec::StringList : HATAttrSpec::String,
-                attr.getAttrType())
-          << n;
-      bool visible = !contains(t.hidden, n) && (n != "_default_" || *t.type == typeid(HBOBusIf *));
-      EXPECT_EQ(visible, attr.isVisible()) << n;
-      EXPECT_EQ(contains(t.hinted, n), !attr.m_hint.empty()) << n;
-    }
-  }
-  // By exact name: look-up ignores case and prefers the visible spelling.
-  auto hint = [](const std::type_info &type, const std::string &name) {
-    for (const HCPProperty::Spec *spec : info(type).getSpecs())
-      if (spec->getName() == name)
-        return spec->getAttrSpec().m_hint;
-    return std::string("(no such property)");
+TEST_F(Props, NamesThatNoListingHolds) {
+  const tclany b = boardHandle(), part0 = component("part0"), clock = busIf("sys_diff_clock");
+  const tclany clkPin = tclany::of(pin("sys_clk_p"));
+  struct Case {
+    tclany object;
+    const char *name;
+    std::string value; // "<none>": no value, and no error either
+  } cases[] = {
+      {b, "PARAM.no_such", "<none>"},
+      {b, "OPERATING_CONDITIONS.THETAJA", "11.5"},
+      {b, "OPERATING_CONDITIONS.VOLTAGE",
+       "BOARD_12V 12.00 DDR_VTT_RAIL 0.75 VCC1V5_RAIL 1.50 VCC1V8_RAIL 1.80 VCC3V3_RAIL 3.30 "
+       "VCCINT_RAIL 1.00"},
+      {b, "OPERATING_CONDITIONS.NO_SUCH", "<none>"},
+      {part0, "PARAM.no_such", "<none>"},
+      {component("ddr3_sdram"), "JTAG_POSITION.chain1", "<none>"},
+      {part0, "schema_version", "2.1"},
+      {clock, "PORT.NOT_MAPPED", "<none>"},
+      {port("led_4bits_tri_o"), "PIN.4", "<none>"},
+      {clkPin, "IOBANK.no_such", "<none>"},
+      {clkPin, "PORT.reset", "<none>"},
+      // The pin lists one of its two IO standard names; both read.
+      {clkPin, "IOSTANDARD", "LVDS"},
   };
-  EXPECT_EQ("Use 'JTAG_POSITION.chain1'", hint(typeid(HBOBoardComponent *), "jtag_position"));
-  EXPECT_EQ("Use 'get_property VENDOR_NAME [get_boards -of_objects <board_part object>]'",
-            hint(typeid(HBOBoardComponent *), "component_vendor"));
-  EXPECT_EQ("Use 'iostandard'", hint(typeid(HBOPinProps *), "IOSTANDARD"));
-  EXPECT_EQ("Use 'get_property WIDTH [get_board_interface_ports <port_name>]'",
-            hint(typeid(HBOPinProps *), "bus_width"));
+  for (const Case &c : cases)
+    EXPECT_EQ(c.value, prop(c.object, c.name)) << c.name;
 
-  // Sorting is off on the interface: table order, then its visible dynamic
-  // properties.
-  EXPECT_EQ((Names{"name", "VLNV", "PRESET_FILE", "MODE", "vendor", "library", "busdef_name",
-                   "version", "presets", "class", "of_component", "description", "preferences",
-                   "PARAM.frequency", "PARAM.type", "PORT.CLK_P", "PORT.CLK_N"}),
-            listed(busIf("sys_diff_clock"), false));
-}
+  HATAttrSpec spec;
+  std::string canonical;
+  bool dynamic = false;
+  ASSERT_TRUE(HCPProperty::findPropertySpec(clock, "PORT.CLK_P", spec, canonical, dynamic));
+  EXPECT_TRUE(dynamic && spec.isReadOnly() && spec.getAttrType() == HATAttrSpec::String);
+  HATAttrAny value; // the getter compares the tag exactly
+  EXPECT_FALSE(
+      info(typeid(HBOBusIf *)).getDefaultSpec()->getGetFcn()(nullptr, clock, "port.CLK_P", value));
 
-TEST_F(Props, WithoutSchemaTwoOnlyInitRegistersWithoutHints) {
-  ParamScope off("board.enableSchemaV2", "false");
-  HBOScriptedClasses::reregisterAll();
-  for (const Table &t : tables()) {
-    SCOPED_TRACE(t.type->name());
-    Names expected(t.names.begin(), t.names.begin() + t.initOnly);
-    if (expected.front() != "class") { // initV2Props moved it last
-      expected.pop_back();
-      expected.insert(expected.begin(), "class");
-    }
-    EXPECT_EQ(expected, specNames(*t.type));
-    for (const HCPProperty::Spec *spec : info(*t.type).getSpecs())
-      EXPECT_EQ("", spec->getAttrSpec().m_hint) << spec->getName();
-  }
-  EXPECT_EQ("board_part", HCPProperty::getClassName(component("part0")));
-  EXPECT_EQ("board_part_interface", prop(busIf("reset"), "class"));
-  EXPECT_EQ("board_part_pin", HCPProperty::getClassName(tclany::of(pin("led0"))));
-  EXPECT_EQ("board_interface_port", HCPProperty::getClassName(port("ddr3_dq")));
+  // Each term of an enablement expression is one element of the list.
+  HBOBoardBus *fmc = bus("part0_fmc_lpc_1");
+  fmc->setEnablementDependency("{J12 true} {J15 false}");
+  EXPECT_EQ((Names{"J12 true", "J15 false"}),
+            listProp(tclany::of(fmc), "enablement_dependency"));
+  fmc->setEnablementDependency("");
+  HCPProperty::getProperty(nullptr, tclany::of(fmc), "enablement_dependency", value);
+  EXPECT_EQ(HATAttrAny::Kind::List, value.getKind());
+  EXPECT_TRUE(value.getList().empty());
+
+  const tclany uart = tclany::of(board->getIpPresets().at("USB_UART_PRESET").at(0));
+  EXPECT_EQ("<none>", prop(uart, "PARAM.CONFIG.NO_SUCH"));
+  EXPECT_THROW(prop(uart, "BOARD_INTERFACES"), HCPProperty::Error)
+      << "a preset has no associated interfaces";
 }
 
 TEST_F(Props, SchemaTwoClassNamesHoldForOldBoardsToo) {
@@ -224,87 +120,6 @@ TEST_F(Props, SchemaTwoClassNamesHoldForOldBoardsToo) {
   EXPECT_EQ("board_component_interface", HCPProperty::getClassName(busIf("reset")));
   EXPECT_EQ("board_component_pin", prop(tclany::of(pin("led0")), "class"));
   EXPECT_EQ("board", prop(boardHandle(), "class"));
-}
-
-TEST_F(Props, ValuesAndDynamicPropertiesOfTheSampleBoard) {
-  const tclany b = boardHandle(), part0 = component("part0"), clock = busIf("sys_diff_clock");
-  const tclany leds = port("led_4bits_tri_o"), clkPin = tclany::of(pin("sys_clk_p"));
-  struct Case {
-    tclany object;
-    const char *name;
-    std::string value; // "<none>": no value, and no error either
-  } cases[] = {
-      {b, "supports_ced", "true"},
-      {part0, "BOARD_REVISION", "Rev B"},
-      {part0, "vendor_name", "kestrel-boards"},
-      {part0, "component_vendor", "quarnel"},
-      {part0, "FILE_NAME", BOARDLIB_SAMPLE_BOARD},
-      {part0, "additionally_supported_part_names", "kv50-hq324-2 kv50-hq324-1L"},
-      {component("ddr3_sdram"), "configuration_modes", "ddr3_sdram"},
-      {clock, "VLNV", "quarnel-ip:interface:diff_clock_rtl:1.0"},
-      {clock, "busdef_name", "diff_clock_rtl"},
-      {clock, "presets", "sys_diff_clock_preset:quarnel-ip:ip:clk_gen:*:CLK_IN1_D"},
-      {leds, "width", "4"},
-      {leds, "left", "3"},
-      {leds, "interface", "led_4bits"},
-      {port("sys_clk_p"), "left", ""},
-      {clkPin, "pin_index", "68"},
-      {clkPin, "interfaces", "sys_diff_clock"},
-      // dynamic
-      {b, "PARAM.heat_sink_type", "medium"},
-      {b, "PARAM.no_such", "<none>"},
-      {b, "OPERATING_CONDITIONS.THETAJA", "11.5"},
-      {b, "OPERATING_CONDITIONS.VOLTAGE",
-       "BOARD_12V 12.00 DDR_VTT_RAIL 0.75 VCC1V5_RAIL 1.50 VCC1V8_RAIL 1.80 VCC3V3_RAIL 3.30 "
-       "VCCINT_RAIL 1.00"},
-      {b, "OPERATING_CONDITIONS.NO_SUCH", "<none>"},
-      {part0, "PARAM.core_voltage", "1.0"},
-      {part0, "PARAM.no_such", "<none>"},
-      {part0, "JTAG_POSITION.chain1", "0"},
-      {component("sys_ctrl"), "JTAG_POSITION.chain1", "1"},
-      {component("ddr3_sdram"), "JTAG_POSITION.chain1", "<none>"},
-      {part0, "schema_version", "2.1"},
-      {clock, "PARAM.frequency", "200000000"},
-      {clock, "PORT.CLK_N", "sys_clk_n"},
-      {clock, "PORT.NOT_MAPPED", "<none>"},
-      {leds, "PIN.3", "led3"},
-      {leds, "PIN.4", "<none>"},
-      {clkPin, "IOBANK.bank", "16"},
-      {clkPin, "IOBANK.no_such", "<none>"},
-      {clkPin, "PORT.sys_diff_clock", "sys_clk_p"},
-      {clkPin, "PORT.reset", "<none>"},
-      {clkPin, "IOSTANDARD", "LVDS"},
-  };
-  for (const Case &c : cases)
-    EXPECT_EQ(c.value, prop(c.object, c.name)) << c.name;
-  EXPECT_EQ((Names{"{0 Rev A}", "{1 Rev B}"}), listProp(b, "Compatible_board_revisions"));
-  EXPECT_EQ((Names{"reset_preset:quarnel-ip:ip:proc_reset:*:ext_reset",
-                   "reset_preset:quarnel-ip:ip:clk_gen:*:reset"}),
-            listProp(busIf("reset"), "presets"));
-
-  // Listings (board and component sort by name); the pin lists one of its
-  // two IO standard names.
-  EXPECT_EQ((Names{"OPERATING_CONDITIONS", "PARAM.ambient_temperature", "PARAM.board_grade",
-                   "PARAM.heat_sink_temperature", "PARAM.heat_sink_type"}),
-            listed(b, true, true));
-  EXPECT_FALSE(contains(listed(b, false), "PARAM.board_grade"));
-  EXPECT_EQ((Names{"JTAG_POSITION.chain1", "PARAM.core_voltage", "PARAM.temperature_grade"}),
-            listed(part0, true, true));
-  EXPECT_EQ((Names{"PIN.0", "PIN.1", "PIN.2", "PIN.3"}), listed(leds, true, true));
-  EXPECT_EQ((Names{"IOBANK.bank", "IOBANK.vcco", "PORT.sys_diff_clock"}),
-            listed(clkPin, true, true));
-  Names pinNames = listed(clkPin, true);
-  EXPECT_TRUE(contains(pinNames, "iostandard"));
-  EXPECT_FALSE(contains(pinNames, "IOSTANDARD"));
-
-  HATAttrSpec spec;
-  std::string canonical;
-  bool dynamic = false;
-  ASSERT_TRUE(HCPProperty::findPropertySpec(clock, "PORT.CLK_P", spec, canonical, dynamic));
-  EXPECT_TRUE(dynamic && spec.isReadOnly() && spec.getAttrType() == HATAttrSpec::String);
-  HATAttrAny value; // the getter compares the tag exactly
-  EXPECT_FALSE(
-      info(typeid(HBOBusIf *)).getDefaultSpec()->getGetFcn()(nullptr, clock, "port.CLK_P", value));
 }
 
 TEST_F(Props, SwitchesHideDataPropertiesAndComponentScopes) {
@@ -322,6 +137,32 @@ TEST_F(Props, SwitchesHideDataPropertiesAndComponentScopes) {
   EXPECT_EQ("<none>", prop(part0, "JTAG_POSITION.chain1"));
   EXPECT_EQ("2.1", prop(part0, "SCHEMA_VERSION"));
   EXPECT_TRUE(listed(part0, true, true).empty());
+}
+
+TEST_F(Props, AssociatedInterfacesAreInterfaceObjects) {
+  const auto &rules = board->getIpAssociatedInterfaces();
+  const tclany sysClk = tclany::of(rules.at("MEMCTL_BOARD_RULE").at(0));
+  const tclany sysRst = tclany::of(rules.at("MEMCTL_BOARD_RULE").at(1));
+  EXPECT_EQ("memctl_board_rule:quarnel-ip:ip:memctl_gen:*:SYS_CLK", prop(sysClk, "name"));
+
+  for (const auto &rule :
+       {std::make_pair(sysClk, "sys_diff_clock"), std::make_pair(sysRst, "reset")}) {
+    HATAttrAny value;
+    ASSERT_TRUE(HCPProperty::getProperty(nullptr, rule.first, "BOARD_INTERFACES", value));
+    EXPECT_EQ(std::vector<tclany>{tclany::of(board->getBusIfByName(rule.second))},
+              value.getList().objects());
+    EXPECT_TRUE(value.getList().strings().empty());
+  }
+  HATAttrAny order;
+  EXPECT_FALSE(HCPProperty::getProperty(nullptr, sysClk, "PARAM.sys_diff_clock", order));
+
+  // A record away from its board has no interfaces to show.
+  HBOIpPreset loose;
+  loose.setPresetorAssocIntf("assoc_intf");
+  loose.setParam("sys_diff_clock", "0");
+  HATAttrAny value;
+  ASSERT_TRUE(HCPProperty::getProperty(nullptr, tclany::of(&loose), "BOARD_INTERFACES", value));
+  EXPECT_TRUE(value.getList().empty());
 }
 
 TEST_F(Props, PinsTellTheirPortAndOrphansReadEmpty) {
@@ -416,9 +257,11 @@ TEST_F(Props, AHandleOfAnotherClassIsRefused) {
   // Every getter and listing of the five tables, handed an object of
   // another table.
   std::string error;
-  for (const Table &t : tables()) {
-    const tclany other = *t.type == typeid(HBOBoard *) ? component("part0") : boardHandle();
-    for (const HCPProperty::Spec *spec : info(*t.type).getSpecs()) {
+  for (const std::type_info *type : {&typeid(HBOBoard *), &typeid(HBOBoardComponent *),
+                                     &typeid(HBOBusIf *), &typeid(HBOModelPort *),
+                                     &typeid(HBOPinProps *)}) {
+    const tclany other = *type == typeid(HBOBoard *) ? component("part0") : boardHandle();
+    for (const HCPProperty::Spec *spec : info(*type).getSpecs()) {
       if (spec->getName() == "class")
         continue;
       EXPECT_FALSE(spec->getGetFcn()(nullptr, other, "PARAM.x", value)) << spec->getName();
@@ -430,4 +273,27 @@ TEST_F(Props, AHandleOfAnotherClassIsRefused) {
       EXPECT_TRUE(HCPProperty::Types::detail::takeCastError(error)) << spec->getName();
     }
   }
+}
+
+// Objects that stand outside any board list every property, with empty
+// values where the model has none.
+TEST_F(Props, ObjectsWithoutOwnersListEmptyValues) {
+  HBOBoardBus bus;
+  HBOBoardBusNet net;
+  HBOComponentMode mode;
+  HBOParameter parameter;
+  HBOJumper jumper;
+  HBOIpPreset preset;
+  HBOBusIfPreference preference;
+  for (const tclany &object : {tclany::of(&bus), tclany::of(&net), tclany::of(&mode),
+                               tclany::of(&parameter), tclany::of(&jumper), tclany::of(&preset),
+                               tclany::of(&preference)}) {
+    SCOPED_TRACE(HCPProperty::getClassName(object));
+    EXPECT_NO_THROW(EXPECT_FALSE(HCPProperty::listProperties(nullptr, object, true).empty()));
+  }
+  EXPECT_EQ("", prop(tclany::of(&net), "bus"));
+  HBOParameter untyped("depth", "4", "", "", "", "");
+  EXPECT_EQ("string", prop(tclany::of(&untyped), "value_type"));
+  EXPECT_EQ("{} {}", prop(tclany::of(&untyped), "supported_values")) << "always both bounds";
+  EXPECT_EQ("", prop(tclany::of(&bus), "enablement_dependency"));
 }
