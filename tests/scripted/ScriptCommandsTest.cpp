@@ -118,17 +118,6 @@ TEST_F(ScriptCommands, OfObjectsWalksDownAndBackUp) {
   }
 }
 
-TEST_F(ScriptCommands, WithoutObjectsTheCurrentBoardIsTheScope) {
-  EXPECT_THROW(get("get_board_jumpers"), HCPProperty::Error);
-  EXPECT_TRUE(s_commands->currentBoard().empty());
-  tclany board = s_commands->setCurrentBoard("KESTREL-BOARDS:SAMPLE_KIT:1.0");
-  EXPECT_EQ(sample(), board);
-  EXPECT_EQ(board, s_commands->currentBoard());
-  EXPECT_EQ((std::vector<std::string>{"J1", "J2"}), names(get("get_board_jumpers")));
-  EXPECT_THROW(s_commands->setCurrentBoard("no:such:board"), HCPProperty::Error);
-  EXPECT_EQ(board, s_commands->currentBoard()) << "a failed change keeps the board";
-}
-
 TEST_F(ScriptCommands, FiltersAndEmptyResultsWarnUnlessQuiet) {
   tclany board = sample();
   Options options;
@@ -148,25 +137,6 @@ TEST_F(ScriptCommands, FiltersAndEmptyResultsWarnUnlessQuiet) {
   options.quiet = true;
   s_commands->getObjects("get_board_components", options);
   EXPECT_EQ(1u, messages.count("1-2"));
-}
-
-TEST_F(ScriptCommands, JumperChangesSwitchWhatTheyEnableAndUndoRestoresIt) {
-  tclany board = sample();
-  tclany leds = of("get_board_components", {board}, {"*led_2bits*"}).at(0);
-  tclany j1 = of("get_board_jumpers", {board}, {"J1"}).at(0);
-  ASSERT_EQ("true", prop("IS_ENABLED", leds));
-  s_commands->setProperty("current_value", "false", {j1});
-  EXPECT_EQ("false", prop("IS_ENABLED", leds));
-  EXPECT_EQ("0", prop("CURRENT_VALUE", j1));
-  s_commands->undo();
-  EXPECT_EQ("true", prop("IS_ENABLED", leds));
-  s_commands->redo();
-  EXPECT_EQ("false", prop("IS_ENABLED", leds));
-  s_commands->undo();
-  EXPECT_THROW(s_commands->undo(), HCPProperty::Error);
-  EXPECT_THROW(s_commands->setProperty("CURRENT_VALUE", "sometimes", {j1}), HCPProperty::Error);
-  EXPECT_THROW(s_commands->setProperty("CURRENT_VALUE", "1", {board}), HCPProperty::Error);
-  EXPECT_EQ("true", prop("IS_ENABLED", leds));
 }
 
 TEST_F(ScriptCommands, PropertiesListInUpperCaseAndDeprecatedOnesWarn) {
@@ -191,19 +161,6 @@ TEST_F(ScriptCommands, PropertiesListInUpperCaseAndDeprecatedOnesWarn) {
   EXPECT_THROW(s_commands->getProperty("NO_SUCH_PROPERTY", part0, value), HCPProperty::Error);
   EXPECT_FALSE(s_commands->getProperty("NO_SUCH_PROPERTY", part0, value, true));
   EXPECT_FALSE(s_commands->getProperty("PARAM.no_such", part0, value));
-}
-
-TEST_F(ScriptCommands, ParametersReadAndSetWithClearErrors) {
-  EXPECT_EQ("true", s_commands->getParam("board.enableSchemaV2"));
-  EXPECT_THROW(s_commands->getParam("no.such.param"), HCPProperty::Error);
-  EXPECT_THROW(s_commands->setParam("general.maxThreads", "many"), HCPProperty::Error);
-  std::string old = s_commands->getParam("general.maxThreads");
-  s_commands->setParam("general.maxThreads", "1");
-  EXPECT_EQ("1", s_commands->getParam("general.maxThreads"));
-  s_commands->setParam("general.maxThreads", old);
-  std::string report = s_commands->reportParam("board.*");
-  EXPECT_NE(std::string::npos, report.find("board.enableSchemaV2"));
-  EXPECT_EQ(std::string::npos, report.find("general.maxThreads"));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "HBOBusIf.h"
 #include "HBOModelPort.h"
 #include "HPAParamMgr.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -104,17 +105,6 @@ TEST(Strings, JoinIndentAndWorkingDirectory) {
   EXPECT_EQ(changeDir(before), 0);
 }
 
-TEST(BoardFileParams, FixedTable) {
-  std::vector<std::string> rows{"stale"};
-  getBoardFileParamList(rows);
-  ASSERT_EQ(rows.size(), 23u);
-  EXPECT_EQ(rows.front(), "heat_sink_temperature:<board><parameters>:as implied");
-  EXPECT_EQ(rows[18], "is_gt_flow_interface_master:<board><component><interface><parameters>:"
-                      "indicates if the interface is a mater in for nevrin_gt_flow");
-  EXPECT_EQ(rows.back(), "type:<board><component><interface><parameters>:can indicate type. "
-                         "For a clock interface it gives the clock type");
-}
-
 TEST(SchemaOfObjects, AskTheOwningBoard) {
   HBOBoard board;
   HBOBoardComponent component;
@@ -162,4 +152,40 @@ TEST(DumpDebug, TracesOnlyTheWatchedBoardsWhenSwitchedOn) {
   testing::internal::CaptureStdout();
   DumpDebugStr("board.debugBoardRepo", "Adding", &watched);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+// The library's load has registered the parameters that these switches read,
+// without a call; their kinds, defaults and texts are in the golden file of
+// "boardtool params --all".
+TEST(BoardParams, SwitchesAndRepoPaths) {
+  // Set here, put back at the end.
+  test::ParamScope schema("board.enableSchemaV2", "true");
+  test::ParamScope integrator("board.enableBoardIntegratorSupport", "false");
+  test::ParamScope paths("board.repoPaths", "");
+  test::ParamScope projectPaths("project.boardPartRepoPaths", "");
+  EXPECT_TRUE(HBOBoardUtils::isV2SchemaEnabled());
+  HPAParamMgr &params = HPAParamMgr::getParamMgr();
+  params.setValue("board.enableSchemaV2", "false");
+  params.setValue("board.enableBoardIntegratorSupport", "true");
+  EXPECT_FALSE(HBOBoardUtils::isV2SchemaEnabled());
+  // Nothing ties the integrator switch to the schema switch.
+  EXPECT_TRUE(HBOBoardUtils::isBoardIntegraterSupportEnabled());
+
+  std::string out = "old";
+  EXPECT_TRUE(HBOBoardUtils::getUserRepoPathFromParam(out));
+  EXPECT_EQ(out, "");
+
+  params.setValue("board.repoPaths", "/a {/b c}");
+  EXPECT_TRUE(HBOBoardUtils::getUserRepoPathFromParam(out));
+  EXPECT_EQ(out, "/a {/b c}");
+
+  // The project-level setting is refused with an error, and wins over the other.
+  test::MessageRecorder recorder;
+  params.setValue("project.boardPartRepoPaths", "/p");
+  out = "kept";
+  EXPECT_FALSE(HBOBoardUtils::getUserRepoPathFromParam(out));
+  EXPECT_EQ(out, "kept");
+  ASSERT_EQ(recorder.records.size(), 1u);
+  EXPECT_EQ(recorder.records[0].key, "@49-73@");
+  EXPECT_EQ(recorder.records[0].severity, ComMsg::Error);
 }
