@@ -1,4 +1,3 @@
-#include "HBOBoardCatalogEvents.h"
 #include "HUTGuiEvent.h"
 
 #include <gtest/gtest.h>
@@ -62,19 +61,6 @@ TEST(GuiEvent, DisconnectTakesEffectInsideAFiring) {
   EXPECT_FALSE(copy.connected());
   first.disconnect();
   EXPECT_FALSE(HUTGuiEvent::Connection().connected());
-}
-
-TEST(GuiEvent, CatalogEventsSayWhatTheyAre) {
-  HBOBoardCatalogModifyPreEvent pre(nullptr);
-  HBOBoardCatalogModifyPostEvent post(nullptr);
-  EXPECT_EQ(609, pre.getType());
-  EXPECT_EQ(609, post.getType());
-  EXPECT_TRUE(pre.isPreEvent());
-  EXPECT_FALSE(pre.isPostEvent());
-  EXPECT_TRUE(post.isPostEvent());
-  EXPECT_FALSE(post.isPreEvent());
-  EXPECT_TRUE(pre.getKey().empty());
-  EXPECT_TRUE(post.getKey().empty());
 }
 
 } // namespace
