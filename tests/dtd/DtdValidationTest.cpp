@@ -312,32 +312,6 @@ TEST(DtdContent, WhatFailsTheReadFailsTheDtd) {
   }
 }
 
-TEST(DtdBoards, TheSampleBoardValidates) {
-  std::set<std::string> checked;
-  for (const auto &entry : std::filesystem::recursive_directory_iterator(BOARDLIB_BOARD_FILES)) {
-    if (entry.path().filename() != "board.xml")
-      continue;
-    MessageRecorder msgs;
-    // Through the default data directory, which holds our DTDs.
-    EXPECT_TRUE(validateRead(entry.path().string(), "")) << entry.path();
-    // The pin and preset files once more on their own, whichever reader
-    // reaches them.
-    HBOBoardParser parser;
-    for (const auto &[name, type] :
-         {std::pair<const char *, const char *>{"part0_pins.xml", "part0_pins"},
-          {"preset.xml", "preset"}}) {
-      std::filesystem::path sibling = entry.path().parent_path() / name;
-      if (std::filesystem::exists(sibling)) {
-        EXPECT_TRUE(parser.isValidXML(sibling.string(), type)) << sibling;
-      }
-    }
-    for (const ComMsgRecord &r : msgs.records)
-      ADD_FAILURE() << entry.path() << ": " << r.line;
-    checked.insert(entry.path().string());
-  }
-  EXPECT_FALSE(checked.empty());
-}
-
 TEST(DtdBoards, EveryGoodTestBoardValidates) {
   // Written with tags in other cases, or with tags that the readers pass
   // over, on purpose: the readers take them and the DTD does not.

@@ -76,18 +76,6 @@ TEST(MessageCatalog, FillPutsArgumentsInOrderAndKeepsSurplus) {
 
 // --- Formatting ------------------------------------------------------------
 
-TEST(MessageFormat, LineHasSeverityCategoryAndId) {
-  ComMsgMgrInstance msg("board", ComMsg::CriticalWarning, "@49-56@%s%s");
-  msg.arg("boards/x/board.xml").arg(", bad root");
-  std::string line = msg.format();
-  EXPECT_EQ(line.rfind("CRITICAL WARNING: [Board 49-56] ", 0), 0u) << line;
-  EXPECT_NE(line.find("'boards/x/board.xml', bad root"), std::string::npos) << line;
-
-  EXPECT_EQ(ComMsgMgrInstance("board", ComMsg::Info, "@49-70@").format().rfind("INFO: [Board 49-70] ", 0), 0u);
-  EXPECT_EQ(ComMsgMgrInstance("board", ComMsg::Warning, "@49-36@%s").arg("f").format().rfind("WARNING: [Board 49-36] ", 0), 0u);
-  EXPECT_EQ(ComMsgMgrInstance("board", ComMsg::Error, "@49-73@").format().rfind("ERROR: [Board 49-73] ", 0), 0u);
-}
-
 TEST(MessageFormat, NumbersFillPercentD) {
   ComMsgMgrInstance msg("board", ComMsg::Info, "@49-169@%d%d");
   msg.arg(100).arg(-250);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 
 // Parameters live for the whole process, so every test registers names of
 // its own.
@@ -115,21 +114,4 @@ TEST(Params, HiddenFlagResetAndReregistration) {
   // An untouched value follows the new default.
   mgr.registerIntParam("test.rereg.count", "newer", 4);
   EXPECT_EQ(p->getValueAsInt(), 4);
-}
-
-TEST(Params, PlatformParametersArePresentAndListed) {
-  HPAParamMgr &mgr = HPAParamMgr::getParamMgr();
-  const HPAParam *threads = mgr.findParam("general.maxThreads");
-  ASSERT_NE(threads, nullptr);
-  EXPECT_EQ(threads->getKind(), HPAParam::Int);
-  EXPECT_GE(threads->getValueAsInt(), 1);
-  const HPAParam *tab = mgr.findParam("project.enableBITabFlow");
-  ASSERT_NE(tab, nullptr);
-  EXPECT_EQ(tab->getKind(), HPAParam::Bool);
-
-  std::vector<const HPAParam *> all = mgr.listParams();
-  EXPECT_TRUE(std::is_sorted(all.begin(), all.end(), [](const HPAParam *a, const HPAParam *b) {
-    return a->getName() < b->getName();
-  }));
-  EXPECT_NE(std::find(all.begin(), all.end(), threads), all.end());
 }

@@ -52,18 +52,6 @@ std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
 
 } // namespace
 
-TEST(TclBrace, PlainCases) {
-  using HTCTaskHelpers::brace;
-  EXPECT_EQ(brace("ddr4_sdram"), "ddr4_sdram");
-  EXPECT_EQ(brace(""), "{}");
-  EXPECT_EQ(brace("a b"), "{a b}");
-  EXPECT_EQ(brace("#x"), "{#x}");
-  EXPECT_EQ(brace("a#x"), "a#x");
-  EXPECT_EQ(brace("a{b"), "a\\{b");
-  EXPECT_EQ(brace("{a b} c"), "{{a b} c}");
-  EXPECT_EQ(brace("a\\"), "a\\\\");
-}
-
 TEST(TclBrace, QuotesExactlyAsTclDoes) {
   std::vector<std::string> texts = {
       "", "a", "a b", " ", "\t", "\n", "a\nb", "{", "}", "{}", "}{", "{a}", "{a", "a}", "a{b}c",

@@ -113,15 +113,15 @@ TEST_F(RepoLoad, ProjectPathsComeBeforeUserPathsAndMissingPathsAreSkipped) {
 
 TEST_F(RepoLoad, UserScanSurvivesADirectoryLinkThatLoops) {
   useDataDirs({"repo_empty"});
-  namespace fs = boost::filesystem;
   test::ScratchDir root;
-  fs::create_directories(root.file("kestrel-boards/epsilon/2.0"));
-  fs::copy_file(dataPath("repo_user/kestrel-boards/epsilon/2.0/board.xml"),
-                root.file("kestrel-boards/epsilon/2.0/board.xml"));
-  fs::create_directory_symlink(root.path(), root.file("kestrel-boards/loop"));
+  test::BoardBuilder()
+      .rootAttributes(" display_name=\"Probe user\"")
+      .pins("    <pin index=\"0\" name=\"led0\" loc=\"P2\"/>\n")
+      .writeTo(root, "kestrel-boards/probe/1.0");
+  boost::filesystem::create_directory_symlink(root.path(), root.file("kestrel-boards/loop"));
   ParamScope paths("board.repoPaths", root.path());
   MessageRecorder messages;
-  EXPECT_EQ("Epsilon user", shown("kestrel-boards:epsilon:2.0"));
+  EXPECT_EQ("Probe user", shown("kestrel-boards:probe:1.0"));
   EXPECT_EQ(1u, repo()->getUserBoardPartMap().size());
   EXPECT_TRUE(messages.records.empty());
   dropRepository();
