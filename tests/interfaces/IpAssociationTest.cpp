@@ -5,31 +5,26 @@
 #include "HBOBoardComponent.h"
 #include "HBOBusIf.h"
 #include "HBOIpPreset.h"
+#include "TestSupport.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-/// Collects the debug lines of one scope while it lives, with the scope on.
-class DebugLines : public ComMsgSink {
+/// The debug scope of the queries, on or off while it lives.
+class DebugScope {
 public:
-  explicit DebugLines(const std::string &scope, bool on) : m_scope(scope) {
-    ComMsgMgr::enableScope(scope, on);
-    ComMsgMgr::setSink(this);
-  }
-  ~DebugLines() override {
-    ComMsgMgr::setSink(nullptr);
-    ComMsgMgr::enableScope(m_scope, false);
-  }
-  void receive(const ComMsgRecord &record) override {
+  explicit DebugScope(bool on) { ComMsgMgr::enableScope("board_intf", on); }
+  ~DebugScope() { ComMsgMgr::enableScope("board_intf", false); }
+};
+
+std::vector<std::string> debugLines(const test::MessageRecorder &recorder) {
+  std::vector<std::string> lines;
+  for (const ComMsgRecord &record : recorder.records)
     if (record.severityName == "DEBUG")
       lines.push_back(record.text);
-  }
-  std::vector<std::string> lines;
-
-private:
-  std::string m_scope;
-};
+  return lines;
+}
 
 HBOIpPreset *record(HBOBoard &board, const std::string &vendor, const std::string &library,
                     const std::string &name, const std::string &version,
@@ -70,12 +65,13 @@ TEST(AssociatedInterfaces, EveryMatchingRecordGivesItsBoardInterfaces) {
   board.setIpAssociatedInterface(
       "a_proc", {record(board, "Quarnel-IP", "IP", "GPIO_CTL", "1.0", "gpio", {"led_4bits"})});
 
-  DebugLines debug("board_intf", false);
+  DebugScope off(false);
+  test::MessageRecorder debug;
   std::vector<std::string> out{"kept"};
   // The version is not compared; keys are taken in order, repeats and all.
   EXPECT_TRUE(board.getIpAssocInterfaces("gpio", "quarnel-ip:ip:gpio_ctl:9.9", out));
   EXPECT_EQ((std::vector<std::string>{"kept", "led_4bits", "buttons", "led_4bits"}), out);
-  EXPECT_TRUE(debug.lines.empty());
+  EXPECT_TRUE(debugLines(debug).empty());
 
   out.clear();
   EXPECT_TRUE(board.getIpAssocInterfaces("GPIO2", "quarnel-ip::ip:gpio_ctl", out));
@@ -90,14 +86,15 @@ TEST(AssociatedInterfaces, TheDebugScopeTellsTheWalk) {
   HBOBoard board;
   board.setIpAssociatedInterface(
       "proc", {record(board, "quarnel-ip", "ip", "uart_lite", "2.0", "UART", {"usb_uart"})});
-  DebugLines debug("board_intf", true);
+  DebugScope on(true);
+  test::MessageRecorder debug;
   std::vector<std::string> out;
   EXPECT_TRUE(board.getIpAssocInterfaces("uart", "quarnel-ip:ip:uart_lite:2.0", out));
   EXPECT_EQ((std::vector<std::string>{
                 "[DBG] board: In HBOBoard::getIpAssocInterfaces for IP interface uart vlnv "
                 "quarnel-ip:ip:uart_lite:2.0",
                 "[DBG]   + associated board interface: usb_uart"}),
-            debug.lines);
+            debugLines(debug));
 }
 
 TEST(OfComponentInterfaces, TheFpgaInterfacesThatLeadToAComponent) {
