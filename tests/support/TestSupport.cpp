@@ -2,11 +2,14 @@
 
 #include "HPAParamMgr.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -16,6 +19,24 @@ namespace test {
 
 std::string dataPath(const std::string &relative) {
   return std::string(BOARDLIB_TEST_DATA) + "/" + relative;
+}
+
+void expectGolden(const std::string &name, std::string actual) {
+  for (const std::string &dir : {dataPath(""), std::string(BOARDLIB_SOURCE_DIR) + "/"}) {
+    const std::string mark = dir == dataPath("") ? "@DATA@/" : "@SOURCE@/";
+    for (std::size_t at; (at = actual.find(dir)) != std::string::npos;)
+      actual.replace(at, dir.size(), mark);
+  }
+  const std::string golden = dataPath("golden/" + name);
+  if (std::getenv("BOARDLIB_UPDATE_GOLDEN")) {
+    std::ofstream(golden, std::ios::binary) << actual;
+    return;
+  }
+  std::ifstream in(golden, std::ios::binary);
+  ASSERT_TRUE(in) << "no golden file " << golden << "; the test gave:\n" << actual;
+  std::stringstream expected;
+  expected << in.rdbuf();
+  EXPECT_EQ(expected.str(), actual) << golden;
 }
 
 namespace {

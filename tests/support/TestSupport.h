@@ -1,6 +1,6 @@
-// What the tests share: where the test boards are, one recorder of the
-// messages sent, one scratch directory, one writer of small boards, and
-// scopes that set a parameter or an environment variable for a while.
+// What the tests share: where the test boards are, golden files, one
+// recorder of the messages sent, one scratch directory, one writer of small
+// boards, and scopes that set a parameter or an environment variable.
 #ifndef BOARDLIB_TESTS_SUPPORT_TESTSUPPORT_H
 #define BOARDLIB_TESTS_SUPPORT_TESTSUPPORT_H
 
@@ -14,6 +14,12 @@ namespace test {
 
 /// A path below tests/data.
 std::string dataPath(const std::string &relative);
+
+/// Compares \p actual with the golden file tests/data/golden/\p name, the
+/// paths of the test data and of the source tree written as @DATA@/ and
+/// @SOURCE@/; with BOARDLIB_UPDATE_GOLDEN set in the environment, writes the
+/// file instead. Read the diff of such a change before committing it.
+void expectGolden(const std::string &name, std::string actual);
 
 /// Keeps every message sent while it lives, in the order sent. A recorder
 /// made while another lives takes over until it ends, then hands back.
