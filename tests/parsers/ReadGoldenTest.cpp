@@ -70,6 +70,17 @@ const Read kReads[] = {
     {"power_names", "power_names", false},
     {"power_phases", "power_phases", false},
     {"dataprops_conditions", "dataprops_conditions", false},
+    // Validating reads: what the DTDs find, and on which line.
+    {"dtd_lines", "dtd_lines", true},
+    {"dtd_two_meanings", "dtd_two_meanings", true},
+    {"dtd_board_faults", "dtd_board_faults", true},
+    {"dtd_pin_faults", "dtd_pin_faults", true},
+    {"dtd_preset_faults", "dtd_preset_faults", true},
+    {"dtd_split_root", "dtd_split_root", true},
+    {"dtd_indented_doctype", "dtd_indented_doctype", true},
+    {"dtd_crlf", "dtd_crlf", true},
+    {"dtd_many_findings", "dtd_many_findings", true},
+    {"dtd_hundred_findings", "dtd_hundred_findings", true},
 };
 
 // Failures name the golden file.
