@@ -71,8 +71,8 @@ std::string owner(const void *owner, const void *expected) {
 
 void dump(Writer &w, const HBOParameter *p) {
   w.field("parameter " + p->getName(), p->getValue() + " type=" + p->getValueType() +
-                                           " min=" + p->getValueMin() + " max=" +
-                                           p->getValueMax() + " read_only=" + p->getReadOnly());
+                                           " min=" + p->getValueMin() + " max=" + p->getValueMax() +
+                                           " read_only=" + p->getReadOnly());
 }
 
 void dump(Writer &w, const HBOImage *image) {
@@ -82,8 +82,8 @@ void dump(Writer &w, const HBOImage *image) {
 
 void dump(Writer &w, const HBOBusIfPreference *p, const HBOBoard &board) {
   w.field("preferred_ip " + p->getDefaultIpVlnv(),
-          "order=" + std::to_string(p->getOrder()) + " name=" + p->getPrefName() + " version=" +
-              p->getVersion() + " preset_file=" + p->getPresetFile() +
+          "order=" + std::to_string(p->getOrder()) + " name=" + p->getPrefName() +
+              " version=" + p->getVersion() + " preset_file=" + p->getPresetFile() +
               " preset_proc=" + p->getPresetProc() + " owner=" + owner(p->getOwner(), &board));
 }
 
@@ -262,8 +262,8 @@ void dump(Writer &w, const HBOBoardBus *bus, const HBOBoard &board) {
   for (const HBOBoardBusNet *net : bus->getBoardBusNets()) {
     std::ostringstream text;
     text << net->getC1PinIndex() << "-" << net->getC2PinIndex() << " delay "
-         << net->getTypicalDelay() << " min=" << net->getMinDelay()
-         << " max=" << net->getMaxDelay() << " enablement=" << net->getEnablementDependency()
+         << net->getTypicalDelay() << " min=" << net->getMinDelay() << " max=" << net->getMaxDelay()
+         << " enablement=" << net->getEnablementDependency()
          << " is_enabled=" << net->getIsEnabled() << " owner=" << owner(net->getOwner(), bus);
     w.field("net " + net->getName(), text.str());
   }
@@ -277,8 +277,8 @@ void dump(Writer &w, const std::string &map, const HBOBoard::PresetMap &presets,
     for (const HBOIpPreset *p : records) {
       w.begin("record " + p->getPresetName());
       w.field("proc", p->getPresetProcName());
-      w.field("kind", std::string(p->isPreset() ? "preset" : "") +
-                          (p->isAssocIntf() ? "assoc_intf" : ""));
+      w.field("kind",
+              std::string(p->isPreset() ? "preset" : "") + (p->isAssocIntf() ? "assoc_intf" : ""));
       w.field("ip", p->getVendor() + " " + p->getLibrary() + " " + p->getName() + " " +
                         p->getVersion() + " " + p->getIpInterface());
       w.field("value_type", p->getValueType());

@@ -95,8 +95,7 @@ TEST_F(Props, NamesThatNoListingHolds) {
   // Each term of an enablement expression is one element of the list.
   HBOBoardBus *fmc = bus("part0_fmc_lpc_1");
   fmc->setEnablementDependency("{J12 true} {J15 false}");
-  EXPECT_EQ((Names{"J12 true", "J15 false"}),
-            listProp(tclany::of(fmc), "enablement_dependency"));
+  EXPECT_EQ((Names{"J12 true", "J15 false"}), listProp(tclany::of(fmc), "enablement_dependency"));
   fmc->setEnablementDependency("");
   HCPProperty::getProperty(nullptr, tclany::of(fmc), "enablement_dependency", value);
   EXPECT_EQ(HATAttrAny::Kind::List, value.getKind());
@@ -257,9 +256,9 @@ TEST_F(Props, AHandleOfAnotherClassIsRefused) {
   // Every getter and listing of the five tables, handed an object of
   // another table.
   std::string error;
-  for (const std::type_info *type : {&typeid(HBOBoard *), &typeid(HBOBoardComponent *),
-                                     &typeid(HBOBusIf *), &typeid(HBOModelPort *),
-                                     &typeid(HBOPinProps *)}) {
+  for (const std::type_info *type :
+       {&typeid(HBOBoard *), &typeid(HBOBoardComponent *), &typeid(HBOBusIf *),
+        &typeid(HBOModelPort *), &typeid(HBOPinProps *)}) {
     const tclany other = *type == typeid(HBOBoard *) ? component("part0") : boardHandle();
     for (const HCPProperty::Spec *spec : info(*type).getSpecs()) {
       if (spec->getName() == "class")
@@ -285,9 +284,9 @@ TEST_F(Props, ObjectsWithoutOwnersListEmptyValues) {
   HBOJumper jumper;
   HBOIpPreset preset;
   HBOBusIfPreference preference;
-  for (const tclany &object : {tclany::of(&bus), tclany::of(&net), tclany::of(&mode),
-                               tclany::of(&parameter), tclany::of(&jumper), tclany::of(&preset),
-                               tclany::of(&preference)}) {
+  for (const tclany &object :
+       {tclany::of(&bus), tclany::of(&net), tclany::of(&mode), tclany::of(&parameter),
+        tclany::of(&jumper), tclany::of(&preset), tclany::of(&preference)}) {
     SCOPED_TRACE(HCPProperty::getClassName(object));
     EXPECT_NO_THROW(EXPECT_FALSE(HCPProperty::listProperties(nullptr, object, true).empty()));
   }

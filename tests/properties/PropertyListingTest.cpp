@@ -32,12 +32,12 @@ void list(std::ostream &out, const tclany &object) {
     visible.insert(row.name);
   for (const HCPProperty::PropertyRow &row : HCPProperty::listProperties(nullptr, object, true)) {
     const HATAttrSpec &spec = row.spec;
-    out << "  " << row.name << " type=" << spec.getAttrType()
-        << (spec.isReadOnly() ? " ro" : " rw") << (visible.count(row.name) ? "" : " hidden")
-        << (row.dynamic ? " dynamic" : "") << (spec.m_hint.empty() ? "" : " hint=" + spec.m_hint);
+    out << "  " << row.name << " type=" << spec.getAttrType() << (spec.isReadOnly() ? " ro" : " rw")
+        << (visible.count(row.name) ? "" : " hidden") << (row.dynamic ? " dynamic" : "")
+        << (spec.m_hint.empty() ? "" : " hint=" + spec.m_hint);
     if (row.hasValue)
-      out << " = " << row.value.toString() << " ("
-          << kKinds[static_cast<int>(row.value.getKind())] << ")";
+      out << " = " << row.value.toString() << " (" << kKinds[static_cast<int>(row.value.getKind())]
+          << ")";
     out << "\n";
   }
 }

@@ -17,8 +17,7 @@ struct Switch {
   std::string name;
 };
 
-template <typename T>
-void addName(HCPProperty::ObjectInfo &info, const char *className) {
+template <typename T> void addName(HCPProperty::ObjectInfo &info, const char *className) {
   // The class property answers without an object, as the registry asks it.
   info.createSpec("class").setGetFcn(
       [className](Tcl_Interp *, const tclany &, const std::string &, HATAttrAny &out) {

@@ -76,9 +76,8 @@ const ComMsgRecord *MessageRecorder::find(const std::string &id) const {
 }
 
 bool MessageRecorder::mentions(const std::string &part) const {
-  return std::any_of(records.begin(), records.end(), [&](const ComMsgRecord &r) {
-    return r.text.find(part) != std::string::npos;
-  });
+  return std::any_of(records.begin(), records.end(),
+                     [&](const ComMsgRecord &r) { return r.text.find(part) != std::string::npos; });
 }
 
 ScratchDir::ScratchDir() {
@@ -144,7 +143,8 @@ std::string BoardBuilder::writeTo(const ScratchDir &dir, const std::string &subd
   if (!m_pins.empty())
     dir.write(subdir + "/part0_pins.xml",
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<part_info part_name=\"kv10-tq64-1\">\n"
-              "  <pins>\n" + m_pins + "  </pins>\n</part_info>\n");
+              "  <pins>\n" +
+                  m_pins + "  </pins>\n</part_info>\n");
   if (!m_presets.empty())
     dir.write(subdir + "/preset.xml",
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ip_presets schema=\"1.0\">\n" +
