@@ -245,8 +245,8 @@ TEST(Xml, ViewsAndChildRanges) {
 // A parse overwrites the text it reads (ends of names, line breaks in
 // values), yet lines are those of the file as written.
 TEST(Xml, LinesOfAFileParsedInPlace) {
-  TempDir dir;
-  writeFile(dir.file("lines.xml"), "<board\nname='a\nb'>\n<a\nx='1'/>\n\n<b\n/></board>");
+  test::ScratchDir dir;
+  dir.write("lines.xml", "<board\nname='a\nb'>\n<a\nx='1'/>\n\n<b\n/></board>");
   HXMLWInterface doc;
   ASSERT_TRUE(doc.readFromFile(dir.file("lines.xml")));
   HXMLWElement root = *doc.getRootElement();
@@ -256,9 +256,8 @@ TEST(Xml, LinesOfAFileParsedInPlace) {
 
   // ASCII text declared Latin-1 is parsed in the buffer first; the read
   // starts again from the file's text, and its lines stay right.
-  writeFile(dir.file("latin1.xml"),
-            "<?xml version='1.0' encoding='ISO-8859-1'?>\n<r\nv='1'>\n<a/>\n</c>\n");
-  CollectingSink sink;
+  dir.write("latin1.xml", "<?xml version='1.0' encoding='ISO-8859-1'?>\n<r\nv='1'>\n<a/>\n</c>\n");
+  test::MessageRecorder sink;
   EXPECT_FALSE(doc.readFromFile(dir.file("latin1.xml")));
   ASSERT_EQ(sink.records.size(), 1u);
   EXPECT_EQ(sink.records[0].args[1], "5");
@@ -268,7 +267,7 @@ TEST(Xml, LinesOfAFileParsedInPlace) {
 // Documents borrow their buffers from their thread and give them back;
 // no document may see another one's text, whichever thread reads or frees.
 TEST(Xml, DocumentsAliveTogetherOnSeveralThreads) {
-  TempDir dir;
+  test::ScratchDir dir;
   auto text = [](int n) {
     std::string t = "<board n='" + std::to_string(n) + "'>";
     for (int i = 0; i < 200 * (n + 1); ++i)
@@ -277,7 +276,7 @@ TEST(Xml, DocumentsAliveTogetherOnSeveralThreads) {
   };
   const int files = 6;
   for (int n = 0; n < files; ++n)
-    writeFile(dir.file(std::to_string(n) + ".xml"), text(n));
+    dir.write(std::to_string(n) + ".xml", text(n));
   auto check = [](HXMLWInterface &doc, int n) {
     HXMLWElement *root = doc.getRootElement();
     if (!root || root->getAttribute("n") != std::to_string(n))
@@ -320,7 +319,7 @@ TEST(Xml, DocumentsAliveTogetherOnSeveralThreads) {
 }
 
 TEST(Xml, PipeIsReadToItsEnd) {
-  TempDir dir;
+  test::ScratchDir dir;
   const std::string fifo = dir.file("pipe.xml");
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
   std::string text = "<r>";
