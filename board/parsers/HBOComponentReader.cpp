@@ -81,12 +81,21 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
       continue;
     for (HXMLWElement &element : section.getChildren()) {
       // The first bad component ends the board; what it queued stays queued.
-      std::unique_ptr<HBOBoardComponent> component(new HBOBoardComponent());
-      if (!readComponentDetails(&element, component.get()))
+      // An FPGA component becomes the board's part while it is read; when
+      // it fails, by result or by exception, the board must not keep
+      // pointing at it once it is gone.
+      struct Pending {
+        HBOBoard *board;
+        std::unique_ptr<HBOBoardComponent> component{new HBOBoardComponent()};
+        ~Pending() {
+          if (component && board->getActivePart() == component.get())
+            board->setActivePart(nullptr);
+        }
+      } pending{m_ctx.board};
+      HBOBoardComponent *component = pending.component.get();
+      if (!readComponentDetails(&element, component) || !m_validator.validateComponent(component))
         return false;
-      if (!m_validator.validateComponent(component.get()))
-        return false;
-      m_ctx.board->addBoardComponent(component.release());
+      m_ctx.board->addBoardComponent(pending.component.release());
     }
   }
   return true;

@@ -292,7 +292,7 @@ void dump(Writer &w, const std::string &map, const HBOBoard::PresetMap &presets,
 
 } // namespace
 
-std::string dumpBoard(const HBOBoard &board, bool readOk) {
+std::string dumpBoard(const HBOBoard &board) {
   Writer w;
   w.field("name", board.getName());
   w.field("display_name", board.getDisplayName());
@@ -309,10 +309,9 @@ std::string dumpBoard(const HBOBoard &board, bool readOk) {
   std::vector<std::string> revisions;
   board.getCompatibleBoardRevisionsAsVec(revisions);
   w.list("revisions", revisions);
-  // A failed read may leave the active part pointing at a component that
-  // was thrown away; only a board that read is asked for it.
-  if (readOk)
-    w.field("active_part", board.getActivePartName());
+  // Asked of failed reads too: a component that failed after it became the
+  // board's part is gone, and the board must not point at it any more.
+  w.field("active_part", board.getActivePartName());
   w.list("jtag_chains", board.getJtagChains());
   w.map("connected_boards", board.getConnectedBoards());
   w.map("connected_components", board.getConnectedComponents());

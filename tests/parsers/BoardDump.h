@@ -8,6 +8,6 @@
 
 class HBOBoard;
 
-std::string dumpBoard(const HBOBoard &board, bool readOk);
+std::string dumpBoard(const HBOBoard &board);
 
 #endif

@@ -173,10 +173,10 @@ TEST(PackedFiles, GzipBoardPinAndPresetFilesReadLikePlainOnes) {
   ASSERT_TRUE(HBOParser().parseFile(dir.file("packed/board.xml"), &packed));
   ASSERT_TRUE(HBOParser().parseFile(plain, &unpacked));
   ASSERT_EQ(1u, unpacked.getIpPresets().size());
-  std::string expected = dumpBoard(unpacked, true);
+  std::string expected = dumpBoard(unpacked);
   for (std::size_t at; (at = expected.find("/plain/")) != std::string::npos;)
     expected.replace(at, 7, "/packed/");
-  EXPECT_EQ(expected, dumpBoard(packed, true));
+  EXPECT_EQ(expected, dumpBoard(packed));
   EXPECT_TRUE(msgs.records.empty());
 }
 

@@ -126,7 +126,7 @@ std::string readAndDump(const Read &read) {
     out << "  interface " << intf.type << " " << join({ports.begin(), ports.end()}) << "\n";
   }
   const std::set<std::string> ips(parsed.preferredIpVlnvs.begin(), parsed.preferredIpVlnvs.end());
-  out << "  preferred_ips " << join({ips.begin(), ips.end()}) << "\n" << dumpBoard(board, ok);
+  out << "  preferred_ips " << join({ips.begin(), ips.end()}) << "\n" << dumpBoard(board);
 
   return out.str();
 }
