@@ -85,9 +85,8 @@ protected:
 } // namespace
 
 TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
-  // The states after the read are in its golden file; J1 true, J2 false
-  // and J10 true, as the file says.
-  // A mode without terms keeps whatever it holds.
+  // The states after the read are in its golden file. A mode without terms
+  // keeps whatever it holds.
   std::vector<HBOComponentMode *> all;
   leds->getComponentModes(all);
   all.back()->setIsEnabled("stale");

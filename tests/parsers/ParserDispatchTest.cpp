@@ -103,20 +103,6 @@ TEST(MessageQueue, IterateMessagesDecidesByTheFlagNotTheSeverity) {
   EXPECT_EQ(2u, msgs.count("49-36"));
 }
 
-TEST(MessageQueue, StrictChecksComeFromSchemaTwoPointTwoOrTheParameter) {
-  HBOBoard b1, b2, b3;
-  HBOBoardParser strict, lenient, forced;
-  // The strict file repeats an index in its pin file; only the strict rule catches it.
-  EXPECT_FALSE(strict.parseFile(dataPath("dup_pin_index_strict/board.xml"), &b1, false, "",
-                                nullptr));
-  EXPECT_TRUE(strict.isStrictChecks());
-  EXPECT_TRUE(lenient.parseFile(dataPath("minimal/board.xml"), &b2, false, "", nullptr));
-  EXPECT_FALSE(lenient.isStrictChecks());
-  test::ParamScope on("board.enable2020Checks", "true");
-  EXPECT_TRUE(forced.parseFile(dataPath("minimal/board.xml"), &b3, false, "", nullptr));
-  EXPECT_TRUE(forced.isStrictChecks());
-}
-
 TEST(BadInput, BinaryAndDeeplyNestedFilesDoNotCrash) {
   test::ScratchDir dir;
   std::string binary;

@@ -126,36 +126,18 @@ class JumperTest(unittest.TestCase):
         self.uart = boardlib.get_board_components(of_objects=board(FALCON), pattern="*:usb_uart:*")[0]
         self.assertEqual(self.state(), (False, "true"))
 
-    def test_set_undo_redo(self):
+    def test_python_values(self):
+        # Undo, redo and the refused changes themselves are checked in Tcl.
         for value in (True, "true", 1):
             with self.subTest(value=value):
                 boardlib.set_property("CURRENT_VALUE", value, self.j14)
                 self.assertEqual(self.state(), (True, "false"))
                 self.assertIn("J14", boardlib.undo())
                 self.assertEqual(self.state(), (False, "true"))
-                boardlib.redo()
-                self.assertEqual(self.state(), (True, "false"))
-                boardlib.undo()
-        with self.assertRaises(boardlib.BoardError):
-            boardlib.undo()
-
-    def test_refused_changes_change_nothing(self):
-        boardlib.set_property("CURRENT_VALUE", True, self.j14)
-        j12 = jumper(FALCON, "J12")
-        refused = [
-            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", "maybe", [j12, self.j14])),
-            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", 2, self.j14)),
-            (boardlib.BoardError, lambda: boardlib.set_property("NAME", "J99", self.j14)),
-            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", False, [self.j14, self.uart])),
-            (boardlib.BoardError, lambda: boardlib.set_property("CURRENT_VALUE", False, [])),
-            (TypeError, lambda: boardlib.set_property("CURRENT_VALUE", 1.5, self.j14)),
-        ]
-        for error, call in refused:
+        for error, value in ((boardlib.BoardError, 2), (TypeError, 1.5)):
             with self.assertRaises(error):
-                call()
-            self.assertEqual(self.state(), (True, "false"))
-            self.assertIs(j12.get_property("CURRENT_VALUE"), True)
-        boardlib.undo()
+                boardlib.set_property("CURRENT_VALUE", value, self.j14)
+            self.assertEqual(self.state(), (False, "true"))
         with self.assertRaises(boardlib.BoardError):
             boardlib.undo()
 
