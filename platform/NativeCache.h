@@ -8,6 +8,7 @@
 #include <boost/thread/locks.hpp>
 #include <boost/thread/shared_mutex.hpp>
 
+#include <atomic>
 #include <functional>
 #include <unordered_map>
 
@@ -36,6 +37,7 @@ public:
       m_toObject.erase(old->second);
     m_toHandle[object] = handle;
     m_toObject[handle] = object;
+    m_count.store(m_toHandle.size(), std::memory_order_release);
   }
   Handle lookup(const void *object) const {
     boost::shared_lock<Mutex> lock(m_toHandleMutex);
@@ -52,6 +54,11 @@ public:
   /// Drops the object and tells the invalidator its handle: the object is
   /// being destroyed. Does nothing for an object that was never cached.
   void remove(const void *object) {
+    // Most objects never get a handle, and a board frees thousands of them
+    // at once: an empty cache answers without a lock. An object being
+    // destroyed cannot be entered at the same time.
+    if (m_count.load(std::memory_order_acquire) == 0)
+      return;
     Handle handle = nullptr;
     Invalidator invalidate;
     {
@@ -64,6 +71,7 @@ public:
       handle = it->second;
       m_toObject.erase(handle);
       m_toHandle.erase(it);
+      m_count.store(m_toHandle.size(), std::memory_order_release);
       invalidate = m_invalidator;
     }
     if (invalidate)
@@ -79,6 +87,7 @@ public:
       return;
     m_toObject.erase(it->second);
     m_toHandle.erase(it);
+    m_count.store(m_toHandle.size(), std::memory_order_release);
   }
   void setInvalidator(Invalidator fn) {
     boost::unique_lock<Mutex> lock(m_toHandleMutex);
@@ -94,6 +103,7 @@ private:
   mutable Mutex m_toObjectMutex;
   std::unordered_map<const void *, Handle> m_toHandle;
   std::unordered_map<Handle, const void *> m_toObject;
+  std::atomic<std::size_t> m_count{0};
   Invalidator m_invalidator;
 };
 
@@ -132,6 +142,15 @@ struct PythonLanguage;
 /// The Python handles of objects of pointer type \p T.
 template <typename T> struct py_native_cache : detail::native_cache_of<T, PythonLanguage> {};
 } // namespace pyinfra
+
+/// Called by the destructor of every class that scripts can hold: drops
+/// \p object from the Tcl and Python caches (telling each handle that it
+/// is stale) and from the property layer's undo history. Cheap for an
+/// object that never had a handle.
+template <typename T> void forgetScriptHandles(T *object) {
+  tcltasks::native_cache<T *>::remove(object);
+  pyinfra::py_native_cache<T *>::remove(object);
+}
 } // namespace zeb
 
 #endif

@@ -66,8 +66,7 @@ const char *boolText(bool value) { return value ? "true" : "false"; }
 } // namespace
 
 HBOBoard::~HBOBoard() {
-  zeb::tcltasks::native_cache<HBOBoard *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBoard *>::remove(this);
+  zeb::forgetScriptHandles(this);
 
   HBOCommon::deleteDistinct(m_parameters);
   std::vector<HBOBoardComponent *> components;

@@ -8,8 +8,7 @@
 #include <iostream>
 
 HBOBoardBus::~HBOBoardBus() {
-  zeb::tcltasks::native_cache<HBOBoardBus *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBoardBus *>::remove(this);
+  zeb::forgetScriptHandles(this);
   HBOCommon::deleteDistinct(m_nets);
 }
 

@@ -13,8 +13,7 @@ HBOBoardBusNet::HBOBoardBusNet(const HBOBoardBusNet &other, HBOBoardBus *owner)
       m_owner(owner) {}
 
 HBOBoardBusNet::~HBOBoardBusNet() {
-  zeb::tcltasks::native_cache<HBOBoardBusNet *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBoardBusNet *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }
 
 void HBOBoardBusNet::getPinsVec(std::vector<HBOPinProps *> &out) const {

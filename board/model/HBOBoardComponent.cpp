@@ -19,6 +19,7 @@
 #include <boost/filesystem.hpp>
 #include <boost/regex.hpp>
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -36,11 +37,21 @@ bool inSlotRange(int index) {
 
 } // namespace
 
-HBOBoardComponent::HBOBoardComponent() { m_pinSlots.fill(nullptr); }
+HBOBoardComponent::HBOBoardComponent() = default;
+
+const HBOBoardComponent::Rare &HBOBoardComponent::rare_() const {
+  static const Rare none;
+  return m_rare ? *m_rare : none;
+}
+
+HBOBoardComponent::Rare &HBOBoardComponent::rareMut_() {
+  if (!m_rare)
+    m_rare.reset(new Rare);
+  return *m_rare;
+}
 
 HBOBoardComponent::~HBOBoardComponent() {
-  zeb::tcltasks::native_cache<HBOBoardComponent *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBoardComponent *>::remove(this);
+  zeb::forgetScriptHandles(this);
 
   HBOCommon::deleteDistinct(m_parameters);
   HBOCommon::deleteDistinct(m_images);
@@ -76,12 +87,12 @@ HBOBoardComponent::~HBOBoardComponent() {
 void HBOBoardComponent::setName(const std::string &vendor, const std::string &boardName,
                                 const std::string &partName, const std::string &version) {
   m_vendorName = vendor;
-  m_boardName = boardName;
+  rareMut_().boardName = boardName;
   m_partName = partName;
-  m_version = version;
+  rareMut_().version = version;
   m_name = vendor + ":" + boardName + ":" + partName + ":" + version;
   HBOCommon::toLowerInPlace(m_vendorName);
-  HBOCommon::toLowerInPlace(m_boardName);
+  HBOCommon::toLowerInPlace(rareMut_().boardName);
   HBOCommon::toLowerInPlace(m_partName);
   HBOCommon::toLowerInPlace(m_name);
 }
@@ -98,43 +109,43 @@ bool HBOBoardComponent::setPartString(const std::string &name) {
 
 void HBOBoardComponent::setImageFile(const std::string &path) {
   if (path.empty()) {
-    m_imageFile = path;
+    rareMut_().imageFile = path;
     return;
   }
   namespace fs = boost::filesystem;
   const std::string parent = fs::path(path).parent_path().string();
   if (!parent.empty() && parent != ".") {
-    m_imageFile = path;
+    rareMut_().imageFile = path;
     return;
   }
-  m_imageFile = fs::path(m_boardFile).parent_path().string() + HBOBoardUtils::getDirSeparator() +
+  rareMut_().imageFile = fs::path(m_boardFile).parent_path().string() + HBOBoardUtils::getDirSeparator() +
                 path;
 }
 
 void HBOBoardComponent::setVLNV(const std::string &vendor, const std::string &library,
                                 const std::string &name, const std::string &version) {
   m_vendorName = vendor;
-  m_library = library;
-  m_boardName = name;
-  m_boardRevision = version;
-  m_legacyVlnv = vendor + ":" + library + ":" + name + ":" + version;
+  rareMut_().library = library;
+  rareMut_().boardName = name;
+  rareMut_().boardRevision = version;
+  rareMut_().legacyVlnv = vendor + ":" + library + ":" + name + ":" + version;
   HBOCommon::toLowerInPlace(m_vendorName);
-  HBOCommon::toLowerInPlace(m_library);
-  HBOCommon::toLowerInPlace(m_boardName);
-  HBOCommon::toLowerInPlace(m_boardRevision);
-  HBOCommon::toLowerInPlace(m_legacyVlnv);
+  HBOCommon::toLowerInPlace(rareMut_().library);
+  HBOCommon::toLowerInPlace(rareMut_().boardName);
+  HBOCommon::toLowerInPlace(rareMut_().boardRevision);
+  HBOCommon::toLowerInPlace(rareMut_().legacyVlnv);
 }
 
 void HBOBoardComponent::setBoardDetails(const std::string &a, const std::string &b,
                                         const std::string &c, const std::string &family) {
-  m_boardDetail1 = a;
-  m_boardDetail2 = b;
-  m_boardDetail3 = c;
-  m_family = family;
+  rareMut_().boardDetail1 = a;
+  rareMut_().boardDetail2 = b;
+  rareMut_().boardDetail3 = c;
+  rareMut_().family = family;
 }
 
 bool HBOBoardComponent::getFamily(std::string &out) const {
-  out = m_family;
+  out = rare_().family;
   return true;
 }
 
@@ -348,29 +359,62 @@ void HBOBoardComponent::addPin(HBOPinProps *pin) {
   if (!pin)
     return;
   const int index = pin->getPinIndex();
-  const std::string name = pin->getName();
-  HBOPinProps *holderOfName = findPin(name);
+  const std::string &name = pin->getName();
+  auto entry = m_pins.try_emplace(name, pin);
+  HBOPinProps *holderOfName = entry.second ? nullptr : entry.first->second;
   // A different holder of the index is a collision that the reader has
   // already reported; here it only loses its slot below.
   if (holderOfName && holderOfName != pin) {
-    const int oldIndex = holderOfName->getPinIndex();
-    if (inSlotRange(oldIndex) && m_pinSlots[oldIndex] == holderOfName)
-      m_pinSlots[oldIndex] = nullptr;
+    unindexPin_(holderOfName);
     delete holderOfName;
   }
-  m_pins[name] = pin;
-  if (inSlotRange(index))
+  entry.first->second = pin;
+  if (inSlotRange(index)) {
+    if (m_pinSlots.size() <= static_cast<std::size_t>(index))
+      m_pinSlots.resize(index + 1, nullptr);
     m_pinSlots[index] = pin;
+  } else {
+    auto at = std::upper_bound(
+        m_otherPinIndexes.begin(), m_otherPinIndexes.end(), index,
+        [](int key, const std::pair<int, HBOPinProps *> &e) { return key < e.first; });
+    for (auto it = at; it != m_otherPinIndexes.begin() && (it - 1)->first == index; --it)
+      if ((it - 1)->second == pin)
+        return;
+    m_otherPinIndexes.emplace(at, index, pin);
+  }
+}
+
+void HBOBoardComponent::unindexPin_(HBOPinProps *pin) {
+  const int index = pin->getPinIndex();
+  if (inSlotRange(index)) {
+    if (static_cast<std::size_t>(index) < m_pinSlots.size() && m_pinSlots[index] == pin)
+      m_pinSlots[index] = nullptr;
+    return;
+  }
+  m_otherPinIndexes.erase(std::remove_if(m_otherPinIndexes.begin(), m_otherPinIndexes.end(),
+                                         [pin](const std::pair<int, HBOPinProps *> &e) {
+                                           return e.second == pin;
+                                         }),
+                          m_otherPinIndexes.end());
 }
 
 HBOPinProps *HBOBoardComponent::getPinByIndex(int index) const {
   if (inSlotRange(index))
-    return m_pinSlots[index];
-  for (const auto &entry : m_pins) {
-    if (entry.second && entry.second->getPinIndex() == index)
-      return entry.second;
+    return static_cast<std::size_t>(index) < m_pinSlots.size() ? m_pinSlots[index] : nullptr;
+  auto range = std::equal_range(
+      m_otherPinIndexes.begin(), m_otherPinIndexes.end(), std::make_pair(index, nullptr),
+      [](const std::pair<int, HBOPinProps *> &a, const std::pair<int, HBOPinProps *> &b) {
+        return a.first < b.first;
+      });
+  // Several pins with one index are a fault of the file; the first in name
+  // order answers. A pin whose index changed after it was entered does not.
+  HBOPinProps *found = nullptr;
+  for (auto it = range.first; it != range.second; ++it) {
+    HBOPinProps *pin = it->second;
+    if (pin->getPinIndex() == index && (!found || pin->getName() < found->getName()))
+      found = pin;
   }
-  return nullptr;
+  return found;
 }
 
 HBOPinProps *HBOBoardComponent::findPin(const std::string &name) const {
@@ -392,7 +436,7 @@ bool HBOBoardComponent::populateConstraintsData(std::string file) {
   if (m_constraintsPopulated)
     return false;
   // The argument is historical: the file is the component's own field.
-  file = m_constraintsFile;
+  file = rare_().constraintsFile;
   boost::system::error_code ec;
   if (file.empty() || !boost::filesystem::exists(file, ec))
     return false;

@@ -7,9 +7,11 @@
 #ifndef BOARDLIB_HBOBOARDCOMPONENT_H
 #define BOARDLIB_HBOBOARDCOMPONENT_H
 
-#include <array>
+#include "HSTFlatMap.h"
+
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <variant>
@@ -41,6 +43,9 @@ public:
   using DesignConstrVec = std::vector<DesignConstr>;
   /// (board vendor, board name, board version, connector name).
   using CompatibleConnector = std::tuple<std::string, std::string, std::string, std::string>;
+
+  /// Pins by name, in name order.
+  using PinMap = HSTFlatMap<std::string, HBOPinProps *>;
 
   /// Pin indexes below this are found by one array access.
   static constexpr int s_pinSlots = 401;
@@ -95,21 +100,21 @@ public:
   void setUserDefinedFlag(bool flag) { m_userDefined = flag; }
   void setRtlFileParseStatus(bool status) { m_fileParseStatus = status; }
   bool isConstraintsDataPopulated() const { return m_constraintsPopulated; }
-  const std::string &getBoardChangeLogFilename() const { return m_changeLogFile; }
-  void setBoardChangeLogFilename(std::string file) { m_changeLogFile = std::move(file); }
+  const std::string &getBoardChangeLogFilename() const { return rare_().changeLogFile; }
+  void setBoardChangeLogFilename(std::string file) { rareMut_().changeLogFile = std::move(file); }
   const std::string &getBoardFile() const { return m_boardFile; }
   void setBoardFile(std::string file) { m_boardFile = std::move(file); }
   /// The old pin constraint file read by populateConstraintsData. No reader
   /// sets it; the setter is for whoever brings such files back.
-  const std::string &getConstraintsFile() const { return m_constraintsFile; }
-  void setConstraintsFile(std::string file) { m_constraintsFile = std::move(file); }
-  const std::string &getImageFile() const { return m_imageFile; }
+  const std::string &getConstraintsFile() const { return rare_().constraintsFile; }
+  void setConstraintsFile(std::string file) { rareMut_().constraintsFile = std::move(file); }
+  const std::string &getImageFile() const { return rare_().imageFile; }
   /// A bare file name is placed in the board file's directory.
   void setImageFile(const std::string &path);
-  const std::string &getLibrary() const { return m_library; }
-  const std::string &getBoardName() const { return m_boardName; }
-  const std::string &getVersion() const { return m_version; }
-  const std::string &getBoardRevision() const { return m_boardRevision; }
+  const std::string &getLibrary() const { return rare_().library; }
+  const std::string &getBoardName() const { return rare_().boardName; }
+  const std::string &getVersion() const { return rare_().version; }
+  const std::string &getBoardRevision() const { return rare_().boardRevision; }
   /// Legacy identity: vendor, library, board name and board revision,
   /// lower-cased, and their joined form.
   void setVLNV(const std::string &vendor, const std::string &library, const std::string &name,
@@ -117,11 +122,11 @@ public:
   /// \p family is the fourth text.
   void setBoardDetails(const std::string &a, const std::string &b, const std::string &c,
                        const std::string &family);
-  const std::string &getFamily() const { return m_family; }
+  const std::string &getFamily() const { return rare_().family; }
   bool getFamily(std::string &out) const;
   /// The legacy single JTAG position.
-  const std::string &getJtagPosition() const { return m_jtagPosition; }
-  void setJtagPosition(const std::string &position) { m_jtagPosition = position; }
+  const std::string &getJtagPosition() const { return rare_().jtagPosition; }
+  void setJtagPosition(const std::string &position) { rareMut_().jtagPosition = position; }
   const std::string &getSpecUrl() const { return m_specUrl; }
   void setSpecUrl(std::string url) { m_specUrl = std::move(url); }
   const std::string &getDisplayName() const { return m_displayName; }
@@ -185,11 +190,13 @@ public:
   /// former pin of that name is deleted; a former holder of the index only
   /// loses the slot. Collisions are the reader's to report.
   void addPin(HBOPinProps *pin);
-  /// Slots for 0 to 400; any other index walks the pins in name order.
+  /// Below 401, the pin last entered with that index, unless it lost the
+  /// slot; any other index gives the first pin in name order that was
+  /// entered with it.
   HBOPinProps *getPinByIndex(int index) const;
   HBOPinProps *findPin(const std::string &name) const;
   int findPinIndex(const std::string &name) const;
-  const std::map<std::string, HBOPinProps *> &getPins() const { return m_pins; }
+  const PinMap &getPins() const { return m_pins; }
   /// Appends the pins in name order.
   void getPinsVec(std::vector<HBOPinProps *> &out) const;
   /// Fills the pins of an older board's ports from the constraints file,
@@ -277,6 +284,28 @@ private:
   bool isConnectorOfSubType_(const char *subType) const;
   /// Enters \p busIf under \p key, keeping the one it replaces for deletion.
   void storeInterface_(const std::string &key, HBOBusIf *busIf);
+  /// Drops \p pin from the index look-ups.
+  void unindexPin_(HBOPinProps *pin);
+
+  // Legacy identity and files: set on few components, so kept apart and
+  // made only when one of them is set.
+  struct Rare {
+    std::string changeLogFile;
+    std::string constraintsFile;
+    std::string imageFile;
+    std::string library;
+    std::string boardName;
+    std::string version;
+    std::string boardRevision;
+    std::string legacyVlnv;
+    std::string boardDetail1;
+    std::string boardDetail2;
+    std::string family;
+    std::string boardDetail3;
+    std::string jtagPosition;
+  };
+  const Rare &rare_() const;
+  Rare &rareMut_();
 
   std::string m_name;
   std::string m_componentName;
@@ -289,23 +318,11 @@ private:
   std::string m_connectedTo;
   std::string m_repository;
   std::string m_isEnabled = "true";
+  std::unique_ptr<Rare> m_rare;
   bool m_userDefined = false;
   bool m_fileParseStatus = false;
   bool m_constraintsPopulated = false;
-  std::string m_changeLogFile;
   std::string m_boardFile;
-  std::string m_constraintsFile;
-  std::string m_imageFile;
-  std::string m_library;
-  std::string m_boardName;
-  std::string m_version;
-  std::string m_boardRevision;
-  std::string m_legacyVlnv;
-  std::string m_boardDetail1;
-  std::string m_boardDetail2;
-  std::string m_family;
-  std::string m_boardDetail3;
-  std::string m_jtagPosition;
   std::string m_specUrl;
   std::string m_displayName;
   std::string m_description;
@@ -315,8 +332,12 @@ private:
   std::vector<HBOImage *> m_images;
   std::vector<HBOComponentMode *> m_modes;
   std::map<std::string, HBOBusIf *> m_interfaces;
-  std::map<std::string, HBOPinProps *> m_pins;
-  std::array<HBOPinProps *, s_pinSlots> m_pinSlots;
+  PinMap m_pins;
+  // Index look-ups: a slot per index below s_pinSlots, grown as far as the
+  // indexes entered need, and the other indexes sorted, each with the pin
+  // entered under it.
+  std::vector<HBOPinProps *> m_pinSlots;
+  std::vector<std::pair<int, HBOPinProps *>> m_otherPinIndexes;
   std::map<std::string, std::string> m_jtagPositions;
   std::map<int, HBOBoardCompMuxPosition *> m_muxPositions;
   std::vector<HBOBoardComponentDriver *> m_drivers;

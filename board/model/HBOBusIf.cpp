@@ -10,8 +10,7 @@
 #include <iostream>
 
 HBOBusIf::~HBOBusIf() {
-  zeb::tcltasks::native_cache<HBOBusIf *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBusIf *>::remove(this);
+  zeb::forgetScriptHandles(this);
   HBOCommon::deleteDistinct(m_parameters);
   HBOCommon::deleteDistinct(m_portMaps);
   // The single preference pointer is one of these, or not ours.

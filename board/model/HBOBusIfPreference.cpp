@@ -6,8 +6,7 @@
 #include <iostream>
 
 HBOBusIfPreference::~HBOBusIfPreference() {
-  zeb::tcltasks::native_cache<HBOBusIfPreference *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOBusIfPreference *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }
 
 bool HBOBusIfPreference::setMajorGroup(const std::string &group) {

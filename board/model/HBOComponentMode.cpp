@@ -7,8 +7,7 @@
 #include <iostream>
 
 HBOComponentMode::~HBOComponentMode() {
-  zeb::tcltasks::native_cache<HBOComponentMode *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOComponentMode *>::remove(this);
+  zeb::forgetScriptHandles(this);
   HBOCommon::deleteDistinct(m_preferredIps);
 }
 

@@ -9,6 +9,5 @@ HBOImage::HBOImage(std::string name, std::string displayName, std::string descri
       m_subType(std::move(subType)) {}
 
 HBOImage::~HBOImage() {
-  zeb::tcltasks::native_cache<HBOImage *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOImage *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }

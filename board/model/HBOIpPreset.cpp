@@ -8,6 +8,7 @@
 #include <boost/filesystem.hpp>
 
 #include <iostream>
+#include <mutex>
 
 namespace {
 
@@ -38,15 +39,34 @@ std::string resolveCsv(const std::string &value, const HBOBoard *owner) {
 } // namespace
 
 HBOIpPreset::~HBOIpPreset() {
-  zeb::tcltasks::native_cache<HBOIpPreset *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOIpPreset *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }
 
 bool HBOIpPreset::isPreset() const { return HBOCommon::iEquals(m_kind, "preset"); }
 
 bool HBOIpPreset::isAssocIntf() const { return HBOCommon::iEquals(m_kind, "assoc_intf"); }
 
+void HBOIpPreset::settleParams_() const {
+  if (m_paramsSettled.load(std::memory_order_acquire))
+    return;
+  // Loaded boards may be read from several threads; the sort happens once
+  // per preset, so one lock for all of them is enough.
+  static std::mutex mutex;
+  std::lock_guard<std::mutex> lock(mutex);
+  if (m_paramsSettled.load(std::memory_order_relaxed))
+    return;
+  m_params.sortKeepLast();
+  m_params.shrink_to_fit();
+  m_paramsSettled.store(true, std::memory_order_release);
+}
+
+const HBOIpPreset::ParamMap &HBOIpPreset::getParamList() const {
+  settleParams_();
+  return m_params;
+}
+
 bool HBOIpPreset::getParamValue(const std::string &name, std::string &value) const {
+  settleParams_();
   auto it = m_params.find(name);
   if (it == m_params.end())
     return false;
@@ -57,7 +77,11 @@ bool HBOIpPreset::getParamValue(const std::string &name, std::string &value) con
 bool HBOIpPreset::setParam(const std::string &name, const std::string &value) {
   if (name.empty())
     return false;
-  m_params[name] = endsWithCsv(value) ? resolveCsv(value, m_owner) : value;
+  std::string stored = endsWithCsv(value) ? resolveCsv(value, m_owner) : value;
+  const bool inOrder = m_params.empty() || m_params.rbegin()->first < name;
+  m_params.appendUnsorted(name, std::move(stored));
+  if (!inOrder)
+    m_paramsSettled.store(false, std::memory_order_release);
   return true;
 }
 

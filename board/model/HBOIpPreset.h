@@ -4,13 +4,17 @@
 #ifndef BOARDLIB_HBOIPPRESET_H
 #define BOARDLIB_HBOIPPRESET_H
 
-#include <map>
+#include "HSTFlatMap.h"
+
+#include <atomic>
 #include <string>
 
 class HBOBoard;
 
 class HBOIpPreset {
 public:
+  using ParamMap = HSTFlatMap<std::string, std::string>;
+
   HBOIpPreset() = default;
   /// Drops the object from the script caches.
   ~HBOIpPreset();
@@ -39,7 +43,8 @@ public:
   bool isPreset() const;
   bool isAssocIntf() const;
 
-  const std::map<std::string, std::string> &getParamList() const { return m_params; }
+  /// In name order.
+  const ParamMap &getParamList() const;
   /// False, \p value untouched, when \p name is not there.
   bool getParamValue(const std::string &name, std::string &value) const;
   /// Stores \p value under \p name; a bare file name ending in ".csv" is
@@ -64,7 +69,14 @@ private:
   std::string m_ipInterface;
   std::string m_presetName;
   std::string m_kind = "preset";
-  std::map<std::string, std::string> m_params;
+  /// Sorts the parameters that came out of order, once, before a read.
+  void settleParams_() const;
+
+  // A preset has hundreds of parameters, read in file order: they are
+  // appended and sorted at the first read, keeping the last value of a
+  // repeated name, as a map that each one overwrote would.
+  mutable ParamMap m_params;
+  mutable std::atomic<bool> m_paramsSettled{true};
   std::string m_valueType;
   HBOBoard *m_owner = nullptr;
 };

@@ -6,8 +6,7 @@
 #include <iostream>
 
 HBOJumper::~HBOJumper() {
-  zeb::tcltasks::native_cache<HBOJumper *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOJumper *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }
 
 void HBOJumper::setValue(bool value, bool save) {

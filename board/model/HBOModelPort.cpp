@@ -10,8 +10,7 @@
 #include <iostream>
 
 HBOModelPort::~HBOModelPort() {
-  zeb::tcltasks::native_cache<HBOModelPort *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOModelPort *>::remove(this);
+  zeb::forgetScriptHandles(this);
   HBOCommon::deleteDistinct(m_pinRecords);
 }
 

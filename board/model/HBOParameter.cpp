@@ -11,8 +11,7 @@ HBOParameter::HBOParameter(std::string name, std::string value, std::string valu
       m_readOnly(std::move(readOnly)) {}
 
 HBOParameter::~HBOParameter() {
-  zeb::tcltasks::native_cache<HBOParameter *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOParameter *>::remove(this);
+  zeb::forgetScriptHandles(this);
 }
 
 void HBOParameter::getSupportedValues(std::vector<std::string> &out) const {

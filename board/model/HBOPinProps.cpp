@@ -1,6 +1,7 @@
 #include "HBOPinProps.h"
 
 #include "HBOCommon.h"
+#include "HSTIntern.h"
 #include "NativeCache.h"
 
 #include <algorithm>
@@ -89,6 +90,48 @@ bool hasUpper(const std::string &text) {
   return false;
 }
 
+// The id of a known (lower-case) property name, found by its length and
+// first letter rather than by comparing with all sixteen: readers set every
+// known property of every pin.
+bool knownPropId(const std::string &name, PropId &id) {
+  auto is = [&name, &id](PropId candidate, const char *text) {
+    if (name.compare(text) != 0)
+      return false;
+    id = candidate;
+    return true;
+  };
+  switch (name.size()) {
+  case 3:
+    return name[0] == 'o' ? is(Odt, "odt") : is(Voh, "voh");
+  case 4:
+    return name[0] == 's' && is(Slew, "slew");
+  case 5:
+    return name[0] == 'd' && is(Drive, "drive");
+  case 8:
+    return name[0] == 'd' && is(DqsBias, "dqs_bias");
+  case 9:
+    return name[0] == 'd' ? is(DiffTerm, "diff_term") : is(PullType, "pull_type");
+  case 10:
+    return name[0] == 'i' && is(IoStandard, "iostandard");
+  case 12:
+    if (name[0] == 'e')
+      return is(Equalization, "equalization");
+    if (name[0] == 'i')
+      return is(IbufLowPwr, "ibuf_low_pwr");
+    return is(PreEmphasis, "pre_emphasis");
+  case 13:
+    if (name[0] == 'd')
+      return is(DiffTermAdv, "diff_term_adv");
+    return name[5] == 'i' ? is(PcbMinDelay, "pcb_min_delay") : is(PcbMaxDelay, "pcb_max_delay");
+  case 16:
+    return name[0] == 'o' && is(OutputImpedance, "output_impedance");
+  case 17:
+    return name[0] == 'l' && is(LvdsPreEmphasis, "lvds_pre_emphasis");
+  default:
+    return false;
+  }
+}
+
 // The id of \p name, lower-cased first. With \p create an unknown name gets
 // a new id; without, an unknown name is simply absent.
 bool lookupPropId(const std::string &name, PropId &id, bool create) {
@@ -98,13 +141,8 @@ bool lookupPropId(const std::string &name, PropId &id, bool create) {
     lowered = HBOCommon::toLowerCopy(name);
     key = &lowered;
   }
-  const std::vector<std::string> &known = HBOPinProps::getPortPropNames();
-  for (PropId i = 0; i < KnownCount; ++i) {
-    if (known[i] == *key) {
-      id = i;
-      return true;
-    }
-  }
+  if (knownPropId(*key, id))
+    return true;
   if (create) {
     id = PropNameTable::instance().intern(*key);
     return true;
@@ -120,9 +158,14 @@ std::string propName(PropId id) {
 
 } // namespace
 
+HBOPinProps::HBOPinProps()
+    : m_internalVref(&HSTIntern::empty()), m_gtLoc(&HSTIntern::empty()) {}
+
 HBOPinProps::~HBOPinProps() {
-  zeb::tcltasks::native_cache<HBOPinProps *>::remove(this);
-  zeb::pyinfra::py_native_cache<HBOPinProps *>::remove(this);
+  zeb::forgetScriptHandles(this);
+  for (const PropValue &entry : m_propValues)
+    if (entry.owned)
+      delete entry.value;
 }
 
 const std::vector<std::string> &HBOPinProps::getPortPropNames() {
@@ -157,9 +200,15 @@ bool HBOPinProps::getPinLoc(std::string &out) const {
 }
 
 bool HBOPinProps::getPinInternalVref(std::string &out) const {
-  out = m_internalVref;
+  out = *m_internalVref;
   return true;
 }
+
+void HBOPinProps::setPinInternalVref(const std::string &vref) {
+  m_internalVref = &HSTIntern::get(vref);
+}
+
+void HBOPinProps::setGtLoc(const std::string &gtLoc) { m_gtLoc = &HSTIntern::get(gtLoc); }
 
 // ---- port properties, by id ----
 
@@ -174,7 +223,7 @@ const std::string *HBOPinProps::findValue_(PropId id) const {
                              [](const PropValue &v, PropId key) { return v.id < key; });
   if (it == m_propValues.end() || it->id != id)
     return nullptr;
-  return &it->value;
+  return it->value;
 }
 
 std::string &HBOPinProps::materialise_(PropId id) const {
@@ -182,9 +231,13 @@ std::string &HBOPinProps::materialise_(PropId id) const {
     m_propMask |= std::uint64_t(1) << id;
   auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
                              [](const PropValue &v, PropId key) { return v.id < key; });
-  if (it != m_propValues.end() && it->id == id)
-    return it->value;
-  return m_propValues.insert(it, PropValue{id, std::string()})->value;
+  if (it == m_propValues.end() || it->id != id)
+    it = m_propValues.insert(it, PropValue{id, false, &HSTIntern::empty()});
+  if (!it->owned) {
+    it->value = new std::string(*it->value);
+    it->owned = true;
+  }
+  return *const_cast<std::string *>(it->value);
 }
 
 void HBOPinProps::setById_(PropId id, const std::string &value) {
@@ -193,11 +246,32 @@ void HBOPinProps::setById_(PropId id, const std::string &value) {
     m_propMask |= std::uint64_t(1) << id;
     auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
                                [](const PropValue &v, PropId key) { return v.id < key; });
-    if (it != m_propValues.end() && it->id == id)
+    if (it != m_propValues.end() && it->id == id) {
+      if (it->owned)
+        delete it->value;
       m_propValues.erase(it);
+    }
     return;
   }
-  materialise_(id) = value;
+  auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
+                             [](const PropValue &v, PropId key) { return v.id < key; });
+  if (id < MaskBits)
+    m_propMask |= std::uint64_t(1) << id;
+  const std::string *pooled = &HSTIntern::get(value);
+  if (it != m_propValues.end() && it->id == id) {
+    if (it->owned)
+      delete it->value;
+    it->owned = false;
+    it->value = pooled;
+    return;
+  }
+  if (m_propValues.capacity() == m_propValues.size()) {
+    // Pins of a board carry a handful of values each; one allocation.
+    const std::size_t at = it - m_propValues.begin();
+    m_propValues.reserve(m_propValues.empty() ? 6 : 2 * m_propValues.size());
+    it = m_propValues.begin() + at;
+  }
+  m_propValues.insert(it, PropValue{id, false, pooled});
 }
 
 void HBOPinProps::getById_(PropId id, std::string &out) const {
@@ -247,7 +321,7 @@ HBOPinProps::StringMap HBOPinProps::getPortProps() const {
   }
   for (const PropValue &entry : m_propValues) {
     if (entry.id >= MaskBits)
-      result.emplace(propName(entry.id), entry.value);
+      result.emplace(propName(entry.id), *entry.value);
   }
   return result;
 }
@@ -287,24 +361,28 @@ void HBOPinProps::setPinSlew(const std::string &value) { setById_(Slew, value); 
 bool HBOPinProps::setIOBankProperty(const std::string &name, const std::string &value) {
   if (name.empty())
     return false;
-  auto it = std::lower_bound(
-      m_ioBankProps.begin(), m_ioBankProps.end(), name,
-      [](const std::pair<std::string, std::string> &e, const std::string &key) {
-        return e.first < key;
-      });
-  if (it != m_ioBankProps.end() && it->first == name)
-    it->second = value;
-  else
-    m_ioBankProps.emplace(it, name, value);
+  auto it = std::lower_bound(m_ioBankProps.begin(), m_ioBankProps.end(), name,
+                             [](const BankProp &e, const std::string &key) { return *e.first < key; });
+  const std::string *pooled = &HSTIntern::get(value);
+  if (it != m_ioBankProps.end() && *it->first == name) {
+    it->second = pooled;
+    return true;
+  }
+  if (m_ioBankProps.empty()) {
+    // Bank, VCCO and VREF on most pins: one allocation.
+    m_ioBankProps.reserve(3);
+    it = m_ioBankProps.begin();
+  }
+  m_ioBankProps.emplace(it, &HSTIntern::get(name), pooled);
   return true;
 }
 
 std::string HBOPinProps::getIOBankPropertyValue(const std::string &name) const {
   if (m_ioBankProps.empty() || name.empty())
     return std::string();
-  for (const auto &entry : m_ioBankProps) {
-    if (HBOCommon::iEquals(entry.first, name))
-      return entry.second;
+  for (const BankProp &entry : m_ioBankProps) {
+    if (HBOCommon::iEquals(*entry.first, name))
+      return *entry.second;
   }
   return std::string();
 }
@@ -315,7 +393,10 @@ bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
 }
 
 HBOPinProps::StringMap HBOPinProps::getIOBankProperties() const {
-  return StringMap(m_ioBankProps.begin(), m_ioBankProps.end());
+  StringMap result;
+  for (const BankProp &entry : m_ioBankProps)
+    result.emplace_hint(result.end(), *entry.first, *entry.second);
+  return result;
 }
 
 // ---- interfaces using the pin ----
@@ -355,16 +436,16 @@ void HBOPinProps::copyIOPropertiesFrom(const HBOPinProps &other) {
   if (!other.m_loc.empty())
     m_loc = other.m_loc;
   for (const PropValue &entry : other.m_propValues) {
-    if (!entry.value.empty())
-      setById_(entry.id, entry.value);
+    if (!entry.value->empty())
+      setById_(entry.id, *entry.value);
   }
-  if (!other.m_internalVref.empty())
+  if (!other.m_internalVref->empty())
     m_internalVref = other.m_internalVref;
-  if (!other.m_gtLoc.empty())
+  if (!other.m_gtLoc->empty())
     m_gtLoc = other.m_gtLoc;
-  for (const auto &entry : other.m_ioBankProps) {
-    if (!entry.second.empty())
-      setIOBankProperty(entry.first, entry.second);
+  for (const BankProp &entry : other.m_ioBankProps) {
+    if (!entry.second->empty())
+      setIOBankProperty(*entry.first, *entry.second);
   }
 }
 
@@ -402,7 +483,7 @@ void HBOPinProps::display(int indent) const {
       continue;
     std::cout << ", " << entry.first << ":" << entry.second;
   }
-  for (const auto &entry : m_ioBankProps)
-    std::cout << ", iobank." << entry.first << ":" << entry.second;
+  for (const BankProp &entry : m_ioBankProps)
+    std::cout << ", iobank." << *entry.first << ":" << *entry.second;
   std::cout << "\n";
 }

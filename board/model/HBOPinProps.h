@@ -21,7 +21,7 @@ class HBOPinProps {
 public:
   using StringMap = std::map<std::string, std::string>;
 
-  HBOPinProps() = default;
+  HBOPinProps();
   /// Drops the object from the script caches.
   ~HBOPinProps();
   HBOPinProps(const HBOPinProps &) = delete;
@@ -46,9 +46,9 @@ public:
   void setPinLoc(std::string loc) { m_loc = std::move(loc); }
   bool hasPinLoc() const { return !m_loc.empty(); }
   bool getPinInternalVref(std::string &out) const;
-  void setPinInternalVref(std::string vref) { m_internalVref = std::move(vref); }
-  const std::string &getGtLoc() const { return m_gtLoc; }
-  void setGtLoc(std::string gtLoc) { m_gtLoc = std::move(gtLoc); }
+  void setPinInternalVref(const std::string &vref);
+  const std::string &getGtLoc() const { return *m_gtLoc; }
+  void setGtLoc(const std::string &gtLoc);
 
   // Port properties. Names are lower-cased on the way in.
 
@@ -126,10 +126,16 @@ public:
 
 private:
   using PropId = std::uint32_t;
+  // A value is a pooled text, shared with every pin that has the same one,
+  // except after getPortProp handed out a reference to it: then the pin
+  // owns a string of its own that the caller may change.
   struct PropValue {
     PropId id;
-    std::string value;
+    bool owned;
+    const std::string *value;
   };
+  // Bank properties repeat on every pin of a bank: both sides are pooled.
+  using BankProp = std::pair<const std::string *, const std::string *>;
   using StringPairs = std::vector<std::pair<std::string, std::string>>;
 
   bool isPresent_(PropId id) const;
@@ -150,9 +156,9 @@ private:
   // they have an entry. Sorted by id.
   mutable std::uint64_t m_propMask = 0;
   mutable std::vector<PropValue> m_propValues;
-  std::string m_internalVref;
-  std::string m_gtLoc;
-  StringPairs m_ioBankProps; // sorted by name
+  const std::string *m_internalVref;
+  const std::string *m_gtLoc;
+  std::vector<BankProp> m_ioBankProps; // sorted by name
   std::vector<StringMap> m_partOf;
   StringPairs m_intfPortMap; // sorted by interface name
 };
