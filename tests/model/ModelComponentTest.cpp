@@ -159,7 +159,7 @@ TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
   EXPECT_EQ(component.findPin("a1"), nullptr);
 }
 
-TEST(ModelComponent, IndexesOutsideTheSlotsAreFoundByWalking) {
+TEST(ModelComponent, IndexesOutsideTheSlotsAnswerTheFirstPinInNameOrder) {
   HBOBoardComponent component;
   std::map<int, HBOPinProps *> pins{{400, makePin("P400", 400)}, {401, makePin("P401", 401)},
                                     {-1, makePin("SCALAR", -1)}, {0, nullptr},
@@ -169,6 +169,17 @@ TEST(ModelComponent, IndexesOutsideTheSlotsAreFoundByWalking) {
       component.addPin(entry.second);
   for (const auto &entry : pins)
     EXPECT_EQ(component.getPinByIndex(entry.first), entry.second) << entry.first;
+
+  // A repeated index answers the first pin in name order, whatever the
+  // order of entry; a replaced pin no longer answers.
+  HBOPinProps *z = makePin("Z500", 500);
+  component.addPin(z);
+  component.addPin(makePin("M500", 500));
+  component.addPin(makePin("M500", 500));
+  EXPECT_EQ(component.getPinByIndex(500)->getName(), "M500");
+  component.addPin(makePin("M500", 501));
+  EXPECT_EQ(component.getPinByIndex(500), z);
+  EXPECT_EQ(component.getPinByIndex(501), component.findPin("M500"));
 }
 
 TEST(ModelComponent, ConnectorPredicatesCompareExactly) {

@@ -1,0 +1,74 @@
+// The flat ordered map and the string pool behind the compact board model.
+#include "HSTFlatMap.h"
+#include "HSTIntern.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+using Map = HSTFlatMap<std::string, std::string>;
+
+TEST(HSTFlatMap, BehavesAsAnOrderedMap) {
+  Map map;
+  std::map<std::string, std::string> reference;
+  // Out of order, repeated keys, operator[] and emplace mixed.
+  const std::vector<std::pair<std::string, std::string>> steps{
+      {"m", "1"}, {"b", "2"}, {"z", "3"}, {"b", "4"}, {"a", "5"}, {"m", "6"}};
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    if (i % 2) {
+      map[steps[i].first] = steps[i].second;
+      reference[steps[i].first] = steps[i].second;
+    } else {
+      EXPECT_EQ(map.emplace(steps[i].first, steps[i].second).second,
+                reference.emplace(steps[i].first, steps[i].second).second);
+    }
+  }
+  EXPECT_EQ(reference, map);
+  EXPECT_EQ(map.lower_bound("c")->first, "m");
+  EXPECT_EQ(map.count("z"), 1u);
+  EXPECT_EQ(map.find("y"), map.end());
+  EXPECT_EQ(map.erase("b"), 1u);
+  EXPECT_EQ(map.erase("b"), 0u);
+  reference.erase("b");
+  EXPECT_EQ(reference, map);
+  EXPECT_THROW(map.at("b"), std::out_of_range);
+}
+
+TEST(HSTFlatMap, BulkFillKeepsTheLastOrTheFirstOfARepeatedKey) {
+  Map last, first;
+  for (Map *map : {&last, &first}) {
+    map->appendUnsorted("k", "1");
+    map->appendUnsorted("a", "x");
+    map->appendUnsorted("k", "2");
+    map->appendUnsorted("k", "3");
+  }
+  EXPECT_FALSE(last.isSettled());
+  last.sortKeepLast();
+  first.sortKeepFirst();
+  EXPECT_EQ((std::map<std::string, std::string>{{"a", "x"}, {"k", "3"}}), last);
+  EXPECT_EQ((std::map<std::string, std::string>{{"a", "x"}, {"k", "1"}}), first);
+  EXPECT_TRUE(last.isSettled());
+}
+
+TEST(HSTIntern, EqualTextsShareOneCopyAcrossThreads) {
+  const std::string &empty = HSTIntern::get("");
+  EXPECT_EQ(&empty, &HSTIntern::empty());
+  std::vector<const std::string *> seen(4);
+  std::vector<std::thread> threads;
+  for (std::size_t t = 0; t < seen.size(); ++t)
+    threads.emplace_back([&seen, t] {
+      for (int i = 0; i < 2000; ++i)
+        HSTIntern::get("value_" + std::to_string(i));
+      seen[t] = &HSTIntern::get(std::string("LVCMOS18"));
+    });
+  for (std::thread &thread : threads)
+    thread.join();
+  for (const std::string *text : seen) {
+    EXPECT_EQ(text, seen[0]);
+    EXPECT_EQ(*text, "LVCMOS18");
+  }
+  EXPECT_EQ(&HSTIntern::get("value_7"), &HSTIntern::get(std::string("value_") + "7"));
+}
