@@ -40,7 +40,8 @@ public:
       text += (text.empty() ? "[" : ", ") + (v.empty() ? "''" : v);
     field(name, text.empty() ? "[]" : text + "]");
   }
-  void map(const std::string &name, const std::map<std::string, std::string> &values) {
+  // Any ordered map of texts: std::map or the model's flat maps.
+  template <typename Map> void map(const std::string &name, const Map &values) {
     std::vector<std::string> entries;
     for (const auto &entry : values)
       entries.push_back(entry.first + "=" + entry.second);
