@@ -76,10 +76,10 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
     errorText = "Root XML element is NULL";
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("components"))
       continue;
-    for (HXMLWElement &element : section.getChildren()) {
+    for (HXMLWElement element : section.children()) {
       // The first bad component ends the board; what it queued stays queued.
       // An FPGA component becomes the board's part while it is read; when
       // it fails, by result or by exception, the board must not keep
@@ -110,11 +110,11 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
 
   const std::string boardDir =
       HUTFile::parentPath(m_ctx.board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
-  for (HXMLWElement &child : element->getChildren()) {
+  for (HXMLWElement child : element->children()) {
     if (child.isTag("description")) {
       component->setDescription(child.getText());
     } else if (child.isTag("additional_supported_parts")) {
-      for (HXMLWElement &part : child.getChildren()) {
+      for (HXMLWElement part : child.children()) {
         if (!part.isTagExactly("supported_part"))
           continue;
         std::string supported = HSTStringUtils::trim(part.getAttribute("part_name"));
@@ -124,7 +124,7 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
     } else if (child.isTag("drivers")) {
       readDrivers_(child, component);
     } else if (child.isTag("parameters")) {
-      for (HXMLWElement &p : child.getChildren())
+      for (HXMLWElement p : child.children())
         component->addParameter(new HBOParameter(
             p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
             p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
@@ -134,14 +134,14 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
       readMuxPositions_(child, component);
     } else if (child.isTag("param_table")) {
       // Accepted and walked; it has no effect on the component.
-      for (HXMLWElement &list : child.getChildren())
+      for (HXMLWElement list : child.children())
         if (list.isTagExactly("param_list"))
-          for (HXMLWElement &entry : list.getChildren())
+          for (HXMLWElement entry : list.children())
             (void)entry.getAttribute("name");
     } else if (child.isTag("pins")) {
       readPins_(child, component);
     } else if (child.isTag("compatible_connectors")) {
-      for (HXMLWElement &row : child.getChildren())
+      for (HXMLWElement row : child.children())
         component->addCompatibleConnector(row.getAttribute("board_vendor"),
                                           row.getAttribute("board_name"),
                                           row.getAttribute("board_version"),
@@ -217,7 +217,7 @@ void HBOComponentReader::readPinMapFile_(const std::string &pinMapFile,
 }
 
 void HBOComponentReader::readDrivers_(HXMLWElement &drivers, HBOBoardComponent *component) {
-  for (HXMLWElement &d : drivers.getChildren()) {
+  for (HXMLWElement d : drivers.children()) {
     std::unique_ptr<HBOBoardComponentDriver> driver(new HBOBoardComponentDriver());
     driver->setDriverPath(HUTFile::parentPath(m_ctx.board->getBoardFile()));
     driver->setName(d.getAttribute("name"));
@@ -227,11 +227,11 @@ void HBOComponentReader::readDrivers_(HXMLWElement &drivers, HBOBoardComponent *
     driver->setOs(splitCommas(d.getAttribute("os")));
     driver->setPlatform(splitCommas(d.getAttribute("platform")));
     driver->setProcessorArchitecture(splitCommas(d.getAttribute("processor_architecture")));
-    for (HXMLWElement &dc : d.getChildren()) {
+    for (HXMLWElement dc : d.children()) {
       if (dc.isTag("description")) {
         driver->setDescription(dc.getText());
       } else if (dc.isTag("driver_files")) {
-        for (HXMLWElement &f : dc.getChildren())
+        for (HXMLWElement f : dc.children())
           if (f.isTag("file"))
             driver->addFile(f.getText(), f.getAttribute("type"));
       }
@@ -243,12 +243,12 @@ void HBOComponentReader::readDrivers_(HXMLWElement &drivers, HBOBoardComponent *
 
 void HBOComponentReader::readImages_(HXMLWElement &images, const std::string &boardDir,
                                      HBOBoardComponent *component) {
-  for (HXMLWElement &img : images.getChildren()) {
+  for (HXMLWElement img : images.children()) {
     std::string resolution = img.getAttribute("resolution");
     if (resolution.empty())
       resolution = "high";
     std::string description;
-    for (HXMLWElement &d : img.getChildren())
+    for (HXMLWElement d : img.children())
       if (d.isTag("description"))
         description = d.getText();
     HBOImage *image = new HBOImage();
@@ -263,17 +263,16 @@ void HBOComponentReader::readImages_(HXMLWElement &images, const std::string &bo
 
 void HBOComponentReader::readMuxPositions_(HXMLWElement &positionsElement,
                                            HBOBoardComponent *component) {
-  std::vector<HXMLWElement> positions = positionsElement.getChildren();
-  for (std::size_t i = 0; i < positions.size(); ++i) {
-    HXMLWElement &pos = positions[i];
+  int position = 0;
+  for (HXMLWElement pos : positionsElement.children()) {
     std::string target = pos.getAttribute("component");
     std::string id = pos.getAttribute("id");
-    int number =
-        id.empty() ? static_cast<int>(i) : m_ctx.convert2NonNegativeInteger(id, "position id");
+    int number = id.empty() ? position : m_ctx.convert2NonNegativeInteger(id, "position id");
+    ++position;
     HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
     record->setPosition(number);
     record->setComponent(target);
-    for (HXMLWElement &a : pos.getChildren()) {
+    for (HXMLWElement a : pos.children()) {
       if (!a.isTag("address"))
         continue;
       std::string low = a.getAttribute("low"), high = a.getAttribute("high");
@@ -284,7 +283,8 @@ void HBOComponentReader::readMuxPositions_(HXMLWElement &positionsElement,
 }
 
 void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *component) {
-  for (HXMLWElement &p : pins.getChildren()) {
+  std::string value;
+  for (HXMLWElement p : pins.children()) {
     std::string pinName = p.getAttribute("name");
     int index = m_ctx.convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
     if (HBOPinProps *existing = component->getPinByIndex(index)) {
@@ -297,14 +297,16 @@ void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *compon
     pin->setPinIndex(index);
     pin->setPinLoc(p.getAttribute("loc"));
     for (const std::string &prop : HBOPinProps::getPortPropNames())
-      if (!m_ctx.portPropsToSkip.count(prop))
-        pin->setPortProp(prop, p.getAttribute(prop));
+      if (!m_ctx.portPropsToSkip.count(prop)) {
+        value.assign(p.getAttributeView(prop.c_str()));
+        pin->setPortProp(prop, value);
+      }
     component->addPin(pin);
   }
 }
 
 void HBOComponentReader::readComponentModes_(HXMLWElement &modes, HBOBoardComponent *component) {
-  for (HXMLWElement &m : modes.getChildren()) {
+  for (HXMLWElement m : modes.children()) {
     HBOComponentMode *mode = new HBOComponentMode();
     mode->setOwnerComponent(component);
     // A mode whose reading stopped early is kept as far as it got.
@@ -320,7 +322,7 @@ void HBOComponentReader::readComponentModes_(HXMLWElement &modes, HBOBoardCompon
 
 bool HBOComponentReader::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {
   std::set<std::string> namesSeen, mastersSeen;
-  for (HXMLWElement &child : element.getChildren()) {
+  for (HXMLWElement child : element.children()) {
     std::unique_ptr<HBOBusIf> intf(new HBOBusIf());
     intf->setOwnerComponent(component);
     bool read = m_interfaces.readInterfacesDetails(&child, intf.get());

@@ -13,12 +13,14 @@
 #include "HSTStringUtils.h"
 #include "HXMLWElement.h"
 
-#include <boost/lexical_cast.hpp>
+#include <boost/lexical_cast/bad_lexical_cast.hpp>
 
 #include <cassert>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <typeinfo>
 #include <vector>
 
 namespace {
@@ -27,11 +29,21 @@ namespace {
 // of 2000000000 would otherwise make that many pins and nets.
 const long long kMaxBusWidth = 16384;
 
-// An absent or empty delay is 0; text that is no number raises
-// boost::bad_lexical_cast, which fails the read.
+// Text that is no number raises the error of a failed lexical_cast, as the
+// reader always has: it fails the read, and its text is in the message.
+[[noreturn]] void raiseNotANumber(const std::type_info &target) {
+  throw boost::bad_lexical_cast(typeid(std::string), target);
+}
+
+// An absent or empty delay is 0.
 float readDelay(const HXMLWElement &element, const char *attribute) {
-  std::string text = element.getAttribute(attribute);
-  return text.empty() ? 0.0f : boost::lexical_cast<float>(text);
+  std::string_view text = element.getAttributeView(attribute);
+  if (text.empty())
+    return 0.0f;
+  float value = 0.0f;
+  if (!HBOParseContext::parseFloat(text, value))
+    raiseNotANumber(typeid(float));
+  return value;
 }
 
 // The FPGA pin takes the I/O standard of the chip or connector pin it is
@@ -53,10 +65,10 @@ void carryIOStandard(const HBOBoardComponent *comp1, HBOPinProps *pin1,
 // "{j1 0} {j2 1}" from the children of a jumpers element; "{}" without any.
 std::string enablementText(const HXMLWElement &jumpers) {
   std::string text = "{";
-  for (HXMLWElement &jumper : jumpers.getChildren()) {
+  for (HXMLWElement jumper : jumpers.children()) {
     if (text.size() > 1)
       text += "} {";
-    text += jumper.getAttribute("name");
+    text += jumper.getAttributeView("name");
     text += ' ';
     text += jumper.getText();
   }
@@ -71,12 +83,12 @@ bool HBOConnectionReader::readConnections(HXMLWElement *root, std::string &error
     error = "Root XML element is NULL";
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("connections"))
       continue;
     // The first connection that fails ends the reading: what follows it is
     // not looked at.
-    for (HXMLWElement &connection : section.getChildren())
+    for (HXMLWElement connection : section.children())
       if (!readConnectionDetails(&connection))
         return false;
   }
@@ -90,12 +102,9 @@ bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
   const std::string comp1 = HSTStringUtils::toLower(connection->getAttribute("component1"));
   const std::string comp2 = HSTStringUtils::toLower(connection->getAttribute("component2"));
 
-  for (HXMLWElement &child : connection->getChildren()) {
+  for (HXMLWElement child : connection->children()) {
     if (child.isTag("pin")) {
       // Accepted for older files; nothing on the board comes of it.
-      (void)child.getAttribute("index");
-      (void)child.getAttribute("delay");
-      (void)child.getAttribute("iostandard");
       continue;
     }
     if (!child.isTag("connection_map"))
@@ -118,13 +127,12 @@ std::unique_ptr<HBOBoardBus>
 HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &connectionName,
                                         const std::string &comp1, const std::string &comp2) {
   const std::string mapName = map.getAttribute("name");
-  std::string c1Start, c1End, c2Start, c2End;
-  bool c1StartSet = map.getAttribute("c1_st_index", c1Start);
-  bool c1EndSet = map.getAttribute("c1_end_index", c1End);
-  bool c2StartSet = map.getAttribute("c2_st_index", c2Start);
-  bool c2EndSet = map.getAttribute("c2_end_index", c2End);
+  const char *c1Start = map.findAttribute("c1_st_index");
+  const char *c1End = map.findAttribute("c1_end_index");
+  const char *c2Start = map.findAttribute("c2_st_index");
+  const char *c2End = map.findAttribute("c2_end_index");
   // Told, and the map is still read with 0 in place of what is missing.
-  if (!c1StartSet || !c1EndSet || !c2StartSet || !c2EndSet)
+  if (!c1Start || !c1End || !c2Start || !c2End)
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
 
   const float typicalDelay = readDelay(map, "typical_delay");
@@ -135,14 +143,10 @@ HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &co
   bus->setConnectionName(connectionName);
   bus->setComp1(comp1);
   bus->setComp2(comp2);
-  const int c1From = m_ctx.convert2NonNegativeInteger(c1StartSet ? c1Start.c_str() : nullptr,
-                                                      "connection_map c1_st_index");
-  const int c1To = m_ctx.convert2NonNegativeInteger(c1EndSet ? c1End.c_str() : nullptr,
-                                                    "connection_map c1_end_index");
-  const int c2From = m_ctx.convert2NonNegativeInteger(c2StartSet ? c2Start.c_str() : nullptr,
-                                                      "connection_map c2_st_index");
-  const int c2To = m_ctx.convert2NonNegativeInteger(c2EndSet ? c2End.c_str() : nullptr,
-                                                    "connection_map c2_end_index");
+  const int c1From = m_ctx.convert2NonNegativeInteger(c1Start, "connection_map c1_st_index");
+  const int c1To = m_ctx.convert2NonNegativeInteger(c1End, "connection_map c1_end_index");
+  const int c2From = m_ctx.convert2NonNegativeInteger(c2Start, "connection_map c2_st_index");
+  const int c2To = m_ctx.convert2NonNegativeInteger(c2End, "connection_map c2_end_index");
   bus->setName(mapName);
   bus->setDelay(typicalDelay);
   bus->setMinDelay(minDelay);
@@ -198,9 +202,9 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
 }
 
 void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
-  for (HXMLWElement &part : map.getChildren()) {
+  for (HXMLWElement part : map.children()) {
     if (part.isTag("enablement_dependencies")) {
-      for (HXMLWElement &jumpers : part.getChildren()) {
+      for (HXMLWElement jumpers : part.children()) {
         if (!jumpers.isTag("jumpers"))
           continue;
         const std::string text = enablementText(jumpers);
@@ -210,9 +214,11 @@ void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
       }
     } else if (part.isTag("nets")) {
       const std::vector<HBOBoardBusNet *> &nets = bus.getBoardBusNets();
-      for (HXMLWElement &netElement : part.getChildren()) {
+      for (HXMLWElement netElement : part.children()) {
         // The index counts from the start of the range on component 1.
-        const int index = boost::lexical_cast<int>(netElement.getAttribute("index"));
+        int index = 0;
+        if (!HBOParseContext::parseInt(netElement.getAttributeView("index"), index))
+          raiseNotANumber(typeid(int));
         const float typical = readDelay(netElement, "typical_delay");
         const float max = readDelay(netElement, "max_delay");
         const float min = readDelay(netElement, "min_delay");

@@ -61,7 +61,7 @@ bool HBODataPropsReader::readDataProperties(HXMLWElement *root, std::string &err
     return false;
   }
   DataMap data;
-  for (HXMLWElement &child : root->getChildren()) {
+  for (HXMLWElement child : root->children()) {
     if (!child.isTag("data_properties"))
       continue;
     // Only a tree nested beyond the bound stops the walk; its finding is
@@ -92,16 +92,15 @@ bool HBODataPropsReader::readDataPropGroupsAndProps(HXMLWElement *element, DataM
   // so that, as in document order, a later entry of one name replaces an
   // earlier one.
   struct Frame {
-    std::vector<HXMLWElement> children;
-    std::size_t next = 0;
+    HXMLWElement::ChildRange::iterator next;
     std::string name;
     DataMap data;
   };
   std::vector<Frame> stack;
-  stack.push_back(Frame{element->getChildren(), 0, std::string(), DataMap()});
+  stack.push_back(Frame{element->children().begin(), std::string(), DataMap()});
   while (true) {
     Frame &frame = stack.back();
-    if (frame.next == frame.children.size()) {
+    if (frame.next == HXMLWElement::ChildRange::iterator()) {
       if (stack.size() == 1)
         break;
       Frame done = std::move(frame);
@@ -109,7 +108,7 @@ bool HBODataPropsReader::readDataPropGroupsAndProps(HXMLWElement *element, DataM
       stack.back().data[done.name] = std::move(done.data);
       continue;
     }
-    HXMLWElement &child = frame.children[frame.next++];
+    HXMLWElement child = *frame.next++;
     if (child.isTag("data_property")) {
       if (!readDataProp(&child, frame.data))
         return false;
@@ -125,7 +124,7 @@ bool HBODataPropsReader::readDataPropGroupsAndProps(HXMLWElement *element, DataM
       return false;
     }
     // frame is not used below: the push may move it.
-    stack.push_back(Frame{child.getChildren(), 0, child.getAttribute("name"), DataMap()});
+    stack.push_back(Frame{child.children().begin(), child.getAttribute("name"), DataMap()});
   }
   for (auto &entry : stack.front().data)
     out[entry.first] = std::move(entry.second);

@@ -45,15 +45,14 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
   const std::string &boardFile = m_ctx.board->getBoardFile();
   const std::string boardDir = HUTFile::parentPath(boardFile) + HBOBoardUtils::getDirSeparator();
   std::string version, description, boardImage;
-  for (HXMLWElement &child : root->getChildren()) {
+  for (HXMLWElement child : root->children()) {
     if (child.isTag("compatible_board_revisions")) {
-      std::vector<HXMLWElement> entries = child.getChildren();
       std::map<int, std::string> revisions;
-      for (HXMLWElement &entry : entries)
+      for (HXMLWElement entry : child.children())
         revisions[m_ctx.convert2NonNegativeInteger(entry.getAttribute("id"), "revision id")] =
             entry.getText();
       m_ctx.board->setCompatibleBoardRevisions(revisions);
-      if (entries.empty())
+      if (child.children().empty())
         m_ctx.queueMsg(false, ComMsg::Warning, "@49-97@%s", boardFile);
     } else if (child.isTag("images")) {
       readBoardImages_(child, boardDir, boardImage);
@@ -85,7 +84,7 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
 
 void HBOHeaderReader::readBoardImages_(HXMLWElement &images, const std::string &boardDir,
                                        std::string &boardImage) {
-  for (HXMLWElement &img : images.getChildren()) {
+  for (HXMLWElement img : images.children()) {
     std::string imgName = img.getAttribute("name");
     std::string imgDisplay = img.getAttribute("display_name");
     std::string subType = img.getAttribute("sub_type");
@@ -93,7 +92,7 @@ void HBOHeaderReader::readBoardImages_(HXMLWElement &images, const std::string &
     if (resolution.empty())
       resolution = "high";
     std::string imgDescription;
-    for (HXMLWElement &d : img.getChildren())
+    for (HXMLWElement d : img.children())
       if (d.isTag("description"))
         imgDescription = d.getText();
     HBOImage *image = new HBOImage();
@@ -113,10 +112,10 @@ bool HBOHeaderReader::readBoardParameters(HXMLWElement *root, std::string &error
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("parameters"))
       continue;
-    for (HXMLWElement &p : section.getChildren())
+    for (HXMLWElement p : section.children())
       m_ctx.board->addParameter(new HBOParameter(
           p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
           p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
@@ -130,13 +129,13 @@ bool HBOHeaderReader::readParamTable(HXMLWElement *root, std::string &error) {
     return false;
   }
   // Accepted and walked; a parameter table has no effect on the board.
-  for (HXMLWElement &table : root->getChildren()) {
+  for (HXMLWElement table : root->children()) {
     if (!table.isTag("param_table"))
       continue;
     std::string tableName = table.getAttribute("name");
-    for (HXMLWElement &list : table.getChildren()) {
+    for (HXMLWElement list : table.children()) {
       std::string listName = list.getAttribute("name");
-      for (HXMLWElement &entry : list.getChildren()) {
+      for (HXMLWElement entry : list.children()) {
         std::string entryName = entry.getAttribute("name");
         std::string component = entry.getAttribute("component");
         (void)entryName;
@@ -154,15 +153,15 @@ bool HBOHeaderReader::readBoardJumpers(HXMLWElement *root, std::string &error) {
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("jumpers"))
       continue;
-    for (HXMLWElement &j : section.getChildren()) {
+    for (HXMLWElement j : section.children()) {
       std::string name = j.getAttribute("name");
       bool defaultValue = HSTStringUtils::iequals(j.getAttribute("default_value"), "true");
       // A jumper comes into being at its description: one without is not
       // entered, one with two is entered twice.
-      for (HXMLWElement &d : j.getChildren()) {
+      for (HXMLWElement d : j.children()) {
         if (!d.isTag("description"))
           continue;
         HBOJumper *jumper = new HBOJumper();
@@ -182,13 +181,13 @@ bool HBOHeaderReader::readJtagChains(HXMLWElement *root, std::string &error) {
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("jtag_chains"))
       continue;
-    for (HXMLWElement &chain : section.getChildren()) {
+    for (HXMLWElement chain : section.children()) {
       std::string chainName = chain.getAttribute("name");
       m_ctx.board->addJtagChain(chainName);
-      for (HXMLWElement &pos : chain.getChildren()) {
+      for (HXMLWElement pos : chain.children()) {
         HBOBoardComponent *component =
             m_ctx.board->findBoardComponent(pos.getAttribute("component"));
         if (!component)
@@ -207,15 +206,15 @@ bool HBOHeaderReader::readConnectedBoards(HXMLWElement *root, std::string &error
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("connected_boards"))
       continue;
-    for (HXMLWElement &group : section.getChildren()) {
+    for (HXMLWElement group : section.children()) {
       if (group.isTag("base_boards")) {
-        for (HXMLWElement &b : group.getChildren())
+        for (HXMLWElement b : group.children())
           m_ctx.board->addConnectedBoard(b.getAttribute("alias_name"), b.getAttribute("id"));
       } else if (group.isTag("connectors")) {
-        for (HXMLWElement &c : group.getChildren())
+        for (HXMLWElement c : group.children())
           m_ctx.board->addConnectedComponents(
               c.getAttribute("board1"), c.getAttribute("board1_connector"),
               c.getAttribute("board2"), c.getAttribute("board2_connector"));

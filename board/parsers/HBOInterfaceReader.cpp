@@ -20,14 +20,10 @@
 #include <cassert>
 #include <map>
 #include <memory>
+#include <string_view>
+#include <unordered_map>
 
 namespace {
-
-// The attribute's value for the lenient-or-strict number conversion: null
-// when the attribute is absent, so that absence reads as 0.
-const char *attributeOrNull(const HXMLWElement &element, const char *name, std::string &store) {
-  return element.getAttribute(name, store) ? store.c_str() : nullptr;
-}
 
 bool isTrueText(const std::string &text) { return HSTStringUtils::iequals(text, "true"); }
 
@@ -67,13 +63,13 @@ std::unique_ptr<HBOBusIfPreference> makePreference(const PreferredIpAttributes &
 
 // Jumpers first, then parameters, whatever their order in the file.
 void readEnablementDependencies(HXMLWElement &deps, HBOBusIf *interface) {
-  for (HXMLWElement &group : deps.getChildren())
+  for (HXMLWElement group : deps.children())
     if (group.isTag("jumpers"))
-      for (HXMLWElement &j : group.getChildren())
+      for (HXMLWElement j : group.children())
         interface->addJumper(j.getAttribute("name"), isTrueText(j.getText()));
-  for (HXMLWElement &group : deps.getChildren())
+  for (HXMLWElement group : deps.children())
     if (group.isTag("parameters"))
-      for (HXMLWElement &p : group.getChildren())
+      for (HXMLWElement p : group.children())
         interface->addParam(p.getAttribute("name"), isTrueText(p.getText()));
 }
 
@@ -113,9 +109,9 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   }
 
   HBOParsedInterface parsed;
-  for (HXMLWElement &child : element->getChildren()) {
+  for (HXMLWElement child : element->children()) {
     if (child.isTag("parameters")) {
-      for (HXMLWElement &p : child.getChildren())
+      for (HXMLWElement p : child.children())
         interface->addParameter(new HBOParameter(
             p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
             p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
@@ -160,14 +156,13 @@ void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string 
 
 bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interface,
                                            const std::string &type, const std::string &presetProc) {
-  for (HXMLWElement &entry : list.getChildren()) {
+  for (HXMLWElement entry : list.children()) {
     PreferredIpAttributes ip(entry);
     if (m_ctx.parsed)
       m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
                                             ip.version);
     std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
-    std::string orderStore;
-    int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+    int order = m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"),
                                                  "preferred_ip order");
     if (ip.hasOrder)
       record->setOrder(order);
@@ -189,7 +184,7 @@ bool HBOInterfaceReader::readPortMaps_(HXMLWElement &list, HBOBusIf *interface,
                                        const std::string &name, const std::string &ofComponent,
                                        HBOParsedInterface &parsed) {
   HBOBoardComponent *component = interface->getOwnerComponent();
-  for (HXMLWElement &entry : list.getChildren()) {
+  for (HXMLWElement entry : list.children()) {
     std::unique_ptr<HBOModelPort> port(new HBOModelPort());
     std::unique_ptr<HBOPortMap> map(new HBOPortMap());
     port->setOwner(interface);
@@ -220,9 +215,10 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   const std::string logicalPort = element->getAttribute("logical_port");
   const std::string physicalPort = element->getAttribute("physical_port");
   const std::string dir = element->getAttribute("dir");
-  std::string leftText, rightText;
-  const bool hasLeft = element->getAttribute("left", leftText);
-  const bool hasRight = element->getAttribute("right", rightText);
+  const char *leftText = element->findAttribute("left");
+  const char *rightText = element->findAttribute("right");
+  const bool hasLeft = leftText != nullptr;
+  const bool hasRight = rightText != nullptr;
 
   port->setName(physicalPort);
   port->setDirection(dir);
@@ -233,9 +229,9 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   int left = 0, right = 0;
   if (hasLeft || hasRight) {
     if (hasLeft)
-      left = m_ctx.convert2NonNegativeInteger(leftText.c_str(), "port map left");
+      left = m_ctx.convert2NonNegativeInteger(leftText, "port map left");
     if (hasRight)
-      right = m_ctx.convert2NonNegativeInteger(rightText.c_str(), "port map right");
+      right = m_ctx.convert2NonNegativeInteger(rightText, "port map right");
     port->setIsVector(true);
     port->setRange(left, right);
   } else {
@@ -247,27 +243,36 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   const std::string interfaceName = interface ? interface->getName() : std::string();
   const std::string componentName = component ? component->getComponentName() : std::string();
 
-  for (HXMLWElement &child : element->getChildren()) {
+  std::unordered_map<std::string_view, std::string_view> pinOfIndex;
+  std::string index, pinName;
+  for (HXMLWElement child : element->children()) {
     if (!child.isTag("pin_maps"))
       continue;
-    std::vector<HXMLWElement> pinMaps = child.getChildren();
+    long long count = 0;
+    for (HXMLWElement pinMap : child.children()) {
+      (void)pinMap;
+      ++count;
+    }
     int width = 0;
     port->getPortWidth(width);
-    if (static_cast<long long>(pinMaps.size()) != width)
+    if (count != width)
       m_ctx.queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
 
-    std::map<std::string, std::string> pinOfIndex;
-    for (HXMLWElement &pinMap : pinMaps) {
-      const std::string index = pinMap.getAttribute("port_index");
-      const std::string pinName = pinMap.getAttribute("component_pin");
-      auto known = pinOfIndex.find(index);
+    // Views into the document; the strings are reused from one pin to the next.
+    pinOfIndex.clear();
+    for (HXMLWElement pinMap : child.children()) {
+      const std::string_view indexText = pinMap.getAttributeView("port_index");
+      const std::string_view pinText = pinMap.getAttributeView("component_pin");
+      index.assign(indexText);
+      pinName.assign(pinText);
+      auto known = pinOfIndex.find(indexText);
       if (known == pinOfIndex.end())
-        pinOfIndex.emplace(index, pinName);
+        pinOfIndex.emplace(indexText, pinText);
       else if (m_ctx.strictChecks)
         m_ctx.queueFinding("In the pin_maps for the logical_port '" + logicalPort +
                            "' and physical port '" + physicalPort + "' the port index '" + index +
-                           "' is used for both '" + known->second + "' and for '" + pinName +
-                           "'. Port index must be unique.");
+                           "' is used for both '" + std::string(known->second) + "' and for '" +
+                           pinName + "'. Port index must be unique.");
 
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
       if (pin)
@@ -308,29 +313,28 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
   mode->setDisplayName(displayName);
   mode->setPresetProcName(presetProc);
 
-  for (HXMLWElement &child : element->getChildren()) {
+  for (HXMLWElement child : element->children()) {
     if (child.isTag("description")) {
       mode->setDescription(child.getText());
     } else if (child.isTagExactly("interfaces")) {
-      std::vector<HXMLWElement> entries = child.getChildren();
-      for (std::size_t i = 0; i < entries.size(); ++i) {
-        const HXMLWElement &entry = entries[i];
-        const std::string order = entry.getAttribute("order");
+      int position = 0;
+      for (HXMLWElement entry : child.children()) {
+        const char *order = entry.findAttribute("order");
         // Names are checked against the board's interfaces after the read.
-        int number = order.empty()
-                         ? static_cast<int>(i)
-                         : m_ctx.convert2NonNegativeInteger(order.c_str(), "interface order");
+        int number = !order || !*order
+                         ? position
+                         : m_ctx.convert2NonNegativeInteger(order, "interface order");
         mode->addInterface(number, std::make_pair(entry.getAttribute("name"),
                                                   isTrueText(entry.getAttribute("optional"))));
+        ++position;
       }
     } else if (child.isTag("preferred_ips")) {
-      for (HXMLWElement &entry : child.getChildren()) {
+      for (HXMLWElement entry : child.children()) {
         PreferredIpAttributes ip(entry);
         if (m_ctx.parsed)
           m_ctx.parsed->preferredIpVlnvs.insert(ip.vlnvText());
         std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
-        std::string orderStore;
-        int order = m_ctx.convert2NonNegativeInteger(attributeOrNull(entry, "order", orderStore),
+        int order = m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"),
                                                      "preferred_ip order");
         if (ip.hasOrder)
           record->setOrder(order);
@@ -342,10 +346,10 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
     } else if (child.isTag("enablement_dependencies")) {
       // Composes the form the enablement engine reads: {j1 v1} {j2 v2}.
       std::string text = "{";
-      for (HXMLWElement &group : child.getChildren()) {
+      for (HXMLWElement group : child.children()) {
         if (!group.isTag("jumpers"))
           continue;
-        for (HXMLWElement &j : group.getChildren()) {
+        for (HXMLWElement j : group.children()) {
           if (text != "{")
             text += "} {";
           text += j.getAttribute("name") + " " + j.getText();

@@ -6,7 +6,10 @@
 #include "HUTFile.h"
 
 #include <cctype>
+#include <climits>
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 
 void HBOParseContext::reset(bool validateFiles, const std::string &dtdDir,
                             HBOParsedVLNVs *collector) {
@@ -72,4 +75,87 @@ int HBOParseContext::convert2NonNegativeInteger(const char *value, const std::st
   if (!strictChecks)
     return static_cast<int>(std::strtol(value, nullptr, 10));
   return convert2NonNegativeInteger(std::string(value), what);
+}
+
+bool HBOParseContext::sameIgnoringCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size())
+    return false;
+  auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; };
+  for (std::size_t i = 0; i < a.size(); ++i)
+    if (lower(a[i]) != lower(b[i]))
+      return false;
+  return true;
+}
+
+bool HBOParseContext::parseFloat(std::string_view text, float &out) {
+  if (text.empty())
+    return false;
+  // The named values first: a sign, then "nan", "nan(...)", "inf" or
+  // "infinity", in any case.
+  std::string_view word = text;
+  const bool negative = word.front() == '-';
+  if (negative || word.front() == '+')
+    word.remove_prefix(1);
+  if (word.size() >= 3 && sameIgnoringCase(word.substr(0, 3), "nan")) {
+    std::string_view rest = word.substr(3);
+    if (!rest.empty() && (rest.size() < 2 || rest.front() != '(' || rest.back() != ')'))
+      return false;
+    out = negative ? -std::numeric_limits<float>::quiet_NaN()
+                   : std::numeric_limits<float>::quiet_NaN();
+    return true;
+  }
+  if (sameIgnoringCase(word, "inf") || sameIgnoringCase(word, "infinity")) {
+    out = negative ? -std::numeric_limits<float>::infinity()
+                   : std::numeric_limits<float>::infinity();
+    return true;
+  }
+  // Otherwise only what a decimal number is written with; strtof alone would
+  // also take leading spaces, hexadecimal and the named values spelt other
+  // ways. A number may not end in an exponent mark or a sign.
+  for (char c : text)
+    if (!std::isdigit(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.' &&
+        c != 'e' && c != 'E')
+      return false;
+  const char last = text.back();
+  if (last == 'e' || last == 'E' || last == '+' || last == '-')
+    return false;
+  // Short enough for the stack, and null-terminated for strtof.
+  char buffer[128];
+  std::string copy;
+  const char *start = buffer;
+  if (text.size() < sizeof(buffer)) {
+    text.copy(buffer, text.size());
+    buffer[text.size()] = '\0';
+  } else {
+    copy.assign(text);
+    start = copy.c_str();
+  }
+  char *end = nullptr;
+  const float value = std::strtof(start, &end);
+  if (end != start + text.size() || std::isinf(value))
+    return false;
+  out = value;
+  return true;
+}
+
+bool HBOParseContext::parseInt(std::string_view text, int &out) {
+  if (text.empty())
+    return false;
+  const bool negative = text.front() == '-';
+  if (negative || text.front() == '+')
+    text.remove_prefix(1);
+  if (text.empty())
+    return false;
+  const unsigned long long limit =
+      negative ? static_cast<unsigned long long>(INT_MAX) + 1 : static_cast<unsigned long long>(INT_MAX);
+  unsigned long long value = 0;
+  for (char c : text) {
+    if (c < '0' || c > '9')
+      return false;
+    value = value * 10 + static_cast<unsigned long long>(c - '0');
+    if (value > limit)
+      return false;
+  }
+  out = static_cast<int>(negative ? -static_cast<long long>(value) : static_cast<long long>(value));
+  return true;
 }

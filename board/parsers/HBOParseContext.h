@@ -9,6 +9,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -60,6 +61,16 @@ public:
   static bool isNonNegativeInteger(const std::string &value);
   int convert2NonNegativeInteger(const std::string &value, const std::string &what) const;
   int convert2NonNegativeInteger(const char *value, const std::string &what) const;
+  /// A whole decimal float, as the stream conversions read it: an optional
+  /// sign, digits with a point and an exponent, or inf, infinity, nan and
+  /// nan(...) in any case; no spaces around it, and nothing that overflows.
+  /// False, with \p out untouched, for anything else.
+  static bool parseFloat(std::string_view text, float &out);
+  /// A whole decimal int with an optional sign and no spaces; false, with
+  /// \p out untouched, for anything else and for what does not fit.
+  static bool parseInt(std::string_view text, int &out);
+  /// Whether \p a equals \p b ignoring ASCII case.
+  static bool sameIgnoringCase(std::string_view a, std::string_view b);
 
   HBOBoard *board = nullptr;
   /// Every queued message is sent at the end of the read.

@@ -73,36 +73,40 @@ bool HBOPinFileReader::parsePins(const std::string &path,
   std::vector<bool> readProp(propNames.size());
   for (std::size_t i = 0; i < propNames.size(); ++i)
     readProp[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
+  const std::string noValue;
 
-  for (HXMLWElement &child : root->getChildren()) {
+  for (HXMLWElement child : root->children()) {
     if (child.isTag("design_constrs")) {
       parseDesignConstrs_(child, path, constrs);
       continue;
     }
     if (!child.isTag("pins"))
       continue;
-    std::unordered_map<std::string, std::string> nameOfIndex; // index text -> pin name
-    std::unordered_map<std::string, std::string> indexOfLoc;  // location -> index text
+    // Keys and values point into the document, which outlives the loop.
+    std::unordered_map<std::string_view, std::string_view> nameOfIndex; // index text -> pin name
+    std::unordered_map<std::string_view, std::string_view> indexOfLoc;  // location -> index text
     std::vector<const char *> propValues(propNames.size());
     std::vector<std::pair<const char *, const char *>> bankProps;
-    for (HXMLWElement &element : child.getChildren()) {
+    std::string value;
+    for (HXMLWElement element : child.children()) {
       // One pass over the attributes; the steps below then run in their order.
-      std::string name, loc;
+      const char *name = "";
+      const char *loc = "";
       const char *index = nullptr;
       std::fill(propValues.begin(), propValues.end(), nullptr);
       bankProps.clear();
-      element.forEachAttribute([&](const char *attr, const char *value) {
+      element.forEachAttribute([&](const char *attr, const char *text) {
         if (!std::strcmp(attr, "name"))
-          name = value;
+          name = text;
         else if (!std::strcmp(attr, "index"))
-          index = value;
+          index = text;
         else if (!std::strcmp(attr, "loc"))
-          loc = value;
+          loc = text;
         else if (!std::strncmp(attr, kIOBankPrefix, kIOBankPrefixLen))
-          bankProps.emplace_back(attr + kIOBankPrefixLen, value);
+          bankProps.emplace_back(attr + kIOBankPrefixLen, text);
         int slot = portPropSlot(attr);
         if (slot >= 0)
-          propValues[slot] = value;
+          propValues[slot] = text;
       });
 
       checkIndexAndLoc_(path, name, index, loc, nameOfIndex, indexOfLoc);
@@ -111,14 +115,23 @@ bool HBOPinFileReader::parsePins(const std::string &path,
       pin->setName(name);
       pin->setPinIndex(m_ctx.convert2NonNegativeInteger(index, "pin index"));
       pin->setPinLoc(loc);
-      for (std::size_t i = 0; i < propNames.size(); ++i)
-        if (readProp[i])
-          pin->setPortProp(propNames[i], propValues[i] ? propValues[i] : "");
-      for (const auto &bank : bankProps)
-        pin->setIOBankProperty(bank.first, bank.second);
+      for (std::size_t i = 0; i < propNames.size(); ++i) {
+        if (!readProp[i])
+          continue;
+        const std::string *text = &noValue;
+        if (propValues[i] && *propValues[i]) {
+          value.assign(propValues[i]);
+          text = &value;
+        }
+        setPortPropAt_(*pin, i, *text);
+      }
+      for (const auto &bank : bankProps) {
+        value.assign(bank.second);
+        pin->setIOBankProperty(bank.first, value);
+      }
 
       // A repeated name keeps the last pin.
-      HBOPinProps *&slot = pins[name];
+      HBOPinProps *&slot = pins[pin->getName()];
       delete slot;
       slot = pin.release();
     }
@@ -126,12 +139,44 @@ bool HBOPinFileReader::parsePins(const std::string &path,
   return true;
 }
 
-void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, const std::string &name,
-                                         const char *index, const std::string &loc,
-                                         std::unordered_map<std::string, std::string> &nameOfIndex,
-                                         std::unordered_map<std::string, std::string> &indexOfLoc) {
+void HBOPinFileReader::setPortPropAt_(HBOPinProps &pin, std::size_t slot,
+                                      const std::string &value) {
+  // Most properties have a setter of their own, which skips the look-up of
+  // the name that setPortProp makes for every pin.
+  using Setter = void (HBOPinProps::*)(const std::string &);
+  static const std::vector<Setter> setters = [] {
+    const std::pair<const char *, Setter> known[] = {
+        {"diff_term", &HBOPinProps::setPinDiffTerm},
+        {"dqs_bias", &HBOPinProps::setPinDqsBias},
+        {"drive", &HBOPinProps::setPinDrive},
+        {"equalization", &HBOPinProps::setPinEqualization},
+        {"ibuf_low_pwr", &HBOPinProps::setPinIbufLowPwr},
+        {"iostandard", &HBOPinProps::setPinIOStandard},
+        {"odt", &HBOPinProps::setPinOdt},
+        {"output_impedance", &HBOPinProps::setPinOutputImpedance},
+        {"pre_emphasis", &HBOPinProps::setPinPreEmphasis},
+        {"slew", &HBOPinProps::setPinSlew},
+    };
+    const std::vector<std::string> &names = HBOPinProps::getPortPropNames();
+    std::vector<Setter> table(names.size(), nullptr);
+    for (const auto &entry : known)
+      for (std::size_t i = 0; i < names.size(); ++i)
+        if (names[i] == entry.first)
+          table[i] = entry.second;
+    return table;
+  }();
+  if (setters[slot])
+    (pin.*setters[slot])(value);
+  else
+    pin.setPortProp(HBOPinProps::getPortPropNames()[slot], value);
+}
+
+void HBOPinFileReader::checkIndexAndLoc_(
+    const std::string &path, std::string_view name, const char *index, std::string_view loc,
+    std::unordered_map<std::string_view, std::string_view> &nameOfIndex,
+    std::unordered_map<std::string_view, std::string_view> &indexOfLoc) {
   if (!index) {
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, name);
+    m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, std::string(name));
   } else {
     auto known = nameOfIndex.find(index);
     if (known == nameOfIndex.end())
@@ -139,21 +184,23 @@ void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, const std::str
     else if (m_ctx.strictChecks)
       m_ctx.queueFinding(path,
                          std::string("The pin index '") + index + "' is used for both '" +
-                             known->second + "' and for '" + name + "'. Pin index must be unique.",
+                             std::string(known->second) + "' and for '" + std::string(name) +
+                             "'. Pin index must be unique.",
                          false);
   }
   if (loc.empty()) {
-    m_ctx.queueFinding(path, "Location constraints are not provided for '" + name + "'.", false);
+    m_ctx.queueFinding(path, "Location constraints are not provided for '" + std::string(name) + "'.",
+                       false);
   } else {
-    std::string indexText = index ? index : "";
+    std::string_view indexText = index ? index : "";
     auto known = indexOfLoc.find(loc);
     if (known == indexOfLoc.end())
       indexOfLoc.emplace(loc, indexText);
     else if (m_ctx.strictChecks)
       m_ctx.queueFinding(path,
-                         "The pin index '" + indexText + "' and '" + known->second +
-                             "' both have the same  loc value '" + loc +
-                             "'. Pin locations must be unique.",
+                         "The pin index '" + std::string(indexText) + "' and '" +
+                             std::string(known->second) + "' both have the same  loc value '" +
+                             std::string(loc) + "'. Pin locations must be unique.",
                          false);
   }
 }
@@ -188,7 +235,7 @@ bool HBOPinFileReader::parseDesignConstrs_(HXMLWElement &element, const std::str
   (void)partName;
   auto finding = [&](const std::string &text) { m_ctx.queueFinding(path, text, false); };
   // Bank numbers are held to the strict form whatever the schema.
-  for (HXMLWElement &child : element.getChildren()) {
+  for (HXMLWElement child : element.children()) {
     if (child.isTag("dci_cascade")) {
       HBOBoardComponent::DciCascadeConstr constr;
       constr.masterBank = m_ctx.convert2NonNegativeInteger(child.getAttribute("master_bank_id"),

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -28,10 +29,12 @@ public:
 
 private:
   /// A pin's index and location must be given, and be unique in the file.
-  void checkIndexAndLoc_(const std::string &path, const std::string &name, const char *index,
-                         const std::string &loc,
-                         std::unordered_map<std::string, std::string> &nameOfIndex,
-                         std::unordered_map<std::string, std::string> &indexOfLoc);
+  void checkIndexAndLoc_(const std::string &path, std::string_view name, const char *index,
+                         std::string_view loc,
+                         std::unordered_map<std::string_view, std::string_view> &nameOfIndex,
+                         std::unordered_map<std::string_view, std::string_view> &indexOfLoc);
+  /// Sets the port property at \p slot of HBOPinProps::getPortPropNames().
+  static void setPortPropAt_(HBOPinProps &pin, std::size_t slot, const std::string &value);
   /// The design_constrs element of the pin file \p path.
   bool parseDesignConstrs_(HXMLWElement &element, const std::string &path,
                            std::vector<HBODesignConstr> &constrs);

@@ -88,10 +88,10 @@ bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) 
   // Every finding is an error that fails the file, but only after all rails
   // were read, so that one read tells everything wrong with the network.
   Network net;
-  for (HXMLWElement &section : root.getChildren()) {
+  for (HXMLWElement section : root.children()) {
     if (!section.isTag("power_rails"))
       continue;
-    for (HXMLWElement &element : section.getChildren()) {
+    for (HXMLWElement element : section.children()) {
       if (!element.isTag("power_rail"))
         continue;
       readPowerRail_(element, net);
@@ -135,7 +135,7 @@ void HBOPowerRailReader::readPowerRail_(HXMLWElement &element, Network &net) {
   std::vector<std::string> supplyList;
   std::unordered_set<std::string> ownMembers;
   std::map<std::string, int> memberPhases;
-  for (HXMLWElement &child : element.getChildren()) {
+  for (HXMLWElement child : element.children()) {
     const bool isSupply = child.isTag("supply");
     if (!isSupply && !child.isTag("rail"))
       continue;

@@ -19,6 +19,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -100,7 +101,7 @@ const int kMaxHierDepth = 256;
 void appendHierName(std::string &out, const HXMLWElement &element, int depth) {
   if (depth == 0)
     out += ' ';
-  out += element.getAttribute("name");
+  out += element.getAttributeView("name");
   out += ' ';
 }
 
@@ -108,17 +109,24 @@ void appendHierName(std::string &out, const HXMLWElement &element, int depth) {
 // whole braced again when there is more than one.
 template <typename Recurse>
 void appendHierChildren(std::string &out, const HXMLWElement &element, Recurse recurse) {
-  std::vector<HXMLWElement> children = element.getChildren();
-  if (children.size() > 1)
+  HXMLWElement::ChildRange children = element.children();
+  auto it = children.begin();
+  if (it == children.end())
+    return;
+  HXMLWElement first = *it;
+  const bool several = ++it != children.end();
+  if (several)
     out += '{';
-  for (std::size_t i = 0; i < children.size(); ++i) {
-    if (i)
-      out += ' ';
-    out += '{';
-    recurse(children[i]);
+  out += '{';
+  recurse(first);
+  out += '}';
+  for (; it != children.end(); ++it) {
+    HXMLWElement child = *it;
+    out += " {";
+    recurse(child);
     out += '}';
   }
-  if (children.size() > 1)
+  if (several)
     out += '}';
 }
 
@@ -159,12 +167,12 @@ bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HB
   if (!m_ctx.board)
     return false;
   // The records go to the board itself; the caller's map stays as it was.
-  for (HXMLWElement &element : root->getChildren()) {
+  for (HXMLWElement element : root->children()) {
     if (!element.isTag("ip_preset"))
       continue;
     std::string procName = element.getAttribute("preset_proc_name");
     PendingPresets records;
-    for (HXMLWElement &ip : element.getChildren()) {
+    for (HXMLWElement ip : element.children()) {
       std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
       preset->setPresetProcName(procName);
       if (readPresetDetails(&ip, preset.get()))
@@ -190,31 +198,34 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
   const std::string boardDir = m_ctx.board ? HUTFile::parentPath(m_ctx.board->getBoardFile()) +
                                                  HBOBoardUtils::getDirSeparator()
                                            : std::string();
-  for (HXMLWElement &group : ip->getChildren()) {
+  std::string name, value, hier;
+  for (HXMLWElement group : ip->children()) {
     // Model parameters have no hierarchical form: there "hier" is a plain value.
     bool userParams = group.isTag("user_parameters");
     if (!userParams && !group.isTag("model_parameters"))
       continue;
-    for (HXMLWElement &param : group.getChildren()) {
-      std::string name = param.getAttribute("name");
-      std::string hier;
+    for (HXMLWElement param : group.children()) {
+      // The strings are reused from one parameter to the next.
+      name.assign(param.getAttributeView("name"));
+      hier.clear();
       if (userParams && param.isTag("user_hier_parameter")) {
         if (readHierParam(&param, hier))
           preset->setParam(name, hier);
         continue;
       }
-      std::string value = param.getAttribute("value");
-      std::string valueType = param.getAttribute("value_type");
-      if (HSTStringUtils::iequals(valueType, "file")) {
+      std::string_view valueType = param.getAttributeView("value_type");
+      if (HBOParseContext::sameIgnoringCase(valueType, "file")) {
         // A file that is not there sets nothing; the type is kept all the same.
-        std::string path = boardDir + value;
+        std::string path = boardDir;
+        path += param.getAttributeView("value");
         if (HUTFile::exists(path))
           preset->setParam(name, path);
-        preset->setValueType(valueType);
-      } else if (userParams && HSTStringUtils::iequals(valueType, "hier")) {
+        preset->setValueType(std::string(valueType));
+      } else if (userParams && HBOParseContext::sameIgnoringCase(valueType, "hier")) {
         if (readHierParam(&param, hier))
           preset->setParam(name, hier);
       } else {
+        value.assign(param.getAttributeView("value"));
         preset->setParam(name, value);
       }
     }
@@ -229,18 +240,18 @@ bool HBOPresetReader::readIpAssociatedInterfaces(HXMLWElement *root, std::string
   }
   if (!m_ctx.board)
     return false;
-  for (HXMLWElement &section : root->getChildren()) {
+  for (HXMLWElement section : root->children()) {
     if (!section.isTag("ip_associated_rules"))
       continue;
     const std::string schema = m_ctx.board->getBoardSchemaVersion();
     if (!HBOBoardUtils::isEqualOrGreater(schema, "2.1"))
       HEXError::raise("board", ComMsg::Warning, "@49-77@%s", schema);
-    for (HXMLWElement &rule : section.getChildren()) {
+    for (HXMLWElement rule : section.children()) {
       if (!rule.isTag("ip_associated_rule"))
         continue;
       std::string name = rule.getAttribute("name");
       PendingPresets records;
-      for (HXMLWElement &ip : rule.getChildren()) {
+      for (HXMLWElement ip : rule.children()) {
         std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
         preset->setPresetProcName(name);
         if (readAssociatedInterfacesDetails(&ip, preset.get()) && validateAssocIntf(preset.get()))
@@ -262,16 +273,17 @@ bool HBOPresetReader::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPre
     return true;
   preset->setPresetorAssocIntf("assoc_intf");
   readIpIdentity(*ip, *preset, m_ctx.board, nullptr);
-  for (HXMLWElement &group : ip->getChildren()) {
+  for (HXMLWElement group : ip->children()) {
     if (!group.isTag("associated_board_interfaces"))
       continue;
-    std::vector<HXMLWElement> interfaces = group.getChildren();
-    for (std::size_t i = 0; i < interfaces.size(); ++i) {
+    std::size_t position = 0;
+    for (HXMLWElement entry : group.children()) {
       // Without an order an interface ranks by its position.
-      std::string order = interfaces[i].getAttribute("order");
+      std::string order = entry.getAttribute("order");
       if (order.empty())
-        order = std::to_string(i);
-      preset->setParam(interfaces[i].getAttribute("name"), order);
+        order = std::to_string(position);
+      preset->setParam(entry.getAttribute("name"), order);
+      ++position;
     }
   }
   return true;
@@ -312,7 +324,7 @@ bool HBOPresetReader::readHierParam(HXMLWElement *element, std::string &out) {
   if (!element)
     return false;
   bool newForm = element->isTag("user_hier_parameter");
-  for (HXMLWElement &child : element->getChildren()) {
+  for (HXMLWElement child : element->children()) {
     if (newForm)
       readHierParamRec_(&child, out, 0);
     else
@@ -328,7 +340,7 @@ bool HBOPresetReader::readHierParamRec_(HXMLWElement *element, std::string &out,
     return false;
   appendHierName(out, *element, depth);
   if (element->isTagExactly("user_parameter"))
-    out += element->getAttribute("value");
+    out += element->getAttributeView("value");
   else if (element->isTagExactly("user_hier_parameter"))
     appendHierChildren(out, *element,
                        [&](HXMLWElement &child) { readHierParamRec_(&child, out, depth + 1); });
@@ -339,10 +351,10 @@ bool HBOPresetReader::readHierParamRecOld_(HXMLWElement *element, std::string &o
   if (!element || depth > kMaxHierDepth)
     return false;
   appendHierName(out, *element, depth);
-  if (element->getAttribute("value_type") == "hier")
+  if (element->getAttributeView("value_type") == "hier")
     appendHierChildren(out, *element,
                        [&](HXMLWElement &child) { readHierParamRecOld_(&child, out, depth + 1); });
   else
-    out += element->getAttribute("value");
+    out += element->getAttributeView("value");
   return true;
 }
