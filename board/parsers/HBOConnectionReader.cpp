@@ -185,7 +185,7 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
     const int c1Index = static_cast<int>(c1From + i);
     const int c2Index = static_cast<int>(c2From + i);
     std::unique_ptr<HBOBoardBusNet> net(new HBOBoardBusNet());
-    net->setName(mapName + "_" + std::to_string(i));
+    net->setName(HBOParseContext::numberedName(mapName, i));
     net->setBoardBus(mapName);
     net->setOwner(&bus);
     net->setC1PinIndex(c1Index);

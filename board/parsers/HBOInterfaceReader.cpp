@@ -21,7 +21,6 @@
 #include <map>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 
 namespace {
 
@@ -240,10 +239,10 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
 
   HBOBusIf *interface = port->getOwner();
   HBOBoardComponent *component = interface ? interface->getOwnerComponent() : nullptr;
-  const std::string interfaceName = interface ? interface->getName() : std::string();
-  const std::string componentName = component ? component->getComponentName() : std::string();
+  const std::string noName;
+  const std::string &interfaceName = interface ? interface->getName() : noName;
+  const std::string &componentName = component ? component->getComponentName() : noName;
 
-  std::unordered_map<std::string_view, std::string_view> pinOfIndex;
   std::string index, pinName;
   for (HXMLWElement child : element->children()) {
     if (!child.isTag("pin_maps"))
@@ -259,19 +258,17 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
       m_ctx.queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
 
     // Views into the document; the strings are reused from one pin to the next.
-    pinOfIndex.clear();
+    m_pinOfIndex.reset(static_cast<std::size_t>(count));
     for (HXMLWElement pinMap : child.children()) {
       const std::string_view indexText = pinMap.getAttributeView("port_index");
       const std::string_view pinText = pinMap.getAttributeView("component_pin");
       index.assign(indexText);
       pinName.assign(pinText);
-      auto known = pinOfIndex.find(indexText);
-      if (known == pinOfIndex.end())
-        pinOfIndex.emplace(indexText, pinText);
-      else if (m_ctx.strictChecks)
+      const std::string_view *known = m_pinOfIndex.insert(indexText, pinText);
+      if (known && m_ctx.strictChecks)
         m_ctx.queueFinding("In the pin_maps for the logical_port '" + logicalPort +
                            "' and physical port '" + physicalPort + "' the port index '" + index +
-                           "' is used for both '" + std::string(known->second) + "' and for '" +
+                           "' is used for both '" + std::string(*known) + "' and for '" +
                            pinName + "'. Port index must be unique.");
 
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;

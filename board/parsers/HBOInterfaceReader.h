@@ -3,6 +3,8 @@
 #ifndef BOARDLIB_HBOINTERFACEREADER_H
 #define BOARDLIB_HBOINTERFACEREADER_H
 
+#include "HBOViewTable.h"
+
 #include <string>
 
 class HBOBoardValidator;
@@ -33,6 +35,8 @@ private:
 
   HBOParseContext &m_ctx;
   HBOBoardValidator &m_validator;
+  /// Port index to pin of the pin_maps being read, kept from port to port.
+  HBOViewTable m_pinOfIndex;
 };
 
 #endif

@@ -8,6 +8,7 @@
 #include "HBODtdValidator.h"
 #include "HBOParseContext.h"
 #include "HBOPinProps.h"
+#include "HBOViewTable.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
 #include "HSTStringUtils.h"
@@ -82,9 +83,8 @@ bool HBOPinFileReader::parsePins(const std::string &path,
     }
     if (!child.isTag("pins"))
       continue;
-    // Keys and values point into the document, which outlives the loop.
-    std::unordered_map<std::string_view, std::string_view> nameOfIndex; // index text -> pin name
-    std::unordered_map<std::string_view, std::string_view> indexOfLoc;  // location -> index text
+    HBOViewTable nameOfIndex; // index text -> pin name
+    HBOViewTable indexOfLoc;  // location -> index text
     std::vector<const char *> propValues(propNames.size());
     std::vector<std::pair<const char *, const char *>> bankProps;
     std::string value;
@@ -171,20 +171,17 @@ void HBOPinFileReader::setPortPropAt_(HBOPinProps &pin, std::size_t slot,
     pin.setPortProp(HBOPinProps::getPortPropNames()[slot], value);
 }
 
-void HBOPinFileReader::checkIndexAndLoc_(
-    const std::string &path, std::string_view name, const char *index, std::string_view loc,
-    std::unordered_map<std::string_view, std::string_view> &nameOfIndex,
-    std::unordered_map<std::string_view, std::string_view> &indexOfLoc) {
+void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, std::string_view name,
+                                         const char *index, std::string_view loc,
+                                         HBOViewTable &nameOfIndex, HBOViewTable &indexOfLoc) {
   if (!index) {
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, std::string(name));
   } else {
-    auto known = nameOfIndex.find(index);
-    if (known == nameOfIndex.end())
-      nameOfIndex.emplace(index, name);
-    else if (m_ctx.strictChecks)
+    const std::string_view *known = nameOfIndex.insert(index, name);
+    if (known && m_ctx.strictChecks)
       m_ctx.queueFinding(path,
                          std::string("The pin index '") + index + "' is used for both '" +
-                             std::string(known->second) + "' and for '" + std::string(name) +
+                             std::string(*known) + "' and for '" + std::string(name) +
                              "'. Pin index must be unique.",
                          false);
   }
@@ -193,13 +190,11 @@ void HBOPinFileReader::checkIndexAndLoc_(
                        false);
   } else {
     std::string_view indexText = index ? index : "";
-    auto known = indexOfLoc.find(loc);
-    if (known == indexOfLoc.end())
-      indexOfLoc.emplace(loc, indexText);
-    else if (m_ctx.strictChecks)
+    const std::string_view *known = indexOfLoc.insert(loc, indexText);
+    if (known && m_ctx.strictChecks)
       m_ctx.queueFinding(path,
                          "The pin index '" + std::string(indexText) + "' and '" +
-                             std::string(known->second) + "' both have the same  loc value '" +
+                             std::string(*known) + "' both have the same  loc value '" +
                              std::string(loc) + "'. Pin locations must be unique.",
                          false);
   }
@@ -219,7 +214,7 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
                              std::to_string(index) + "' that is not defined in part0_pins.xml.",
                          true);
     HBOPinProps *pin = new HBOPinProps();
-    pin->setName(componentName + "_" + std::to_string(index));
+    pin->setName(HBOParseContext::numberedName(componentName, index));
     pin->setPinIndex(index);
     pin->setOwner(component);
     component->addPin(pin);

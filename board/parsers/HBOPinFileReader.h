@@ -9,11 +9,11 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 class HBODtdValidator;
 class HBOPinProps;
+class HBOViewTable;
 class HXMLWElement;
 
 class HBOPinFileReader {
@@ -30,9 +30,8 @@ public:
 private:
   /// A pin's index and location must be given, and be unique in the file.
   void checkIndexAndLoc_(const std::string &path, std::string_view name, const char *index,
-                         std::string_view loc,
-                         std::unordered_map<std::string_view, std::string_view> &nameOfIndex,
-                         std::unordered_map<std::string_view, std::string_view> &indexOfLoc);
+                         std::string_view loc, HBOViewTable &nameOfIndex,
+                         HBOViewTable &indexOfLoc);
   /// Sets the port property at \p slot of HBOPinProps::getPortPropNames().
   static void setPortPropAt_(HBOPinProps &pin, std::size_t slot, const std::string &value);
   /// The design_constrs element of the pin file \p path.

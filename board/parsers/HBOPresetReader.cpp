@@ -195,9 +195,6 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
     return true;
   readIpIdentity(*ip, *preset, m_ctx.board, m_ctx.parsed);
 
-  const std::string boardDir = m_ctx.board ? HUTFile::parentPath(m_ctx.board->getBoardFile()) +
-                                                 HBOBoardUtils::getDirSeparator()
-                                           : std::string();
   std::string name, value, hier;
   for (HXMLWElement group : ip->children()) {
     // Model parameters have no hierarchical form: there "hier" is a plain value.
@@ -216,7 +213,9 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
       std::string_view valueType = param.getAttributeView("value_type");
       if (HBOParseContext::sameIgnoringCase(valueType, "file")) {
         // A file that is not there sets nothing; the type is kept all the same.
-        std::string path = boardDir;
+        std::string path = m_ctx.board ? HUTFile::parentPath(m_ctx.board->getBoardFile()) +
+                                             HBOBoardUtils::getDirSeparator()
+                                       : std::string();
         path += param.getAttributeView("value");
         if (HUTFile::exists(path))
           preset->setParam(name, path);
