@@ -10,14 +10,14 @@
 
 /// One delivered message, as tools and tests see it.
 struct ComMsgRecord {
-  unsigned severity = 0;   ///< ComMsg::MsgMask value, or a debug mask
+  unsigned severity = 0;    ///< ComMsg::MsgMask value, or a debug mask
   std::string severityName; ///< "INFO", "WARNING", "CRITICAL WARNING", "ERROR", "DEBUG"
-  std::string category;    ///< "board", or a debug scope for debug messages
-  std::string id;          ///< such as "49-56"; empty for debug messages
-  std::string key;         ///< such as "@49-56@%s%s"
+  std::string category;     ///< "board", or a debug scope for debug messages
+  std::string id;           ///< such as "49-56"; empty for debug messages
+  std::string key;          ///< such as "@49-56@%s%s"
   std::vector<std::string> args;
-  std::string text;        ///< the filled-in text
-  std::string line;        ///< the full printed line
+  std::string text; ///< the filled-in text
+  std::string line; ///< the full printed line
 };
 
 /// Receives delivered messages. Called under the manager's lock, one message

@@ -59,10 +59,14 @@ bool HATAttrAny::operator==(const HATAttrAny &other) const {
   if (m_kind != other.m_kind)
     return false;
   switch (m_kind) {
-  case Kind::Empty: return true;
-  case Kind::Bool: return m_bool == other.m_bool;
-  case Kind::Int: return m_int == other.m_int;
-  case Kind::String: return m_string == other.m_string;
+  case Kind::Empty:
+    return true;
+  case Kind::Bool:
+    return m_bool == other.m_bool;
+  case Kind::Int:
+    return m_int == other.m_int;
+  case Kind::String:
+    return m_string == other.m_string;
   case Kind::List:
     return m_list.strings() == other.m_list.strings() && m_list.objects() == other.m_list.objects();
   }
@@ -75,7 +79,9 @@ void setAny(HATAttrAny &result, int value) { result.setInt(value); }
 void setAny(HATAttrAny &result, long value) { result.setInt(value); }
 void setAny(HATAttrAny &result, long long value) { result.setInt(value); }
 void setAny(HATAttrAny &result, unsigned value) { result.setInt(value); }
-void setAny(HATAttrAny &result, unsigned long value) { result.setInt(static_cast<std::int64_t>(value)); }
+void setAny(HATAttrAny &result, unsigned long value) {
+  result.setInt(static_cast<std::int64_t>(value));
+}
 void setAny(HATAttrAny &result, const std::string &value) { result.setString(value); }
 void setAny(HATAttrAny &result, const char *value) { result.setString(value ? value : ""); }
 void setAny(HATAttrAny &result, const std::vector<std::string> &value) {
@@ -84,6 +90,8 @@ void setAny(HATAttrAny &result, const std::vector<std::string> &value) {
     list.append(text);
   result.setList(std::move(list));
 }
-void setAny(HATAttrAny &result, const zeb::tcltasks::tcl_collection &value) { result.setList(value); }
+void setAny(HATAttrAny &result, const zeb::tcltasks::tcl_collection &value) {
+  result.setList(value);
+}
 void setAny(HATAttrAny &result, const HATAttrAny &value) { result = value; }
 } // namespace HATAttrUtils

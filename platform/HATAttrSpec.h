@@ -28,11 +28,16 @@ public:
   /// The name of a type code as a property report shows it.
   static const char *typeName(int type) {
     switch (type) {
-    case Bool: return "bool";
-    case Int: return "int";
-    case String: return "string";
-    case StringList: return "string*";
-    default: return "unknown";
+    case Bool:
+      return "bool";
+    case Int:
+      return "int";
+    case String:
+      return "string";
+    case StringList:
+      return "string*";
+    default:
+      return "unknown";
     }
   }
 

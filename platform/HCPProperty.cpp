@@ -50,16 +50,18 @@ std::string upperTag(const std::string &name) {
 
 int typeOfValue(const HATAttrAny &value) {
   switch (value.getKind()) {
-  case HATAttrAny::Kind::Bool: return HATAttrSpec::Bool;
-  case HATAttrAny::Kind::Int: return HATAttrSpec::Int;
-  case HATAttrAny::Kind::List: return HATAttrSpec::StringList;
-  default: return HATAttrSpec::String;
+  case HATAttrAny::Kind::Bool:
+    return HATAttrSpec::Bool;
+  case HATAttrAny::Kind::Int:
+    return HATAttrSpec::Int;
+  case HATAttrAny::Kind::List:
+    return HATAttrSpec::StringList;
+  default:
+    return HATAttrSpec::String;
   }
 }
 
 } // namespace
-
-
 
 bool HCPProperty::LaunchMode::m_isPyMode = false;
 
@@ -172,7 +174,8 @@ void HCPProperty::Types::detail::castError(const tclany &handle, const std::type
   if (handle.empty())
     t_castError = "Expected a " + wanted + " object, but got an empty or stale handle.";
   else
-    t_castError = "Expected a " + wanted + " object, but " + describe(handle) + " is of another class.";
+    t_castError =
+        "Expected a " + wanted + " object, but " + describe(handle) + " is of another class.";
   --t_castErrorDepth;
 }
 
@@ -255,9 +258,8 @@ bool HCPProperty::findPropertySpec(const tclany &object, const std::string &name
   return true;
 }
 
-std::vector<HCPProperty::PropertyRow> HCPProperty::listProperties(Tcl_Interp *interp,
-                                                                  const tclany &object,
-                                                                  bool includeHidden) {
+std::vector<HCPProperty::PropertyRow>
+HCPProperty::listProperties(Tcl_Interp *interp, const tclany &object, bool includeHidden) {
   const ObjectInfo &info = infoOf(object);
   std::vector<PropertyRow> rows;
   std::vector<std::string> seen; // the upper-case name of each row, in row order
@@ -285,7 +287,8 @@ std::vector<HCPProperty::PropertyRow> HCPProperty::listProperties(Tcl_Interp *in
       row.hasValue = callGetter(spec->getGetFcn(), interp, object, spec->getName(), row.value);
     rows.push_back(std::move(row));
   }
-  if (dynamic && dynamic->getGetDefaultFcn() && (includeHidden || dynamic->getAttrSpec().isVisible())) {
+  if (dynamic && dynamic->getGetDefaultFcn() &&
+      (includeHidden || dynamic->getAttrSpec().isVisible())) {
     DynamicList entries;
     dynamic->getGetDefaultFcn()(interp, object, entries);
     for (auto &entry : entries) {
@@ -343,8 +346,8 @@ void HCPProperty::setProperty(Tcl_Interp *interp, const std::string &name, const
     if (spec->getAttrSpec().getAttrType() == HATAttrSpec::Bool) {
       bool parsed = false;
       if (!HUTConvert::stringToBoolean(text, parsed, false))
-        throw Error("Property '" + spec->getName() + "' takes a boolean (true or false, 1 or 0), not '" +
-                    text + "'.");
+        throw Error("Property '" + spec->getName() +
+                    "' takes a boolean (true or false, 1 or 0), not '" + text + "'.");
     } else if (spec->getAttrSpec().getAttrType() == HATAttrSpec::Int) {
       errno = 0;
       char *end = nullptr;
@@ -352,7 +355,8 @@ void HCPProperty::setProperty(Tcl_Interp *interp, const std::string &name, const
       if (text.empty() || errno != 0 || *end != '\0')
         throw Error("Property '" + spec->getName() + "' takes an integer, not '" + text + "'.");
     }
-    auto it = std::find_if(groups.begin(), groups.end(), [&](const Group &g) { return g.spec == spec; });
+    auto it =
+        std::find_if(groups.begin(), groups.end(), [&](const Group &g) { return g.spec == spec; });
     if (it == groups.end()) {
       groups.push_back(Group{spec, {}, {}});
       it = groups.end() - 1;
@@ -379,7 +383,9 @@ std::string HCPProperty::getObjectName(const tclany &object) {
   if (!info)
     return std::string();
   const Spec *spec = info->findSpec("name");
-  const GetFcn *get = info->getNameFcn() ? &info->getNameFcn() : spec ? &spec->getGetFcn() : nullptr;
+  const GetFcn *get = info->getNameFcn() ? &info->getNameFcn()
+                      : spec             ? &spec->getGetFcn()
+                                         : nullptr;
   if (!get || !*get)
     return std::string();
   HATAttrAny value;

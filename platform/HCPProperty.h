@@ -33,12 +33,14 @@ public:
   using tclany = zeb::tcltasks::tclany;
   /// Reads one property of a handle into the result; false when the object
   /// has no value for that name.
-  using GetFcn = std::function<bool(Tcl_Interp *, const tclany &, const std::string &, HATAttrAny &)>;
+  using GetFcn =
+      std::function<bool(Tcl_Interp *, const tclany &, const std::string &, HATAttrAny &)>;
   /// The dynamic properties of an object, with their values, in listing order.
   using DynamicList = std::vector<std::pair<std::string, HATAttrAny>>;
   using GetDefaultFcn = std::function<bool(Tcl_Interp *, const tclany &, DynamicList &)>;
   /// The attribute spec of one dynamic property; false when there is none.
-  using GetDefaultAttrSpecFcn = std::function<bool(const tclany &, const std::string &, HATAttrSpec &)>;
+  using GetDefaultAttrSpecFcn =
+      std::function<bool(const tclany &, const std::string &, HATAttrSpec &)>;
   class Setter;
   using SetterFcn = std::function<std::unique_ptr<Setter>()>;
 
@@ -207,7 +209,8 @@ public:
   struct Utils {
     /// Delivers a getter's value: into \p result, to the Tcl interpreter
     /// when there is one, else to Python when the process runs under it.
-    template <typename V> static void saveResult(Tcl_Interp *interp, const V &value, HATAttrAny &result) {
+    template <typename V>
+    static void saveResult(Tcl_Interp *interp, const V &value, HATAttrAny &result) {
       HATAttrUtils::setAny(result, value);
       if (interp)
         HTCTclUtils::setResult(interp, result);

@@ -182,8 +182,8 @@ bool HPAParamMgr::setValue(const std::string &name, const std::string &value, st
   std::string normalised;
   if (!normaliseValue(p->m_kind, value, normalised)) {
     if (error)
-      *error = "parameter '" + name + "' takes a " + p->getKindName() + " value, not '" + value +
-               "'";
+      *error =
+          "parameter '" + name + "' takes a " + p->getKindName() + " value, not '" + value + "'";
     return false;
   }
   p->setValue_(normalised);

@@ -110,9 +110,9 @@ public:
     iterator it = lower_bound(key);
     if (it != end() && !Compare()(key, it->first))
       return {it, false};
-    it = m_entries.emplace(it, std::piecewise_construct,
-                           std::forward_as_tuple(std::forward<K>(key)),
-                           std::forward_as_tuple(std::forward<Args>(args)...));
+    it =
+        m_entries.emplace(it, std::piecewise_construct, std::forward_as_tuple(std::forward<K>(key)),
+                          std::forward_as_tuple(std::forward<Args>(args)...));
     return {it, true};
   }
   template <typename K, typename V> std::pair<iterator, bool> emplace(K &&key, V &&value) {
@@ -168,10 +168,10 @@ public:
   /// The same entries as a std::map, which callers may still build.
   template <typename Alloc>
   friend bool operator==(const std::map<Key, T, Compare, Alloc> &a, const HSTFlatMap &b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
-                                              [](const auto &x, const value_type &y) {
-                                                return x.first == y.first && x.second == y.second;
-                                              });
+    return a.size() == b.size() &&
+           std::equal(a.begin(), a.end(), b.begin(), [](const auto &x, const value_type &y) {
+             return x.first == y.first && x.second == y.second;
+           });
   }
   template <typename Alloc>
   friend bool operator==(const HSTFlatMap &a, const std::map<Key, T, Compare, Alloc> &b) {
@@ -193,7 +193,9 @@ private:
   void settle_(bool keepLast) {
     if (isSettled())
       return;
-    auto byKey = [](const value_type &a, const value_type &b) { return Compare()(a.first, b.first); };
+    auto byKey = [](const value_type &a, const value_type &b) {
+      return Compare()(a.first, b.first);
+    };
     std::stable_sort(m_entries.begin(), m_entries.end(), byKey);
     // Equal keys now stand in their order of arrival; keep one of each run.
     auto out = m_entries.begin();

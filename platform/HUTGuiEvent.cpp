@@ -63,11 +63,10 @@ int HUTGuiEventBroker::dispatch(const HUTGuiEvent::Event &event) {
 
 std::size_t HUTGuiEventBroker::getListenerCount(int type) const {
   std::lock_guard<std::mutex> lock(m_mutex);
-  return static_cast<std::size_t>(
-      std::count_if(m_slots.begin(), m_slots.end(),
-                    [type](const std::shared_ptr<ListenerSlot> &slot) {
-                      return slot->type == type && slot->live.load();
-                    }));
+  return static_cast<std::size_t>(std::count_if(m_slots.begin(), m_slots.end(),
+                                                [type](const std::shared_ptr<ListenerSlot> &slot) {
+                                                  return slot->type == type && slot->live.load();
+                                                }));
 }
 
 void HUTGuiEventBroker::remove_(const ListenerSlot *slot) {

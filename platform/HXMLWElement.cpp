@@ -1,8 +1,8 @@
 #include "HXMLWElement.h"
 #include "HXMLWInterface.h"
 
-#include <pugixml.hpp>
 #include <cstring>
+#include <pugixml.hpp>
 #include <strings.h>
 
 namespace {

@@ -28,7 +28,8 @@ struct tclany {
   /// a name that matches no class.
   const char *typeName() const { return type ? type->name() : "*"; }
   bool operator==(const tclany &other) const {
-    return object == other.object && (type == other.type || (type && other.type && *type == *other.type));
+    return object == other.object &&
+           (type == other.type || (type && other.type && *type == *other.type));
   }
   bool operator!=(const tclany &other) const { return !(*this == other); }
 };

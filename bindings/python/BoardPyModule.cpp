@@ -45,7 +45,8 @@ bool toText(PyObject *value, std::string &out, const char *what) {
     out.assign(utf8, static_cast<std::size_t>(size));
     return true;
   }
-  PyErr_Format(PyExc_TypeError, "%s must be a str, bool or int, not %.200s", what, Py_TYPE(value)->tp_name);
+  PyErr_Format(PyExc_TypeError, "%s must be a str, bool or int, not %.200s", what,
+               Py_TYPE(value)->tp_name);
   return false;
 }
 
@@ -77,7 +78,8 @@ bool toPatterns(PyObject *value, std::vector<std::string> &out) {
     Py_DECREF(seq);
     return ok;
   }
-  PyErr_Format(PyExc_TypeError, "pattern must be a str or a list of str, not %.200s", Py_TYPE(value)->tp_name);
+  PyErr_Format(PyExc_TypeError, "pattern must be a str or a list of str, not %.200s",
+               Py_TYPE(value)->tp_name);
   return false;
 }
 
@@ -110,7 +112,8 @@ bool toOneObject(PyObject *value, tclany &out, const char *command) {
   if (!toObjects(value, objects, "the object"))
     return false;
   if (objects.size() != 1) {
-    PyErr_Format(BoardPy::g_boardError, "%s takes one object, but %zu were given.", command, objects.size());
+    PyErr_Format(BoardPy::g_boardError, "%s takes one object, but %zu were given.", command,
+                 objects.size());
     return false;
   }
   out = objects.front();
@@ -146,7 +149,8 @@ PyObject *toStrList(const std::vector<std::string> &texts) {
 
 /// \p self is the command's name as a str.
 PyObject *queryCommand(PyObject *self, PyObject *args, PyObject *kwargs) {
-  static const char *kwlist[] = {"pattern", "filter", "of_objects", "quiet", "nocase", "regexp", nullptr};
+  static const char *kwlist[] = {"pattern", "filter", "of_objects", "quiet",
+                                 "nocase",  "regexp", nullptr};
   PyObject *pattern = nullptr;
   PyObject *filter = nullptr;
   PyObject *ofObjects = nullptr;
@@ -154,8 +158,8 @@ PyObject *queryCommand(PyObject *self, PyObject *args, PyObject *kwargs) {
   const char *command = PyUnicode_AsUTF8(self);
   if (!command)
     return nullptr;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|OOOppp", const_cast<char **>(kwlist), &pattern, &filter,
-                                   &ofObjects, &quiet, &nocase, &regexp))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|OOOppp", const_cast<char **>(kwlist), &pattern,
+                                   &filter, &ofObjects, &quiet, &nocase, &regexp))
     return nullptr;
   HBOScriptCommands::QueryOptions options;
   if (!toPatterns(pattern, options.patterns))
@@ -183,8 +187,8 @@ PyObject *getProperty(PyObject *, PyObject *args, PyObject *kwargs) {
   const char *name = nullptr;
   PyObject *object = nullptr;
   int quiet = 0;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sO|p:get_property", const_cast<char **>(kwlist), &name,
-                                   &object, &quiet))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sO|p:get_property", const_cast<char **>(kwlist),
+                                   &name, &object, &quiet))
     return nullptr;
   tclany handle;
   if (!toOneObject(object, handle, "get_property"))
@@ -203,8 +207,8 @@ PyObject *setProperty(PyObject *, PyObject *args, PyObject *kwargs) {
   const char *name = nullptr;
   PyObject *value = nullptr;
   PyObject *objects = nullptr;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sOO:set_property", const_cast<char **>(kwlist), &name, &value,
-                                   &objects))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sOO:set_property", const_cast<char **>(kwlist),
+                                   &name, &value, &objects))
     return nullptr;
   std::string text;
   if (!toText(value, text, "value"))
@@ -221,7 +225,8 @@ PyObject *listProperty(PyObject *, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"obj", "all", nullptr};
   PyObject *object = nullptr;
   int all = 0;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "O|p:list_property", const_cast<char **>(kwlist), &object, &all))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "O|p:list_property", const_cast<char **>(kwlist),
+                                   &object, &all))
     return nullptr;
   tclany handle;
   if (!toOneObject(object, handle, "list_property"))
@@ -236,8 +241,8 @@ PyObject *reportProperty(PyObject *, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"obj", "all", nullptr};
   PyObject *object = nullptr;
   int all = 0;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "O|p:report_property", const_cast<char **>(kwlist), &object,
-                                   &all))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "O|p:report_property", const_cast<char **>(kwlist),
+                                   &object, &all))
     return nullptr;
   tclany handle;
   if (!toOneObject(object, handle, "report_property"))
@@ -268,7 +273,8 @@ PyObject *setParam(PyObject *, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"name", "value", nullptr};
   const char *name = nullptr;
   PyObject *value = nullptr;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sO:set_param", const_cast<char **>(kwlist), &name, &value))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "sO:set_param", const_cast<char **>(kwlist), &name,
+                                   &value))
     return nullptr;
   std::string text;
   if (!toText(value, text, "value"))
@@ -292,7 +298,8 @@ PyObject *getParam(PyObject *, PyObject *args, PyObject *kwargs) {
 PyObject *reportParam(PyObject *, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"pattern", nullptr};
   const char *pattern = "*";
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|z:report_param", const_cast<char **>(kwlist), &pattern))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|z:report_param", const_cast<char **>(kwlist),
+                                   &pattern))
     return nullptr;
   if (!pattern)
     pattern = "*";
@@ -305,7 +312,8 @@ PyObject *reportParam(PyObject *, PyObject *args, PyObject *kwargs) {
 PyObject *currentBoard(PyObject *, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"name", nullptr};
   PyObject *name = nullptr;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|O:current_board", const_cast<char **>(kwlist), &name))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|O:current_board", const_cast<char **>(kwlist),
+                                   &name))
     return nullptr;
   tclany board;
   if (!name || name == Py_None) {
@@ -313,11 +321,13 @@ PyObject *currentBoard(PyObject *, PyObject *args, PyObject *kwargs) {
       return nullptr;
   } else if (PyUnicode_Check(name)) {
     std::string text;
-    if (!toText(name, text, "name") || !BoardPy::call([&] { board = g_commands->setCurrentBoard(text); }))
+    if (!toText(name, text, "name") ||
+        !BoardPy::call([&] { board = g_commands->setCurrentBoard(text); }))
       return nullptr;
   } else {
     tclany handle;
-    if (!toOneObject(name, handle, "current_board") || !BoardPy::call([&] { board = g_commands->setCurrentBoard(handle); }))
+    if (!toOneObject(name, handle, "current_board") ||
+        !BoardPy::call([&] { board = g_commands->setCurrentBoard(handle); }))
       return nullptr;
   }
   return BoardPy::wrap(board);
@@ -342,28 +352,39 @@ template <typename F> PyCFunction keywords(F fn) {
 
 PyMethodDef g_functions[] = {
     {"get_property", keywords(getProperty), METH_VARARGS | METH_KEYWORDS,
-     "get_property(name, obj, quiet=False): one property of one object (an object or a one-element list)."},
+     "get_property(name, obj, quiet=False): one property of one object (an object or a one-element "
+     "list)."},
     {"set_property", keywords(setProperty), METH_VARARGS | METH_KEYWORDS,
      "set_property(name, value, objs): sets a writable property on objects; undo() takes it back."},
     {"list_property", keywords(listProperty), METH_VARARGS | METH_KEYWORDS,
      "list_property(obj, all=False): the property names in upper case."},
     {"report_property", keywords(reportProperty), METH_VARARGS | METH_KEYWORDS,
      "report_property(obj, all=False): a table of the properties with type, read-only and value."},
-    {"undo", undo, METH_NOARGS, "undo(): takes back the last property change; returns what it was."},
+    {"undo", undo, METH_NOARGS,
+     "undo(): takes back the last property change; returns what it was."},
     {"redo", redo, METH_NOARGS, "redo(): makes the last undone change again; returns what it was."},
     {"set_param", keywords(setParam), METH_VARARGS | METH_KEYWORDS, "set_param(name, value)"},
     {"get_param", keywords(getParam), METH_VARARGS | METH_KEYWORDS, "get_param(name) -> str"},
-    {"report_param", keywords(reportParam), METH_VARARGS | METH_KEYWORDS, "report_param(pattern=None) -> str"},
+    {"report_param", keywords(reportParam), METH_VARARGS | METH_KEYWORDS,
+     "report_param(pattern=None) -> str"},
     {"current_board", keywords(currentBoard), METH_VARARGS | METH_KEYWORDS,
-     "current_board(name=None): the current board (None when none); with a name or board, sets it."},
+     "current_board(name=None): the current board (None when none); with a name or board, sets "
+     "it."},
     {"refresh_boards", refreshBoards, METH_NOARGS,
      "refresh_boards(): reads the user repositories again; objects of user boards go stale."},
-    {"_last_result", lastResult, METH_NOARGS, "The value the last property getter delivered to Python."},
+    {"_last_result", lastResult, METH_NOARGS,
+     "The value the last property getter delivered to Python."},
     {nullptr, nullptr, 0, nullptr}};
 
-PyModuleDef g_moduleDef = {PyModuleDef_HEAD_INIT, "boardlib",
-                           "Board objects and the board commands of the board-data library.", -1, g_functions,
-                           nullptr, nullptr, nullptr, nullptr};
+PyModuleDef g_moduleDef = {PyModuleDef_HEAD_INIT,
+                           "boardlib",
+                           "Board objects and the board commands of the board-data library.",
+                           -1,
+                           g_functions,
+                           nullptr,
+                           nullptr,
+                           nullptr,
+                           nullptr};
 
 /// The value of each getter, kept as the Python result of the call.
 void keepPyResult(const HATAttrAny &value) {
@@ -402,10 +423,13 @@ bool addQueryCommands(PyObject *module) {
   for (const HBOScriptCommands::QueryCommand &cmd : HBOScriptCommands::queryCommands()) {
     // The first lines give help() the signature of the function.
     docs.push_back(std::string(cmd.name) +
-                   "(pattern=None, filter=None, of_objects=None, quiet=False, nocase=False, regexp=False)\n--\n\n" +
-                   "A list of " + cmd.help + "; pattern is a str or a list of str, of_objects a board object "
+                   "(pattern=None, filter=None, of_objects=None, quiet=False, nocase=False, "
+                   "regexp=False)\n--\n\n" +
+                   "A list of " + cmd.help +
+                   "; pattern is a str or a list of str, of_objects a board object "
                    "or a list of them.");
-    defs.push_back(PyMethodDef{cmd.name, keywords(queryCommand), METH_VARARGS | METH_KEYWORDS, docs.back().c_str()});
+    defs.push_back(PyMethodDef{cmd.name, keywords(queryCommand), METH_VARARGS | METH_KEYWORDS,
+                               docs.back().c_str()});
     PyObject *name = PyUnicode_FromString(cmd.name);
     PyObject *fn = name ? PyCFunction_NewEx(&defs.back(), name, moduleName) : nullptr;
     Py_XDECREF(name);
@@ -440,9 +464,11 @@ PyMODINIT_FUNC PyInit_boardlib(void) {
   PyObject *module = PyModule_Create(&g_moduleDef);
   if (!module)
     return nullptr;
-  BoardPy::g_boardError = PyErr_NewExceptionWithDoc(
-      "boardlib.BoardError", "A board command failed; the text says why.", PyExc_RuntimeError, nullptr);
-  if (!BoardPy::g_boardError || PyModule_AddObjectRef(module, "BoardError", BoardPy::g_boardError) < 0 ||
+  BoardPy::g_boardError =
+      PyErr_NewExceptionWithDoc("boardlib.BoardError", "A board command failed; the text says why.",
+                                PyExc_RuntimeError, nullptr);
+  if (!BoardPy::g_boardError ||
+      PyModule_AddObjectRef(module, "BoardError", BoardPy::g_boardError) < 0 ||
       !BoardPy::createTypes(module) || !addQueryCommands(module)) {
     Py_DECREF(module);
     return nullptr;

@@ -72,7 +72,8 @@ Object *live(PyObject *self) {
 PyObject *readProperty(Object *o, const std::string &name, bool quiet) {
   HATAttrAny value;
   bool found = false;
-  if (!call([&] { found = commands().getProperty(name, tclany(*o->type, o->native), value, quiet); }))
+  if (!call(
+          [&] { found = commands().getProperty(name, tclany(*o->type, o->native), value, quiet); }))
     return nullptr;
   if (!found)
     return toStr(std::string());
@@ -117,8 +118,8 @@ PyObject *richcompare(PyObject *self, PyObject *other, int op) {
   Object *b = reinterpret_cast<Object *>(other);
   // A dead object equals only itself: a new object may have taken its
   // address.
-  bool equal = self == other || (a->alive && b->alive && Py_TYPE(self) == Py_TYPE(other) &&
-                                 a->native == b->native);
+  bool equal = self == other ||
+               (a->alive && b->alive && Py_TYPE(self) == Py_TYPE(other) && a->native == b->native);
   if ((op == Py_EQ) == equal)
     Py_RETURN_TRUE;
   Py_RETURN_FALSE;
@@ -128,8 +129,8 @@ PyObject *methodGetProperty(PyObject *self, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"name", "quiet", nullptr};
   const char *name = nullptr;
   int quiet = 0;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "s|p:get_property", const_cast<char **>(kwlist), &name,
-                                   &quiet))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "s|p:get_property", const_cast<char **>(kwlist),
+                                   &name, &quiet))
     return nullptr;
   Object *o = live(self);
   if (!o)
@@ -140,7 +141,8 @@ PyObject *methodGetProperty(PyObject *self, PyObject *args, PyObject *kwargs) {
 PyObject *methodListProperty(PyObject *self, PyObject *args, PyObject *kwargs) {
   static const char *kwlist[] = {"all", nullptr};
   int all = 0;
-  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|p:list_property", const_cast<char **>(kwlist), &all))
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "|p:list_property", const_cast<char **>(kwlist),
+                                   &all))
     return nullptr;
   Object *o = live(self);
   if (!o)
@@ -189,7 +191,8 @@ PyMethodDef g_methods[] = {
     {"get_property", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(methodGetProperty)),
      METH_VARARGS | METH_KEYWORDS,
      "get_property(name, quiet=False): the value of one property; names ignore case."},
-    {"list_property", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(methodListProperty)),
+    {"list_property",
+     reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(methodListProperty)),
      METH_VARARGS | METH_KEYWORDS,
      "list_property(all=False): the property names in upper case; hidden ones only with all."},
     {"_capsule", methodCapsule, METH_NOARGS,
@@ -267,8 +270,9 @@ template <typename T> struct PyTypes {
       return nullptr;
     std::string error;
     if (HCPProperty::Types::detail::takeCastError(error) || !native) {
-      PyErr_SetString(PyExc_TypeError, error.empty() ? "The capsule holds an object of another class."
-                                                     : error.c_str());
+      PyErr_SetString(PyExc_TypeError, error.empty()
+                                           ? "The capsule holds an object of another class."
+                                           : error.c_str());
       return nullptr;
     }
     return native;
@@ -303,7 +307,8 @@ template <typename T> struct PyTypes {
     if (!native)
       return -1;
     if (native != reinterpret_cast<Object *>(self)->native) {
-      PyErr_SetString(PyExc_TypeError, "A board object cannot be re-pointed to another native object.");
+      PyErr_SetString(PyExc_TypeError,
+                      "A board object cannot be re-pointed to another native object.");
       return -1;
     }
     return 0;
@@ -331,18 +336,18 @@ template <typename T> struct PyTypes {
     std::string qualified = std::string("boardlib.") + cls.structName;
     static std::string s_name; // PyType_Spec keeps the pointer
     s_name = qualified;
-    PyType_Slot slots[] = {
-        {Py_tp_new, reinterpret_cast<void *>(tpNew)},
-        {Py_tp_init, reinterpret_cast<void *>(tpInit)},
-        {Py_tp_dealloc, reinterpret_cast<void *>(tpDealloc)},
-        {Py_tp_repr, reinterpret_cast<void *>(repr)},
-        {Py_tp_str, reinterpret_cast<void *>(str)},
-        {Py_tp_hash, reinterpret_cast<void *>(hash)},
-        {Py_tp_richcompare, reinterpret_cast<void *>(richcompare)},
-        {Py_tp_methods, g_methods},
-        {Py_tp_getset, g_getset},
-        {0, nullptr}};
-    PyType_Spec spec = {s_name.c_str(), static_cast<int>(sizeof(Object)), 0, Py_TPFLAGS_DEFAULT, slots};
+    PyType_Slot slots[] = {{Py_tp_new, reinterpret_cast<void *>(tpNew)},
+                           {Py_tp_init, reinterpret_cast<void *>(tpInit)},
+                           {Py_tp_dealloc, reinterpret_cast<void *>(tpDealloc)},
+                           {Py_tp_repr, reinterpret_cast<void *>(repr)},
+                           {Py_tp_str, reinterpret_cast<void *>(str)},
+                           {Py_tp_hash, reinterpret_cast<void *>(hash)},
+                           {Py_tp_richcompare, reinterpret_cast<void *>(richcompare)},
+                           {Py_tp_methods, g_methods},
+                           {Py_tp_getset, g_getset},
+                           {0, nullptr}};
+    PyType_Spec spec = {s_name.c_str(), static_cast<int>(sizeof(Object)), 0, Py_TPFLAGS_DEFAULT,
+                        slots};
     PyObject *type = PyType_FromSpec(&spec);
     if (!type)
       return false;
@@ -371,7 +376,8 @@ bool createTypes(PyObject *module) {
       return;
     const HBOScriptedClass *cls = HBOScriptedClasses::find(typeid(T *));
     if (!cls) {
-      PyErr_Format(PyExc_ImportError, "boardlib has no scripted class for the type %s", typeid(T *).name());
+      PyErr_Format(PyExc_ImportError, "boardlib has no scripted class for the type %s",
+                   typeid(T *).name());
       ok = false;
       return;
     }

@@ -29,8 +29,7 @@ using tclany = zeb::tcltasks::tclany;
 
 /// The instance layout shared by every board type.
 struct Object {
-  PyObject_HEAD
-  const std::type_info *type;
+  PyObject_HEAD const std::type_info *type;
   void *native;
   /// Cleared by the cache's invalidator when the native object dies.
   int alive;

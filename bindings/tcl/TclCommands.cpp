@@ -81,7 +81,8 @@ bool oneObject(Tcl_Interp *interp, const char *command, Tcl_Obj *obj, tclany &ou
     return false;
   if (objects.size() != 1) {
     setResult(interp, std::string(command) + " takes exactly one object, but " +
-                          (objects.empty() ? std::string("none was") : std::to_string(objects.size()) + " were") +
+                          (objects.empty() ? std::string("none was")
+                                           : std::to_string(objects.size()) + " were") +
                           " given.");
     return false;
   }
@@ -128,14 +129,16 @@ int queryCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[
     } else if (arg == "-regexp") {
       options.regexp = true;
     } else if (arg == "-help") {
-      std::string text = std::string(query.name) + "\n  " + query.help + "\nUsage: " + queryUsage(query) +
-                         "\n  -quiet: no warning when nothing matches\n  -filter: keep the objects whose "
-                         "properties match the expression\n  -of_objects: the objects related to these\n"
-                         "  -nocase: patterns ignore case\n  -regexp: patterns are regular expressions\n";
+      std::string text =
+          std::string(query.name) + "\n  " + query.help + "\nUsage: " + queryUsage(query) +
+          "\n  -quiet: no warning when nothing matches\n  -filter: keep the objects whose "
+          "properties match the expression\n  -of_objects: the objects related to these\n"
+          "  -nocase: patterns ignore case\n  -regexp: patterns are regular expressions\n";
       return printOut(interp, text);
     } else if (arg == "-filter" || arg == "-of_objects") {
       if (i + 1 >= objc) {
-        setResult(interp, "Option " + arg + " of " + query.name + " needs a value. Usage: " + queryUsage(query));
+        setResult(interp, "Option " + arg + " of " + query.name +
+                              " needs a value. Usage: " + queryUsage(query));
         return TCL_ERROR;
       }
       ++i;
@@ -149,8 +152,8 @@ int queryCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[
         options.hasOfObjects = true;
       }
     } else {
-      setResult(interp, "Unknown option '" + arg + "' of " + query.name + ". Usage: " + queryUsage(query) +
-                            " (use -- before a pattern that begins with '-').");
+      setResult(interp, "Unknown option '" + arg + "' of " + query.name + ". Usage: " +
+                            queryUsage(query) + " (use -- before a pattern that begins with '-').");
       return TCL_ERROR;
     }
   }
@@ -201,8 +204,8 @@ int setPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const
 }
 
 // list_property and report_property: ?-all? object.
-bool allAndObject(Tcl_Interp *interp, const char *command, int objc, Tcl_Obj *const objv[], bool &all,
-                  tclany &object) {
+bool allAndObject(Tcl_Interp *interp, const char *command, int objc, Tcl_Obj *const objv[],
+                  bool &all, tclany &object) {
   all = objc >= 2 && std::strcmp(Tcl_GetString(objv[1]), "-all") == 0;
   if (objc != (all ? 3 : 2)) {
     Tcl_WrongNumArgs(interp, 1, objv, "?-all? object");
@@ -220,7 +223,8 @@ int listPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *cons
     std::vector<std::string> names = commandsOf(data).listProperty(object, all);
     Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
     for (const std::string &name : names)
-      Tcl_ListObjAppendElement(nullptr, list, Tcl_NewStringObj(name.c_str(), static_cast<int>(name.size())));
+      Tcl_ListObjAppendElement(nullptr, list,
+                               Tcl_NewStringObj(name.c_str(), static_cast<int>(name.size())));
     Tcl_SetObjResult(interp, list);
     return TCL_OK;
   });

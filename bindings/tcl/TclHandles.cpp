@@ -51,8 +51,8 @@ struct ClassBinding {
 };
 
 template <typename T> ClassBinding bindingOf() {
-  return ClassBinding{&typeid(T), &zeb::tcltasks::native_cache<T>::table, std::string(), Tcl_ObjType(),
-                      false};
+  return ClassBinding{&typeid(T), &zeb::tcltasks::native_cache<T>::table, std::string(),
+                      Tcl_ObjType(), false};
 }
 
 // Never destroyed either: Tcl values may outlive static destruction, and
@@ -117,9 +117,10 @@ void updateString(Tcl_Obj *obj) {
 // A name alone does not identify a board object.
 int setFromAny(Tcl_Interp *interp, Tcl_Obj *) {
   if (interp)
-    Tcl_SetObjResult(interp, Tcl_NewStringObj("Board objects cannot be made from text: pass objects "
-                                              "returned by the get_board* commands.",
-                                              -1));
+    Tcl_SetObjResult(interp,
+                     Tcl_NewStringObj("Board objects cannot be made from text: pass objects "
+                                      "returned by the get_board* commands.",
+                                      -1));
   return TCL_ERROR;
 }
 
@@ -168,8 +169,9 @@ void TclHandles::install() {
     // objects as bare names that no command takes back: refuse to start.
     for (const HBOScriptedClass &c : HBOScriptedClasses::all())
       if (!findBinding(*c.type))
-        throw std::logic_error(std::string("The Tcl package has no object type for the scripted class ") +
-                               c.structName + ".");
+        throw std::logic_error(
+            std::string("The Tcl package has no object type for the scripted class ") +
+            c.structName + ".");
     for (ClassBinding &b : bindings())
       b.table().setInvalidator(&invalidate);
   });
@@ -230,9 +232,10 @@ bool TclHandles::isHandle(Tcl_Obj *obj) { return bindingOfObj(obj) != nullptr; }
 
 bool TclHandles::getHandle(Tcl_Interp *interp, Tcl_Obj *obj, tclany &out) {
   if (!bindingOfObj(obj)) {
-    setError(interp, "'" + shortText(Tcl_GetString(obj)) +
-                         "' is not a board object: pass objects returned by the get_board* commands "
-                         "(get_boards, get_board_components, ...), not their names.");
+    setError(interp,
+             "'" + shortText(Tcl_GetString(obj)) +
+                 "' is not a board object: pass objects returned by the get_board* commands "
+                 "(get_boards, get_board_components, ...), not their names.");
     return false;
   }
   Record *record = recordOf(obj);

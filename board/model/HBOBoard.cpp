@@ -471,8 +471,7 @@ bool HBOBoard::getParamValue(const std::string &name, std::string &value) const 
   return false;
 }
 
-void HBOBoard::getBusesOfComponent(const std::string &name,
-                                   std::vector<HBOBoardBus *> &out) const {
+void HBOBoard::getBusesOfComponent(const std::string &name, std::vector<HBOBoardBus *> &out) const {
   for (HBOBoardBus *bus : m_buses) {
     if (bus && (bus->getComp1() == name || bus->getComp2() == name))
       out.push_back(bus);

@@ -46,8 +46,7 @@ public:
 
   /// Stores the three fields and the full name vendor:boardName:version;
   /// vendor, board name and full name are lower-cased, the version field not.
-  void setName(const std::string &vendor, const std::string &boardName,
-               const std::string &version);
+  void setName(const std::string &vendor, const std::string &boardName, const std::string &version);
   /// The full name.
   const std::string &getName() const { return m_name; }
   bool getName(std::string &out) const;
@@ -187,8 +186,7 @@ public:
 
   /// Under the upper-cased name; an empty name is ignored.
   void setIpPreset(const std::string &name, const std::vector<HBOIpPreset *> &presets);
-  void setIpAssociatedInterface(const std::string &name,
-                                const std::vector<HBOIpPreset *> &presets);
+  void setIpAssociatedInterface(const std::string &name, const std::vector<HBOIpPreset *> &presets);
   const PresetMap &getIpPresets() const { return m_ipPresets; }
   const PresetMap &getIpAssociatedInterfaces() const { return m_ipAssocInterfaces; }
 
@@ -204,9 +202,7 @@ public:
   void getConnectorsList(HSTVector<HBOBoardComponent *> &out) const;
 
   void addConnectedBoard(const std::string &alias, const std::string &id);
-  const std::map<std::string, std::string> &getConnectedBoards() const {
-    return m_connectedBoards;
-  }
+  const std::map<std::string, std::string> &getConnectedBoards() const { return m_connectedBoards; }
   /// "board1#connector1" to "board2#connector2".
   void addConnectedComponents(const std::string &board1, const std::string &connector1,
                               const std::string &board2, const std::string &connector2);
@@ -246,8 +242,8 @@ public:
   bool getConnectedConnectors(const HBOBoardComponent *component,
                               std::vector<HBOBoardComponent *> &out) const;
   /// Appends (base connector, daughter connector) per integrated connection.
-  void getConnectedConnectors(
-      HSTVector<std::pair<HBOBoardComponent *, HBOBoardComponent *>> &out) const;
+  void
+  getConnectedConnectors(HSTVector<std::pair<HBOBoardComponent *, HBOBoardComponent *>> &out) const;
   /// The daughter connector plugged onto the base connector \p component.
   HBOBoardComponent *getConnectorConnected(const HBOBoardComponent *component) const;
   bool isConnectorConnected(const HBOBoardComponent *component) const;

@@ -13,7 +13,7 @@ HBOBoardBus::~HBOBoardBus() {
 }
 
 void HBOBoardBus::updateEnablementDependencyJumperName(const std::string &oldName,
-                                                      const std::string &newName) {
+                                                       const std::string &newName) {
   m_enablementDependency = HBOCommon::renameJumper(m_enablementDependency, oldName, newName);
 }
 
@@ -33,9 +33,9 @@ void HBOBoardBus::getBusComponentsVec(std::vector<HBOBoardComponent *> &out) con
 }
 
 void HBOBoardBus::display(int indent) const {
-  std::cout << std::string(indent > 0 ? indent : 0, '-') << "Connection - Name: "
-            << m_connectionName << ", Component 1: " << m_comp1 << ", Component 2: " << m_comp2
-            << ", Delay: " << m_delay << ", C1StIndex: " << m_startIndexComp1
-            << ", C1EndIndex: " << m_stopIndexComp1 << ", C2StIndex: " << m_startIndexComp2
-            << ", C2EndIndex: " << m_stopIndexComp2 << "\n";
+  std::cout << std::string(indent > 0 ? indent : 0, '-')
+            << "Connection - Name: " << m_connectionName << ", Component 1: " << m_comp1
+            << ", Component 2: " << m_comp2 << ", Delay: " << m_delay
+            << ", C1StIndex: " << m_startIndexComp1 << ", C1EndIndex: " << m_stopIndexComp1
+            << ", C2StIndex: " << m_startIndexComp2 << ", C2EndIndex: " << m_stopIndexComp2 << "\n";
 }

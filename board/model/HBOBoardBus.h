@@ -41,8 +41,7 @@ public:
     m_enablementDependency = std::move(expression);
   }
   /// Renames a jumper in the expression, as on a component mode.
-  void updateEnablementDependencyJumperName(const std::string &oldName,
-                                            const std::string &newName);
+  void updateEnablementDependencyJumperName(const std::string &oldName, const std::string &newName);
   int getStartIndexComp1() const { return m_startIndexComp1; }
   void setStartIndexComp1(int index) { m_startIndexComp1 = index; }
   int getStopIndexComp1() const { return m_stopIndexComp1; }

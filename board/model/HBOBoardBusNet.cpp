@@ -12,9 +12,7 @@ HBOBoardBusNet::HBOBoardBusNet(const HBOBoardBusNet &other, HBOBoardBus *owner)
       m_enablementDependency(other.m_enablementDependency), m_boardBus(other.m_boardBus),
       m_owner(owner) {}
 
-HBOBoardBusNet::~HBOBoardBusNet() {
-  zeb::forgetScriptHandles(this);
-}
+HBOBoardBusNet::~HBOBoardBusNet() { zeb::forgetScriptHandles(this); }
 
 void HBOBoardBusNet::getPinsVec(std::vector<HBOPinProps *> &out) const {
   if (!m_owner || !m_owner->getOwner())

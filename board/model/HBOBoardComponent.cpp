@@ -118,8 +118,8 @@ void HBOBoardComponent::setImageFile(const std::string &path) {
     rareMut_().imageFile = path;
     return;
   }
-  rareMut_().imageFile = fs::path(m_boardFile).parent_path().string() + HBOBoardUtils::getDirSeparator() +
-                path;
+  rareMut_().imageFile =
+      fs::path(m_boardFile).parent_path().string() + HBOBoardUtils::getDirSeparator() + path;
 }
 
 void HBOBoardComponent::setVLNV(const std::string &vendor, const std::string &library,
@@ -391,11 +391,10 @@ void HBOBoardComponent::unindexPin_(HBOPinProps *pin) {
       m_pinSlots[index] = nullptr;
     return;
   }
-  m_otherPinIndexes.erase(std::remove_if(m_otherPinIndexes.begin(), m_otherPinIndexes.end(),
-                                         [pin](const std::pair<int, HBOPinProps *> &e) {
-                                           return e.second == pin;
-                                         }),
-                          m_otherPinIndexes.end());
+  m_otherPinIndexes.erase(
+      std::remove_if(m_otherPinIndexes.begin(), m_otherPinIndexes.end(),
+                     [pin](const std::pair<int, HBOPinProps *> &e) { return e.second == pin; }),
+      m_otherPinIndexes.end());
 }
 
 HBOPinProps *HBOBoardComponent::getPinByIndex(int index) const {
@@ -460,9 +459,8 @@ bool HBOBoardComponent::populateConstraintsData(std::string file) {
       continue;
     }
     // Only these seven columns are read; the others stay empty.
-    std::map<std::string, std::string> columns{{PIN_NAME, ""},     {PIN_INDEX, ""},
-                                               {PIN_LOC, ""},      {PIN_DIFFTERM, ""},
-                                               {PIN_DRIVE, ""},    {PIN_IOSTD, ""},
+    std::map<std::string, std::string> columns{{PIN_NAME, ""},     {PIN_INDEX, ""}, {PIN_LOC, ""},
+                                               {PIN_DIFFTERM, ""}, {PIN_DRIVE, ""}, {PIN_IOSTD, ""},
                                                {PIN_SLEW, ""}};
     for (const HXMLWElement &column : child.getChildren()) {
       auto it = columns.find(column.getTag());
@@ -664,9 +662,8 @@ bool HBOBoardComponent::isDockline160Connector() const {
 }
 
 bool HBOBoardComponent::isConnector() const {
-  return isDockline160Connector() || isLPCConnector() || isHPCConnector() ||
-         isLPCPlusConnector() || isDIMMConnector() || isPMODConnector() || isSOM240Connector() ||
-         isSOM480Connector();
+  return isDockline160Connector() || isLPCConnector() || isHPCConnector() || isLPCPlusConnector() ||
+         isDIMMConnector() || isPMODConnector() || isSOM240Connector() || isSOM480Connector();
 }
 
 void HBOBoardComponent::addCompatibleConnector(const std::string &vendor,

@@ -65,8 +65,8 @@ public:
   void setName(std::string name) { m_name = std::move(name); }
   /// Legacy form: stores the four fields and composes the full name; vendor,
   /// board name, part name and full name are lower-cased, the version not.
-  void setName(const std::string &vendor, const std::string &boardName,
-               const std::string &partName, const std::string &version);
+  void setName(const std::string &vendor, const std::string &boardName, const std::string &partName,
+               const std::string &version);
   /// The lower-cased `name` attribute: the handle of look-ups.
   const std::string &getComponentName() const { return m_componentName; }
   void setComponentName(std::string name) { m_componentName = std::move(name); }
@@ -216,9 +216,10 @@ public:
   void getComponentModes(std::vector<HBOComponentMode *> &out) const { out = m_modes; }
   void addComponentMode(HBOComponentMode *mode);
   /// Renames a jumper in the expression of each mode, in mode order.
-  void updateEnablementDependencyJumperName(const std::string &oldName,
-                                            const std::string &newName);
-  void getIICPositions(std::map<int, HBOBoardCompMuxPosition *> &out) const { out = m_muxPositions; }
+  void updateEnablementDependencyJumperName(const std::string &oldName, const std::string &newName);
+  void getIICPositions(std::map<int, HBOBoardCompMuxPosition *> &out) const {
+    out = m_muxPositions;
+  }
   /// Enters the position under its number; one entered before under that
   /// number is deleted.
   void addIICPosition(HBOBoardCompMuxPosition *position);

@@ -114,8 +114,7 @@ std::string HBOBoardDataProps::asXmlStr(std::size_t indent) const {
     const auto &entry = *frame.next++;
     const std::string blanks(frame.indent, ' ');
     if (const std::string *value = boost::any_cast<std::string>(&entry.second)) {
-      text += blanks + "<data_property name=\"" + entry.first + "\" value=\"" + *value +
-              "\"/>\n";
+      text += blanks + "<data_property name=\"" + entry.first + "\" value=\"" + *value + "\"/>\n";
     } else if (const DataMap *inner = boost::any_cast<DataMap>(&entry.second)) {
       text += blanks + "<data_property_group name=\"" + entry.first + "\">\n";
       const std::size_t innerIndent = frame.indent + 2;

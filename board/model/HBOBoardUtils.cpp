@@ -269,8 +269,8 @@ void DumpDebugStr(const std::string &param, const std::string &label, const HBOB
   // Callers also pass names that are no parameter; those stay silent.
   if (!boolParam(param))
     return;
-  std::cout << param << " : " << label << " for board address "
-            << static_cast<const void *>(board) << " " << board->getDescription() << std::endl;
+  std::cout << param << " : " << label << " for board address " << static_cast<const void *>(board)
+            << " " << board->getDescription() << std::endl;
 }
 
 void getBoardFileParamList(std::vector<std::string> &out) {

@@ -52,8 +52,8 @@ bool HBOBusIf::getAbstractType(std::string &vendor, std::string &library, std::s
 }
 
 bool HBOBusIf::getAbstractTypeVLNV(std::string &out, const std::string &separator) const {
-  out = m_abstractTypeVendor + separator + m_abstractTypeLibrary + separator +
-        m_abstractTypeName + separator + m_abstractTypeVersion;
+  out = m_abstractTypeVendor + separator + m_abstractTypeLibrary + separator + m_abstractTypeName +
+        separator + m_abstractTypeVersion;
   return true;
 }
 

@@ -5,9 +5,7 @@
 
 #include <iostream>
 
-HBOBusIfPreference::~HBOBusIfPreference() {
-  zeb::forgetScriptHandles(this);
-}
+HBOBusIfPreference::~HBOBusIfPreference() { zeb::forgetScriptHandles(this); }
 
 bool HBOBusIfPreference::setMajorGroup(const std::string &group) {
   if (group.empty())

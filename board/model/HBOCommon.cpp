@@ -39,7 +39,7 @@ std::string trimCopy(const std::string &text) { return HSTStringUtils::trim(text
 // It knows no token borders: evaluation compares names ignoring case, and
 // the readers never put one jumper name inside another.
 std::string HBOCommon::renameJumper(const std::string &expression, const std::string &oldName,
-                                  const std::string &newName) {
+                                    const std::string &newName) {
   if (oldName.empty())
     return expression;
   const std::string replacement = HBOCommon::toLowerCopy(newName);

@@ -36,7 +36,7 @@ void HBOComponentMode::addPreferredIp(HBOBusIfPreference *preference) {
 }
 
 void HBOComponentMode::updateEnablementDependencyJumperName(const std::string &oldName,
-                                                           const std::string &newName) {
+                                                            const std::string &newName) {
   m_enablementDependency = HBOCommon::renameJumper(m_enablementDependency, oldName, newName);
 }
 

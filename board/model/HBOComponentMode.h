@@ -48,8 +48,7 @@ public:
   }
   /// Renames a jumper in the expression: every occurrence of \p oldName,
   /// ignoring case and token borders, becomes \p newName in lower case.
-  void updateEnablementDependencyJumperName(const std::string &oldName,
-                                            const std::string &newName);
+  void updateEnablementDependencyJumperName(const std::string &oldName, const std::string &newName);
   const std::string &getPresetProcName() const { return m_presetProcName; }
   void setPresetProcName(std::string name) { m_presetProcName = std::move(name); }
   const std::string &getIsEnabled() const { return m_isEnabled; }

@@ -8,6 +8,4 @@ HBOImage::HBOImage(std::string name, std::string displayName, std::string descri
       m_description(std::move(description)), m_resolution(std::move(resolution)),
       m_subType(std::move(subType)) {}
 
-HBOImage::~HBOImage() {
-  zeb::forgetScriptHandles(this);
-}
+HBOImage::~HBOImage() { zeb::forgetScriptHandles(this); }

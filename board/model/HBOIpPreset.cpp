@@ -38,9 +38,7 @@ std::string resolveCsv(const std::string &value, const HBOBoard *owner) {
 
 } // namespace
 
-HBOIpPreset::~HBOIpPreset() {
-  zeb::forgetScriptHandles(this);
-}
+HBOIpPreset::~HBOIpPreset() { zeb::forgetScriptHandles(this); }
 
 bool HBOIpPreset::isPreset() const { return HBOCommon::iEquals(m_kind, "preset"); }
 

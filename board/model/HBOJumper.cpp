@@ -5,9 +5,7 @@
 
 #include <iostream>
 
-HBOJumper::~HBOJumper() {
-  zeb::forgetScriptHandles(this);
-}
+HBOJumper::~HBOJumper() { zeb::forgetScriptHandles(this); }
 
 void HBOJumper::setValue(bool value, bool save) {
   m_defaultValue = value;

@@ -26,8 +26,8 @@ void registerBoardParam() {
                         "Allows board data model to work on board integrator functionality & tcl "
                         "commands, board 2.0 must be enabled as well.",
                         false);
-  mgr.registerBoolParam("board.enableFMCDaughterBoardSupport",
-                        "Enable FMC Daughterboard Support.", true);
+  mgr.registerBoolParam("board.enableFMCDaughterBoardSupport", "Enable FMC Daughterboard Support.",
+                        true);
   mgr.registerStringParam(
       "board.repoPaths",
       "Used to provide access to board part repositories during project creation.", "");

@@ -166,12 +166,11 @@ void HBOModelPort::display(int indent) const {
   getPortVecLeft(left);
   getPortVecRight(right);
   getPortWidth(width);
-  std::cout << std::string(indent > 0 ? indent : 0, '-') << "Port - Logical Name: "
-            << m_logicalPortName << ", Physical Name: " << m_name << ", Direction: "
-            << m_direction << ", Left: " << left << ", Right: " << right << ", Width: " << width
-            << "\n";
+  std::cout << std::string(indent > 0 ? indent : 0, '-')
+            << "Port - Logical Name: " << m_logicalPortName << ", Physical Name: " << m_name
+            << ", Direction: " << m_direction << ", Left: " << left << ", Right: " << right
+            << ", Width: " << width << "\n";
   const std::string dashes(indent + 2 > 0 ? indent + 2 : 0, '-');
   for (const auto &entry : m_pinMap)
-    std::cout << dashes << "Port Index: " << entry.first << ", FPGA Pin: " << entry.second
-              << "\n";
+    std::cout << dashes << "Port Index: " << entry.first << ", FPGA Pin: " << entry.second << "\n";
 }

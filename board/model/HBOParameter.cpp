@@ -10,9 +10,7 @@ HBOParameter::HBOParameter(std::string name, std::string value, std::string valu
       m_valueMin(std::move(valueMin)), m_valueMax(std::move(valueMax)),
       m_readOnly(std::move(readOnly)) {}
 
-HBOParameter::~HBOParameter() {
-  zeb::forgetScriptHandles(this);
-}
+HBOParameter::~HBOParameter() { zeb::forgetScriptHandles(this); }
 
 void HBOParameter::getSupportedValues(std::vector<std::string> &out) const {
   out.push_back(m_valueMin);

@@ -158,8 +158,7 @@ std::string propName(PropId id) {
 
 } // namespace
 
-HBOPinProps::HBOPinProps()
-    : m_internalVref(&HSTIntern::empty()), m_gtLoc(&HSTIntern::empty()) {}
+HBOPinProps::HBOPinProps() : m_internalVref(&HSTIntern::empty()), m_gtLoc(&HSTIntern::empty()) {}
 
 HBOPinProps::~HBOPinProps() {
   zeb::forgetScriptHandles(this);
@@ -169,11 +168,14 @@ HBOPinProps::~HBOPinProps() {
 }
 
 const std::vector<std::string> &HBOPinProps::getPortPropNames() {
-  static const std::vector<std::string> names{
-      "diff_term",    "diff_term_adv",    "dqs_bias",  "drive",         "equalization",
-      "ibuf_low_pwr", "iostandard",       "lvds_pre_emphasis",          "odt",
-      "output_impedance", "pre_emphasis", "pull_type", "slew",          "voh",
-      "pcb_min_delay", "pcb_max_delay"};
+  static const std::vector<std::string> names{"diff_term",     "diff_term_adv",
+                                              "dqs_bias",      "drive",
+                                              "equalization",  "ibuf_low_pwr",
+                                              "iostandard",    "lvds_pre_emphasis",
+                                              "odt",           "output_impedance",
+                                              "pre_emphasis",  "pull_type",
+                                              "slew",          "voh",
+                                              "pcb_min_delay", "pcb_max_delay"};
   return names;
 }
 
@@ -344,9 +346,7 @@ void HBOPinProps::getPinIbufLowPwr(std::string &out) const { getById_(IbufLowPwr
 void HBOPinProps::setPinIbufLowPwr(const std::string &value) { setById_(IbufLowPwr, value); }
 void HBOPinProps::getPinOdt(std::string &out) const { getById_(Odt, out); }
 void HBOPinProps::setPinOdt(const std::string &value) { setById_(Odt, value); }
-void HBOPinProps::getPinOutputImpedance(std::string &out) const {
-  getById_(OutputImpedance, out);
-}
+void HBOPinProps::getPinOutputImpedance(std::string &out) const { getById_(OutputImpedance, out); }
 void HBOPinProps::setPinOutputImpedance(const std::string &value) {
   setById_(OutputImpedance, value);
 }
@@ -361,8 +361,9 @@ void HBOPinProps::setPinSlew(const std::string &value) { setById_(Slew, value); 
 bool HBOPinProps::setIOBankProperty(const std::string &name, const std::string &value) {
   if (name.empty())
     return false;
-  auto it = std::lower_bound(m_ioBankProps.begin(), m_ioBankProps.end(), name,
-                             [](const BankProp &e, const std::string &key) { return *e.first < key; });
+  auto it =
+      std::lower_bound(m_ioBankProps.begin(), m_ioBankProps.end(), name,
+                       [](const BankProp &e, const std::string &key) { return *e.first < key; });
   const std::string *pooled = &HSTIntern::get(value);
   if (it != m_ioBankProps.end() && *it->first == name) {
     it->second = pooled;
@@ -406,11 +407,9 @@ HBOPinProps::StringMap HBOPinProps::getIntfPortMap() const {
 }
 
 void HBOPinProps::addIntfPortMap(const std::string &interfaceName, const std::string &port) {
-  auto it = std::lower_bound(
-      m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
-      [](const std::pair<std::string, std::string> &e, const std::string &key) {
-        return e.first < key;
-      });
+  auto it = std::lower_bound(m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
+                             [](const std::pair<std::string, std::string> &e,
+                                const std::string &key) { return e.first < key; });
   if (it != m_intfPortMap.end() && it->first == interfaceName)
     it->second = port;
   else
@@ -418,11 +417,9 @@ void HBOPinProps::addIntfPortMap(const std::string &interfaceName, const std::st
 }
 
 std::string HBOPinProps::getPortForInterface(const std::string &interfaceName) const {
-  auto it = std::lower_bound(
-      m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
-      [](const std::pair<std::string, std::string> &e, const std::string &key) {
-        return e.first < key;
-      });
+  auto it = std::lower_bound(m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
+                             [](const std::pair<std::string, std::string> &e,
+                                const std::string &key) { return e.first < key; });
   if (it != m_intfPortMap.end() && it->first == interfaceName)
     return it->second;
   return std::string();
@@ -474,9 +471,9 @@ bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::
 
 void HBOPinProps::display(int indent) const {
   std::cout << std::string(indent > 0 ? indent : 0, '-') << "Pin - index:" << m_pinIndex
-            << ", name:" << m_name << ", iostd:" << getByIdOrEmpty_(IoStandard)
-            << ", loc:" << m_loc << ", drive:" << getByIdOrEmpty_(Drive)
-            << ", slew:" << getByIdOrEmpty_(Slew) << ", diff_term:" << getByIdOrEmpty_(DiffTerm);
+            << ", name:" << m_name << ", iostd:" << getByIdOrEmpty_(IoStandard) << ", loc:" << m_loc
+            << ", drive:" << getByIdOrEmpty_(Drive) << ", slew:" << getByIdOrEmpty_(Slew)
+            << ", diff_term:" << getByIdOrEmpty_(DiffTerm);
   for (const auto &entry : getPortProps()) {
     if (entry.first == "iostandard" || entry.first == "drive" || entry.first == "slew" ||
         entry.first == "diff_term")

@@ -23,8 +23,7 @@ void HBOBoardParser::tellQueue_(bool send) {
   // A silent read keeps its findings to itself; whoever debugs it sees them.
   for (const auto &entry : m_ctx.messages)
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "queued%s: %s",
-                             entry.second ? "" : " (fails the read)",
-                             entry.first.format().c_str());
+                             entry.second ? "" : " (fails the read)", entry.first.format().c_str());
 }
 
 bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, bool validate,

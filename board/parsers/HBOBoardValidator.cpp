@@ -60,11 +60,20 @@ bool HBOBoardValidator::validateComponent(HBOBoardComponent *component) {
   if (isOneOf(type, {"chip", "connector"})) {
     if (subType.empty())
       rule("Component SubType cannot be empty for '" + name + "'.");
-    if (!isOneOf(subType, {"ddr", "switch", "mux", "lcd", "led", "ethernet", "sfp", "sma",
-                           "reset", "push_button", "system_reset", "uart", "mgt_clock",
-                           "memory_flash_qspi", "system_clock", "memory_flash_bpi", "dimm",
-                           "pmod", "som", "fmc_lpc", "fmc_hpc", "fmc_plus", "memory", "pcie",
-                           "dockline160", "fixed_io", "chip"}))
+    if (!isOneOf(subType, {"ddr",          "switch",
+                           "mux",          "lcd",
+                           "led",          "ethernet",
+                           "sfp",          "sma",
+                           "reset",        "push_button",
+                           "system_reset", "uart",
+                           "mgt_clock",    "memory_flash_qspi",
+                           "system_clock", "memory_flash_bpi",
+                           "dimm",         "pmod",
+                           "som",          "fmc_lpc",
+                           "fmc_hpc",      "fmc_plus",
+                           "memory",       "pcie",
+                           "dockline160",  "fixed_io",
+                           "chip"}))
       rule("Component Sub Type should be ddr/switch/push_button/lcd/led/ethernet/sfp/sma/mux/"
            "reset/system_reset/uart/mgt_clock/system_clock/memory_flash_qspi/memory_flash_bpi/"
            "memory/dimm/pmod/som/fmc_hpc/fmc_lpc/fmc_plus/dockline160/pcie/fixed_io/chip for '" +

@@ -53,8 +53,8 @@ std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &board
           {"quarnel-ip:rb55:1.2", {"odt"}}, {"quarnel-ip:rb55:1.3", {"odt"}},
           {"quarnel-ip:rb55:1.4", {"odt"}}, {"quarnel-ip:rb55:1.5", {"odt"}},
       };
-  static const std::unordered_set<std::string> pre2019Dot2PropNames = {
-      "iostandard", "diff_term", "drive", "slew", "dqs_bias"};
+  static const std::unordered_set<std::string> pre2019Dot2PropNames = {"iostandard", "diff_term",
+                                                                       "drive", "slew", "dqs_bias"};
 
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.usePre2019Dot2Mode")) {
     // The old mode knows only five properties of a pin.
@@ -142,10 +142,9 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
       readPins_(child, component);
     } else if (child.isTag("compatible_connectors")) {
       for (HXMLWElement row : child.children())
-        component->addCompatibleConnector(row.getAttribute("board_vendor"),
-                                          row.getAttribute("board_name"),
-                                          row.getAttribute("board_version"),
-                                          row.getAttribute("connector_name"));
+        component->addCompatibleConnector(
+            row.getAttribute("board_vendor"), row.getAttribute("board_name"),
+            row.getAttribute("board_version"), row.getAttribute("connector_name"));
     } else if (child.isTag("component_modes")) {
       readComponentModes_(child, component);
     } else if (child.isTag("interfaces")) {

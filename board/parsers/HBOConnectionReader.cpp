@@ -256,7 +256,7 @@ bool HBOConnectionReader::validateConnection(HBOBoardBus *bus) {
   const long long width2 =
       std::llabs(static_cast<long long>(bus->getStopIndexComp2()) - bus->getStartIndexComp2());
   if (width1 != width2)
-    fail("Bus width of Component1 and Component2 does not match for " +
-         bus->getConnectionName() + "\n");
+    fail("Bus width of Component1 and Component2 does not match for " + bus->getConnectionName() +
+         "\n");
   return valid;
 }

@@ -27,12 +27,18 @@ const std::size_t kMaxDataPropDepth = 256;
 DataMap makeStubData() {
   auto text = [](const char *value) { return boost::any(std::string(value)); };
   DataMap budget{
-      {"BOARD_VCC_IO_RAM", text("2.0")}, {"BOARD_PARENT_RAIL", text("4.0")},
-      {"BOARD_TOP", text("6.0")},        {"AUX", text("1.5")},
-      {"AUX_IO", text("0.5")},           {"IO_MEM", text("0.8")},
-      {"MEM", text("1.2")},              {"AUX_MEM", text("0.3")},
-      {"XCVR_AUX", text("0.4")},         {"XCVR_VCC", text("2.5")},
-      {"XCVR_VTT", text("1.8")},         {"ADC", text("0.1")},
+      {"BOARD_VCC_IO_RAM", text("2.0")},
+      {"BOARD_PARENT_RAIL", text("4.0")},
+      {"BOARD_TOP", text("6.0")},
+      {"AUX", text("1.5")},
+      {"AUX_IO", text("0.5")},
+      {"IO_MEM", text("0.8")},
+      {"MEM", text("1.2")},
+      {"AUX_MEM", text("0.3")},
+      {"XCVR_AUX", text("0.4")},
+      {"XCVR_VCC", text("2.5")},
+      {"XCVR_VTT", text("1.8")},
+      {"ADC", text("0.1")},
       {"BOARD_12V_PEX", text("5.5")},
   };
   DataMap voltage{
@@ -41,8 +47,10 @@ DataMap makeStubData() {
       {"XCVR_VCC", text("0.9")}, {"XCVR_VTT", text("1.2")}, {"ADC", text("1.8")},
   };
   DataMap conditions{
-      {"SUPPLY_CURRENT_BUDGET", budget}, {"VOLTAGE", voltage},
-      {"THETAJA", text("1.9")},          {"AMBIENT_TEMP", text("25.0")},
+      {"SUPPLY_CURRENT_BUDGET", budget},
+      {"VOLTAGE", voltage},
+      {"THETAJA", text("1.9")},
+      {"AMBIENT_TEMP", text("25.0")},
       {"DESIGN_POWER_BUDGET", text("30.0")},
   };
   return DataMap{{HBOBoardDataProps::s_operatingConditions, conditions}};

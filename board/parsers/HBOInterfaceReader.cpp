@@ -161,8 +161,8 @@ bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interfa
       m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
                                             ip.version);
     std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
-    int order = m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"),
-                                                 "preferred_ip order");
+    int order =
+        m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
     if (ip.hasOrder)
       record->setOrder(order);
     else
@@ -268,8 +268,8 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
       if (known && m_ctx.strictChecks)
         m_ctx.queueFinding("In the pin_maps for the logical_port '" + logicalPort +
                            "' and physical port '" + physicalPort + "' the port index '" + index +
-                           "' is used for both '" + std::string(*known) + "' and for '" +
-                           pinName + "'. Port index must be unique.");
+                           "' is used for both '" + std::string(*known) + "' and for '" + pinName +
+                           "'. Port index must be unique.");
 
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
       if (pin)
@@ -318,9 +318,8 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
       for (HXMLWElement entry : child.children()) {
         const char *order = entry.findAttribute("order");
         // Names are checked against the board's interfaces after the read.
-        int number = !order || !*order
-                         ? position
-                         : m_ctx.convert2NonNegativeInteger(order, "interface order");
+        int number = !order || !*order ? position
+                                       : m_ctx.convert2NonNegativeInteger(order, "interface order");
         mode->addInterface(number, std::make_pair(entry.getAttribute("name"),
                                                   isTrueText(entry.getAttribute("optional"))));
         ++position;
@@ -331,8 +330,8 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
         if (m_ctx.parsed)
           m_ctx.parsed->preferredIpVlnvs.insert(ip.vlnvText());
         std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
-        int order = m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"),
-                                                     "preferred_ip order");
+        int order =
+            m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
         if (ip.hasOrder)
           record->setOrder(order);
         record->setOwner(m_ctx.board);

@@ -106,8 +106,8 @@ bool HBOParseContext::parseFloat(std::string_view text, float &out) {
     return true;
   }
   if (sameIgnoringCase(word, "inf") || sameIgnoringCase(word, "infinity")) {
-    out = negative ? -std::numeric_limits<float>::infinity()
-                   : std::numeric_limits<float>::infinity();
+    out =
+        negative ? -std::numeric_limits<float>::infinity() : std::numeric_limits<float>::infinity();
     return true;
   }
   // Otherwise only what a decimal number is written with; strtof alone would
@@ -147,8 +147,8 @@ bool HBOParseContext::parseInt(std::string_view text, int &out) {
     text.remove_prefix(1);
   if (text.empty())
     return false;
-  const unsigned long long limit =
-      negative ? static_cast<unsigned long long>(INT_MAX) + 1 : static_cast<unsigned long long>(INT_MAX);
+  const unsigned long long limit = negative ? static_cast<unsigned long long>(INT_MAX) + 1
+                                            : static_cast<unsigned long long>(INT_MAX);
   unsigned long long value = 0;
   for (char c : text) {
     if (c < '0' || c > '9')

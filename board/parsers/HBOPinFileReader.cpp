@@ -186,8 +186,8 @@ void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, std::string_vi
                          false);
   }
   if (loc.empty()) {
-    m_ctx.queueFinding(path, "Location constraints are not provided for '" + std::string(name) + "'.",
-                       false);
+    m_ctx.queueFinding(
+        path, "Location constraints are not provided for '" + std::string(name) + "'.", false);
   } else {
     std::string_view indexText = index ? index : "";
     const std::string_view *known = indexOfLoc.insert(loc, indexText);

@@ -30,8 +30,7 @@ public:
 private:
   /// A pin's index and location must be given, and be unique in the file.
   void checkIndexAndLoc_(const std::string &path, std::string_view name, const char *index,
-                         std::string_view loc, HBOViewTable &nameOfIndex,
-                         HBOViewTable &indexOfLoc);
+                         std::string_view loc, HBOViewTable &nameOfIndex, HBOViewTable &indexOfLoc);
   /// Sets the port property at \p slot of HBOPinProps::getPortPropNames().
   static void setPortPropAt_(HBOPinProps &pin, std::size_t slot, const std::string &value);
   /// The design_constrs element of the pin file \p path.

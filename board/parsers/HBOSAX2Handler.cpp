@@ -15,7 +15,6 @@ std::string HBOSAX2Handler::transcode(const XMLCh *text) {
   return out;
 }
 
-
 HBOSAX2Handler::HBOSAX2Handler(const std::string &fileName, bool adjustLine)
     : m_fileName(fileName), m_adjustLine(adjustLine) {}
 

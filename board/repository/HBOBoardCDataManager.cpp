@@ -108,8 +108,8 @@ int HBOBoardCDataManager::setBoard(HBOBoard *board) {
   return true;
 }
 
-bool HBOBoardCDataManager::setBoard(const std::string &name, const std::string &part,
-                                    bool warnOnly, bool tryLegacyMap) {
+bool HBOBoardCDataManager::setBoard(const std::string &name, const std::string &part, bool warnOnly,
+                                    bool tryLegacyMap) {
   const std::string currentName = m_board ? m_board->getName() : std::string();
   // Selecting the current board again does not reapply the part.
   if (HBOCommon::iEquals(currentName, name))
@@ -187,16 +187,14 @@ void HBOBoardCDataManager::WarnIfNotLatestBoard(HBOBoard *board) {
   if (HBOBoardUtils::parseTclList(repoPaths).empty())
     return;
   const std::string &file = board->getBoardFile();
-  HBOBoardUtils::DumpDebugStr(kDebugParam,
-                              "  >> current boardFile " + file + " , version " +
-                                  board->getVersion(),
-                              board);
+  HBOBoardUtils::DumpDebugStr(
+      kDebugParam, "  >> current boardFile " + file + " , version " + board->getVersion(), board);
   // Boards of the content store count as installed ones.
   for (const std::string &dir : HUTEnv::getZRTDataDirList())
     if (file.find(dir + "/bazaar/boards") != std::string::npos)
       return;
-  std::string vlnv = board->getVendor() + ":" + board->getLibrary() + ":" +
-                     board->getBoardName() + ":" + board->getVersion();
+  std::string vlnv = board->getVendor() + ":" + board->getLibrary() + ":" + board->getBoardName() +
+                     ":" + board->getVersion();
   if (m_partRepo->hasCorrBoardInInstall(vlnv))
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-151@%s", vlnv);
 }

@@ -37,8 +37,7 @@ public:
   int setBoard(HBOBoard *board);
   /// Selects the board named \p name and applies \p part to it. False when
   /// nothing changed; an unknown name throws HEXError unless \p warnOnly.
-  bool setBoard(const std::string &name, const std::string &part, bool warnOnly,
-                bool tryLegacyMap);
+  bool setBoard(const std::string &name, const std::string &part, bool warnOnly, bool tryLegacyMap);
   /// As setBoardStrategyForced, but a board of the current name is kept.
   bool setBoardStrategy(HBOBoard *board);
   bool setBoardStrategyForced(HBOBoard *board);

@@ -19,8 +19,8 @@
 
 #include <boost/filesystem.hpp>
 
-#include <tbb/info.h>
 #include <atomic>
+#include <tbb/info.h>
 #include <tbb/parallel_for.h>
 #include <tbb/task_arena.h>
 
@@ -441,11 +441,9 @@ HBOBoard *HBOBoardCReposMgr::addBoardPart(const std::string &file, bool isStatic
   board->setUserDefinedFlag(!isStatic);
   HBOBoard *entered = board.release();
   map[key] = entered;
-  HBOBoardUtils::DumpDebugStr("HBOBoardCReposMgr::addBoardPart",
-                              std::string(isStatic ? "m_static_boardpart_map  "
-                                                   : "m_user_boardpart_map  ") +
-                                  key,
-                              entered);
+  HBOBoardUtils::DumpDebugStr(
+      "HBOBoardCReposMgr::addBoardPart",
+      std::string(isStatic ? "m_static_boardpart_map  " : "m_user_boardpart_map  ") + key, entered);
   return entered;
 }
 
@@ -579,8 +577,8 @@ bool HBOBoardCReposMgr::populatePreferenceData(HBOBoard *board) {
       continue;
     if (!busIf->getInterfaceMode(mode))
       continue;
-    auto it = m_interface_preference_map.find(lower(vendor + ":" + library + ":" + name + "#" +
-                                                    mode));
+    auto it =
+        m_interface_preference_map.find(lower(vendor + ":" + library + ":" + name + "#" + mode));
     if (it == m_interface_preference_map.end() || !it->second)
       continue;
     // A preference from the board file itself wins over the installation's.
@@ -669,8 +667,8 @@ bool HBOBoardCReposMgr::filterLatestRevisionBoardParts(std::vector<HBOBoardCompo
       family.push_back(board);
       continue;
     }
-    int order =
-        HBOBoardUtils::version_compare(family.front()->getBoardRevision(), board->getBoardRevision());
+    int order = HBOBoardUtils::version_compare(family.front()->getBoardRevision(),
+                                               board->getBoardRevision());
     if (order < 0) {
       family.clear();
       family.push_back(board);

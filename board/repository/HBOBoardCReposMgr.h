@@ -138,11 +138,11 @@ private:
   void destroy_();
 
   uint32_t m_refCount = 0;
-  BoardMap m_static_boardpart_map;    // owns
-  BoardMap m_user_boardpart_map;      // owns
-  BoardMap m_boardpart_map;           // the merged catalog; owns nothing
+  BoardMap m_static_boardpart_map; // owns
+  BoardMap m_user_boardpart_map;   // owns
+  BoardMap m_boardpart_map;        // the merged catalog; owns nothing
   std::set<std::string> m_static_replaced_by_user;
-  BoardMap m_latest_board_map;        // owns nothing
+  BoardMap m_latest_board_map; // owns nothing
   std::string m_user_repo_paths;
   std::string m_project_repo;
   std::map<std::string, std::string> m_famous_name_map;

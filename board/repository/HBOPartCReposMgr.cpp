@@ -262,8 +262,7 @@ void HBOPartCReposMgr::findBoardPartFiles(const std::string &dir) {
       for (fs::directory_iterator it(current), end; it != end; ++it)
         entries.push_back(it->path());
     } catch (...) {
-      ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-166@%s%s", m_currentRepository,
-                         current);
+      ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-166@%s%s", m_currentRepository, current);
       continue;
     }
     // Sorted, so that a tie between two files with one key is decided the

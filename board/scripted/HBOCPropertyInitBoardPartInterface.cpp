@@ -140,7 +140,8 @@ void HBOCPropertyInit::board_part_interface::init() {
   addProperty<I>(info, "version", [](const I &i) { return textOf(i, &I::getAbstractTypeVersion); });
   addProperty<I>(info, "presets", [](const I &i) { return presetsOf(i); });
 
-  HBOScripted::addDynamic(info, readDynamic, listDynamic, true).setGetDefaultAttrSpecFcn(dynamicSpec);
+  HBOScripted::addDynamic(info, readDynamic, listDynamic, true)
+      .setGetDefaultAttrSpecFcn(dynamicSpec);
 }
 
 void HBOCPropertyInit::board_part_interface::initV2Props() {

@@ -32,13 +32,14 @@ void HBOCPropertyInit::board_user_preference::init() {
   info.setSortProperties(false);
   // The class has no name property; scripts show a preference by the name
   // the model gives it.
-  info.setNameFcn([](Tcl_Interp *, const HBOScripted::tclany &handle, const std::string &, HATAttrAny &out) {
-    const T *preference = HCPProperty::Types::any2native<T *>::get(handle);
-    if (!preference)
-      return false;
-    out.setString(preference->getPrefName());
-    return true;
-  });
+  info.setNameFcn(
+      [](Tcl_Interp *, const HBOScripted::tclany &handle, const std::string &, HATAttrAny &out) {
+        const T *preference = HCPProperty::Types::any2native<T *>::get(handle);
+        if (!preference)
+          return false;
+        out.setString(preference->getPrefName());
+        return true;
+      });
   HBOScripted::addClassProperty<T>(info, classNameIpPreference);
   addProperty<T>(info, "ip_name", &T::getName);
   addProperty<T>(info, "ip_vendor", &T::getVendor);

@@ -105,12 +105,14 @@ const std::vector<HBOScriptCommands::QueryCommand> &HBOScriptCommands::queryComm
       {"get_board_parameters", &typeid(HBOParameter *), "the parameters of boards and components"},
       {"get_board_jumpers", &typeid(HBOJumper *), "the jumpers of boards"},
       {"get_board_ip_presets", &typeid(HBOIpPreset *), "the IP presets of boards and interfaces"},
-      {"get_board_ip_preferences", &typeid(HBOBusIfPreference *), "the preferred IPs of interfaces and modes"},
+      {"get_board_ip_preferences", &typeid(HBOBusIfPreference *),
+       "the preferred IPs of interfaces and modes"},
   };
   return commands;
 }
 
-const HBOScriptCommands::QueryCommand *HBOScriptCommands::findQueryCommand(const std::string &name) {
+const HBOScriptCommands::QueryCommand *
+HBOScriptCommands::findQueryCommand(const std::string &name) {
   for (const QueryCommand &c : queryCommands())
     if (name == c.name)
       return &c;
@@ -122,13 +124,15 @@ std::vector<HBOBoard *> HBOScriptCommands::getCatalogBoards() const {
   if (HBOPartCReposMgr *repo = m_manager->getBoardPartReposMgr())
     repo->getAllBoardParts(boards);
   boards.erase(std::remove(boards.begin(), boards.end(), nullptr), boards.end());
-  std::stable_sort(boards.begin(), boards.end(),
-                   [](const HBOBoard *a, const HBOBoard *b) { return a->getName() < b->getName(); });
+  std::stable_sort(boards.begin(), boards.end(), [](const HBOBoard *a, const HBOBoard *b) {
+    return a->getName() < b->getName();
+  });
   boards.erase(std::unique(boards.begin(), boards.end()), boards.end());
   return boards;
 }
 
-std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command, const QueryOptions &options) {
+std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command,
+                                                  const QueryOptions &options) {
   const QueryCommand *query = findQueryCommand(command);
   if (!query)
     throw Error("'" + command + "' is not a board query command.");
@@ -221,8 +225,7 @@ bool HBOScriptCommands::getProperty(const std::string &name, const tclany &objec
     if (!quiet && HCPProperty::findPropertySpec(object, name, spec, canonical, dynamic) &&
         !spec.m_hint.empty())
       ComMsgMgr::sendMsg("common", ComMsg::Warning, "@1-3@%s%s%s", canonical,
-                         HCPProperty::describe(object),
-                         spec.m_hint);
+                         HCPProperty::describe(object), spec.m_hint);
     if (!ok)
       out.clear();
     return ok;
@@ -251,7 +254,8 @@ std::string HBOScriptCommands::reportProperty(const tclany &object, bool all) {
   std::vector<HCPProperty::PropertyRow> rows = HCPProperty::listProperties(nullptr, object, all);
   std::vector<std::vector<std::string>> table = {{"Property", "Type", "Read-only", "Value"}};
   for (const HCPProperty::PropertyRow &row : rows)
-    table.push_back({HSTStringUtils::toUpper(row.name), HATAttrSpec::typeName(row.spec.getAttrType()),
+    table.push_back({HSTStringUtils::toUpper(row.name),
+                     HATAttrSpec::typeName(row.spec.getAttrType()),
                      row.spec.isReadOnly() ? "true" : "false", row.value.toString()});
   std::vector<std::size_t> widths(4, 0);
   for (const auto &line : table)
@@ -312,8 +316,9 @@ std::string HBOScriptCommands::reportParam(const std::string &pattern) {
   std::vector<const HPAParam *> params;
   for (const HPAParam *param : HPAParamMgr::getParamMgr().listParams()) {
     // Hidden parameters show only when asked for by their exact name.
-    if (param->isHidden() ? param->getName() != pattern
-                          : !pattern.empty() && !HBOScriptFilter::globMatch(pattern, param->getName()))
+    if (param->isHidden()
+            ? param->getName() != pattern
+            : !pattern.empty() && !HBOScriptFilter::globMatch(pattern, param->getName()))
       continue;
     params.push_back(param);
   }
@@ -326,8 +331,8 @@ std::string HBOScriptCommands::reportParam(const std::string &pattern) {
   auto line = [&](const std::string &name, const std::string &value, const std::string &def,
                   const std::string &type) {
     out << name << std::string(nameWidth - name.size() + 2, ' ') << value
-        << std::string(valueWidth - value.size() + 2, ' ') << type << std::string(8 - std::min<std::size_t>(type.size(), 6), ' ')
-        << def << "\n";
+        << std::string(valueWidth - value.size() + 2, ' ') << type
+        << std::string(8 - std::min<std::size_t>(type.size(), 6), ' ') << def << "\n";
   };
   line("Name", "Value", "Default", "Type");
   for (const HPAParam *param : params)

@@ -62,11 +62,11 @@ public:
   /// value; with \p quiet an unknown property is no error either. A use of a
   /// deprecated property warns with its hint.
   /// With \p interp the getter also sets the interpreter's result.
-  bool getProperty(const std::string &name, const tclany &object, HATAttrAny &out, bool quiet = false,
-                   Tcl_Interp *interp = nullptr);
+  bool getProperty(const std::string &name, const tclany &object, HATAttrAny &out,
+                   bool quiet = false, Tcl_Interp *interp = nullptr);
   /// set_property on every object; nothing changes when any is refused.
-  void setProperty(const std::string &name, const std::string &value, const std::vector<tclany> &objects,
-                   Tcl_Interp *interp = nullptr);
+  void setProperty(const std::string &name, const std::string &value,
+                   const std::vector<tclany> &objects, Tcl_Interp *interp = nullptr);
   /// list_property: the names in upper case, hidden ones only with \p all.
   std::vector<std::string> listProperty(const tclany &object, bool all = false);
   /// report_property: a table of name, type, read-only and value.

@@ -102,8 +102,8 @@ private:
     std::size_t start = m_pos;
     while (!atEnd()) {
       char c = m_text[m_pos];
-      if (std::isspace(static_cast<unsigned char>(c)) || c == '(' || c == ')' || c == '=' || c == '!' ||
-          c == '<' || c == '>' || c == '"' || c == '&' || c == '|')
+      if (std::isspace(static_cast<unsigned char>(c)) || c == '(' || c == ')' || c == '=' ||
+          c == '!' || c == '<' || c == '>' || c == '"' || c == '&' || c == '|')
         break;
       ++m_pos;
     }
@@ -225,7 +225,9 @@ HBOScriptFilter::HBOScriptFilter(const std::string &expression, bool nocase)
 
 HBOScriptFilter::~HBOScriptFilter() = default;
 
-bool HBOScriptFilter::matches(const PropertyReader &read) const { return evaluate(*m_root, read, m_nocase); }
+bool HBOScriptFilter::matches(const PropertyReader &read) const {
+  return evaluate(*m_root, read, m_nocase);
+}
 
 bool HBOScriptFilter::globMatch(const std::string &pattern, const std::string &text, bool nocase) {
   // Iterative matcher with one backtrack point for the latest '*'.

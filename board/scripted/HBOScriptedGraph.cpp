@@ -21,7 +21,9 @@ namespace {
 using tclany = zeb::tcltasks::tclany;
 
 template <typename T> bool is(const tclany &h) { return h.type && *h.type == typeid(T *); }
-template <typename T> T *as(const tclany &h) { return is<T>(h) ? static_cast<T *>(h.object) : nullptr; }
+template <typename T> T *as(const tclany &h) {
+  return is<T>(h) ? static_cast<T *>(h.object) : nullptr;
+}
 template <typename T> void add(std::vector<tclany> &out, T *object) {
   if (object)
     out.push_back(tclany::of(object));
@@ -59,7 +61,8 @@ std::vector<const std::type_info *> childClasses(const std::type_info &type) {
     return {&typeid(HBOBoardComponent *), &typeid(HBOBoardBus *), &typeid(HBOJumper *),
             &typeid(HBOParameter *), &typeid(HBOIpPreset *)};
   if (type == typeid(HBOBoardComponent *))
-    return {&typeid(HBOBusIf *), &typeid(HBOPinProps *), &typeid(HBOComponentMode *), &typeid(HBOParameter *)};
+    return {&typeid(HBOBusIf *), &typeid(HBOPinProps *), &typeid(HBOComponentMode *),
+            &typeid(HBOParameter *)};
   if (type == typeid(HBOBusIf *))
     return {&typeid(HBOModelPort *), &typeid(HBOPinProps *), &typeid(HBOIpPreset *),
             &typeid(HBOBusIfPreference *)};

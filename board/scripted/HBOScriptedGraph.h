@@ -20,12 +20,13 @@ public:
   /// the graph's order. \p boards are the boards an object without an owner
   /// link (a parameter) is looked for in. False when no object of class
   /// \p want can ever be related to one of the class of \p from.
-  static bool related(const tclany &from, const std::type_info &want, const std::vector<HBOBoard *> &boards,
-                      std::vector<tclany> &out);
+  static bool related(const tclany &from, const std::type_info &want,
+                      const std::vector<HBOBoard *> &boards, std::vector<tclany> &out);
   /// The direct children of \p object, of every class.
   static void children(const tclany &object, std::vector<tclany> &out);
   /// The direct owners of \p object (a pin has its component and its port).
-  static void owners(const tclany &object, const std::vector<HBOBoard *> &boards, std::vector<tclany> &out);
+  static void owners(const tclany &object, const std::vector<HBOBoard *> &boards,
+                     std::vector<tclany> &out);
 };
 
 #endif

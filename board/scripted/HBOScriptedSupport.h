@@ -39,14 +39,14 @@ using ValueOf = std::decay_t<std::invoke_result_t<const F &, const T &>>;
 template <typename T, typename F>
 HCPProperty::Spec &addProperty(HCPProperty::ObjectInfo &info, const std::string &name, F read) {
   HCPProperty::Spec &spec = info.createSpec(name);
-  spec.setGetFcn([read](Tcl_Interp *interp, const tclany &handle, const std::string &,
-                        HATAttrAny &result) {
-    T *object = HCPProperty::Types::any2native<T *>::get(handle);
-    if (!object)
-      return false;
-    HCPProperty::Utils::saveResult(interp, std::invoke(read, std::as_const(*object)), result);
-    return true;
-  });
+  spec.setGetFcn(
+      [read](Tcl_Interp *interp, const tclany &handle, const std::string &, HATAttrAny &result) {
+        T *object = HCPProperty::Types::any2native<T *>::get(handle);
+        if (!object)
+          return false;
+        HCPProperty::Utils::saveResult(interp, std::invoke(read, std::as_const(*object)), result);
+        return true;
+      });
   spec.getAttrSpec().setAttrTypeOf<ValueOf<T, F>>();
   spec.getAttrSpec().setReadOnly(true);
   return spec;

@@ -159,10 +159,9 @@ TEST(DtdBoards, EveryGoodTestBoardValidates) {
   // Written with tags in other cases, or with tags that the readers pass
   // over, on purpose: the readers take them and the DTD does not; and the
   // boards made to show what the DTDs find, named dtd_*.
-  const std::set<std::string> nonCanonical = {"components",       "dataprops_conditions",
-                                              "interfaces_basic", "power_network",
-                                              "presets_basic",    "presets_bad_file",
-                                              "unknown_element"};
+  const std::set<std::string> nonCanonical = {
+      "components",    "dataprops_conditions", "interfaces_basic", "power_network",
+      "presets_basic", "presets_bad_file",     "unknown_element"};
   const std::set<std::string> dtdIds = {"49-105", "49-106", "49-155", "49-156", "49-157",
                                         "49-158", "49-159", "49-162", "49-169"};
   int validated = 0;

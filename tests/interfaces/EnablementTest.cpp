@@ -46,8 +46,8 @@ class JumperBoard : public ::testing::Test {
 protected:
   void SetUp() override {
     HBOBoardParser parser;
-    ASSERT_TRUE(parser.parseFile(dataPath("interfaces_enablement/board.xml"), &board, false, "",
-                                 nullptr));
+    ASSERT_TRUE(
+        parser.parseFile(dataPath("interfaces_enablement/board.xml"), &board, false, "", nullptr));
     ASSERT_EQ(3u, board.getJumpers().size());
     leds = board.findBoardComponent("leds");
     part0 = board.findBoardComponent("part0");
@@ -93,10 +93,16 @@ TEST_F(JumperBoard, ModesFollowTheirExpressionsOnly) {
   set("J1", false);
   set("J2", true);
   board.updateEnablement();
-  EXPECT_EQ((States{{"always", "true"}, {"needs_j1", "false"}, {"needs_j2_off", "false"},
-                    {"both", "false"}, {"lower_name", "false"}, {"upper_value", "false"},
-                    {"first_term_counts", "false"}, {"needs_j10", "true"},
-                    {"unknown_jumper", "true"}, {"no_terms", "stale"}}),
+  EXPECT_EQ((States{{"always", "true"},
+                    {"needs_j1", "false"},
+                    {"needs_j2_off", "false"},
+                    {"both", "false"},
+                    {"lower_name", "false"},
+                    {"upper_value", "false"},
+                    {"first_term_counts", "false"},
+                    {"needs_j10", "true"},
+                    {"unknown_jumper", "true"},
+                    {"no_terms", "stale"}}),
             modes());
 
   set("J1", true);

@@ -59,9 +59,10 @@ TEST(PresetProcedures, FoundIgnoringCaseAndOnlyAmongPresets) {
 TEST(AssociatedInterfaces, EveryMatchingRecordGivesItsBoardInterfaces) {
   HBOBoard board;
   board.setIpAssociatedInterface(
-      "b_proc", {record(board, "quarnel-ip", "ip", "gpio_ctl", "2.0", "GPIO", {"led_4bits", "buttons"}),
-                 record(board, "quarnel-ip", "ip", "gpio_ctl", "2.0", "GPIO2", {"dip"}),
-                 record(board, "quarnel-ip", "ip", "uart_lite", "2.0", "GPIO", {"uart"})});
+      "b_proc",
+      {record(board, "quarnel-ip", "ip", "gpio_ctl", "2.0", "GPIO", {"led_4bits", "buttons"}),
+       record(board, "quarnel-ip", "ip", "gpio_ctl", "2.0", "GPIO2", {"dip"}),
+       record(board, "quarnel-ip", "ip", "uart_lite", "2.0", "GPIO", {"uart"})});
   board.setIpAssociatedInterface(
       "a_proc", {record(board, "Quarnel-IP", "IP", "GPIO_CTL", "1.0", "gpio", {"led_4bits"})});
 

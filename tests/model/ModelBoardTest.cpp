@@ -17,8 +17,7 @@ using modeltest::Strings;
 
 namespace {
 
-HBOBoardBus *makeBus(const std::string &name, const std::string &comp1,
-                     const std::string &comp2) {
+HBOBoardBus *makeBus(const std::string &name, const std::string &comp1, const std::string &comp2) {
   auto *bus = new HBOBoardBus();
   bus->setName(name);
   bus->setComp1(comp1);

@@ -119,8 +119,8 @@ TEST(ModelComponent, BusIfSeqByFourFieldsIgnoresCaseAndMatchesClockLibraries) {
 
 TEST(ModelComponent, BusIfSeqByVlnvTextKeepsTheClockPatternOddity) {
   HBOBoardComponent component;
-  component.setBusIf("real_clk", makeBusIf("real_clk", "quarnel-ip", "interface", "clock_rtl",
-                                           "1.0"));
+  component.setBusIf("real_clk",
+                     makeBusIf("real_clk", "quarnel-ip", "interface", "clock_rtl", "1.0"));
   // A one-letter library is what the pattern's bracket set really matches.
   component.setBusIf("odd_clk", makeBusIf("odd_clk", "quarnel-ip", "s", "clock_rtl", "1.0"));
   const std::pair<const char *, Strings> cases[] = {
@@ -161,8 +161,10 @@ TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
 
 TEST(ModelComponent, IndexesOutsideTheSlotsAnswerTheFirstPinInNameOrder) {
   HBOBoardComponent component;
-  std::map<int, HBOPinProps *> pins{{400, makePin("P400", 400)}, {401, makePin("P401", 401)},
-                                    {-1, makePin("SCALAR", -1)}, {0, nullptr},
+  std::map<int, HBOPinProps *> pins{{400, makePin("P400", 400)},
+                                    {401, makePin("P401", 401)},
+                                    {-1, makePin("SCALAR", -1)},
+                                    {0, nullptr},
                                     {100000, nullptr}};
   for (const auto &entry : pins)
     if (entry.second)
@@ -263,11 +265,11 @@ TEST(ModelComponent, SmallQueriesAndTheirFallbacks) {
 TEST(ModelComponent, ImageFileIsPlacedBesideTheBoardFileWhenBare) {
   HBOBoardComponent component;
   component.setBoardFile("/boards/acme/big/1.0/board.xml");
-  for (const auto &c : std::map<std::string, std::string>{
-           {"pic.png", "/boards/acme/big/1.0/pic.png"},
-           {"./pic.png", "/boards/acme/big/1.0/./pic.png"},
-           {"img/pic.png", "img/pic.png"},
-           {"", ""}}) {
+  for (const auto &c :
+       std::map<std::string, std::string>{{"pic.png", "/boards/acme/big/1.0/pic.png"},
+                                          {"./pic.png", "/boards/acme/big/1.0/./pic.png"},
+                                          {"img/pic.png", "img/pic.png"},
+                                          {"", ""}}) {
     component.setImageFile(c.first);
     EXPECT_EQ(component.getImageFile(), c.second) << c.first;
   }
@@ -307,9 +309,9 @@ TEST(ModelComponent, ConstraintsFileFillsPortRecordsOnce) {
   std::vector<HBOPinProps *> records;
   ASSERT_TRUE(data->getPortPropsSeq(records));
   ASSERT_EQ(records.size(), 4u);
-  EXPECT_EQ((Strings{records[2]->getName(), records[2]->getPinLoc(),
-                     records[2]->getPinIOStandard()}),
-            (Strings{"data[6]", "A1", "LVCMOS18"}));
+  EXPECT_EQ(
+      (Strings{records[2]->getName(), records[2]->getPinLoc(), records[2]->getPinIOStandard()}),
+      (Strings{"data[6]", "A1", "LVCMOS18"}));
   EXPECT_EQ(records[2]->getPinIndex(), 6);
   // Only seven columns are read: ODT stays empty but present.
   EXPECT_EQ(records[2]->getPortProps().at("odt"), "");

@@ -107,8 +107,8 @@ TEST(ModelPort, PinMapOrderIsTextualAndRenamesKeepKeys) {
   EXPECT_EQ(pins.size(), 4u);
 
   busIf->updatePortPinMap({{"P2", "Q2"}, {"unused", "x"}});
-  for (auto [index, pin] : {std::pair<const char *, const char *>{"2", "Q2"}, {"10", "P10"},
-                            {"99", ""}}) {
+  for (auto [index, pin] :
+       {std::pair<const char *, const char *>{"2", "Q2"}, {"10", "P10"}, {"99", ""}}) {
     std::string found = "stale";
     port->getPinPort(index, found);
     EXPECT_EQ(found, pin) << index;

@@ -78,10 +78,12 @@ TEST(ModelPreset, CsvValuesResolveBesideTheBoardFileWhenPresent) {
   preset.setOwner(&board);
   EXPECT_FALSE(preset.setParam("", "x"));
   // Only a bare, existing name with the lower-case suffix is resolved.
-  const std::pair<std::string, std::string> cases[] = {
-      {"table.csv", dir.path() + "/table.csv"}, {"missing.csv", "missing.csv"},
-      {"table.CSV", "table.CSV"},               {"sub/table.csv", "sub/table.csv"},
-      {"csv", "csv"},                           {"plain", "plain"}};
+  const std::pair<std::string, std::string> cases[] = {{"table.csv", dir.path() + "/table.csv"},
+                                                       {"missing.csv", "missing.csv"},
+                                                       {"table.CSV", "table.CSV"},
+                                                       {"sub/table.csv", "sub/table.csv"},
+                                                       {"csv", "csv"},
+                                                       {"plain", "plain"}};
   for (const auto &c : cases) {
     std::string value;
     EXPECT_TRUE(preset.setParam("table", c.first));
@@ -176,8 +178,7 @@ TEST(ModelPowerRail, RailsAreTheMembersThatAreNoSupplies) {
 }
 
 TEST(ModelDataProps, PathsFlatteningAndXmlText) {
-  HBOBoardDataProps::DataMap budget{{"VCCAUX", std::string("1.5")},
-                                    {"VCCINT", std::string("8")}};
+  HBOBoardDataProps::DataMap budget{{"VCCAUX", std::string("1.5")}, {"VCCINT", std::string("8")}};
   HBOBoardDataProps::DataMap conditions{{"SUPPLY_CURRENT_BUDGET", budget},
                                         {"THETAJA", std::string("2.1")}};
   HBOBoardDataProps props;

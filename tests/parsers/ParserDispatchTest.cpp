@@ -130,7 +130,8 @@ TEST(BadInput, BinaryAndDeeplyNestedFilesDoNotCrash) {
 TEST(BadInput, ReaderExceptionsNeverLeaveTheParser) {
   // A strict file whose pin index is no number raises inside the reader.
   test::ScratchDir dir;
-  dir.write("board.xml", "<board schema_version=\"2.2\" vendor=\"v\" name=\"n\"><file_version>1</file_version>"
+  dir.write("board.xml",
+            "<board schema_version=\"2.2\" vendor=\"v\" name=\"n\"><file_version>1</file_version>"
             "<compatible_board_revisions><revision id=\"x\">r</revision>"
             "</compatible_board_revisions></board>");
   test::MessageRecorder msgs;
@@ -147,10 +148,11 @@ TEST(PackedFiles, GzipBoardPinAndPresetFilesReadLikePlainOnes) {
   const std::string plain =
       test::BoardBuilder()
           .pins("    <pin index=\"0\" name=\"led0\" loc=\"P2\" iostandard=\"LVCMOS33\"/>\n")
-          .presets("  <ip_preset preset_proc_name=\"led_preset\">\n"
-                   "    <ip vendor=\"quarnel-ip\" library=\"ip\" name=\"gpio_ctl\" version=\"2.0\">\n"
-                   "      <user_parameters><user_parameter name=\"CONFIG.WIDTH\" value=\"1\"/>"
-                   "</user_parameters>\n    </ip>\n  </ip_preset>\n")
+          .presets(
+              "  <ip_preset preset_proc_name=\"led_preset\">\n"
+              "    <ip vendor=\"quarnel-ip\" library=\"ip\" name=\"gpio_ctl\" version=\"2.0\">\n"
+              "      <user_parameters><user_parameter name=\"CONFIG.WIDTH\" value=\"1\"/>"
+              "</user_parameters>\n    </ip>\n  </ip_preset>\n")
           .writeTo(dir, "plain");
   for (const char *name : {"board.xml", "part0_pins.xml", "preset.xml"})
     dir.write(std::string("packed/") + name, gzipOf(dir.file(std::string("plain/") + name)));
@@ -185,9 +187,8 @@ TEST(Trace, EachBoardReadIsOneTraceEvent) {
   HUTTrace::setOutput("");
   std::string trace = readFile(dir.file("trace.json"));
   std::size_t events = 0;
-  for (std::size_t pos = 0; (pos = trace.find("\"HBOBoardParser::parseFile\"", pos)) !=
-                            std::string::npos;
-       ++pos)
+  for (std::size_t pos = 0;
+       (pos = trace.find("\"HBOBoardParser::parseFile\"", pos)) != std::string::npos; ++pos)
     ++events;
   EXPECT_EQ(2u, events);
   EXPECT_NE(std::string::npos, trace.find("minimal/board.xml"));

@@ -15,8 +15,8 @@ TEST(HSTFlatMap, BehavesAsAnOrderedMap) {
   Map map;
   std::map<std::string, std::string> reference;
   // Out of order, repeated keys, operator[] and emplace mixed.
-  const std::vector<std::pair<std::string, std::string>> steps{
-      {"m", "1"}, {"b", "2"}, {"z", "3"}, {"b", "4"}, {"a", "5"}, {"m", "6"}};
+  const std::vector<std::pair<std::string, std::string>> steps{{"m", "1"}, {"b", "2"}, {"z", "3"},
+                                                               {"b", "4"}, {"a", "5"}, {"m", "6"}};
   for (std::size_t i = 0; i < steps.size(); ++i) {
     if (i % 2) {
       map[steps[i].first] = steps[i].second;

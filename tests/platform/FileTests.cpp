@@ -44,8 +44,11 @@ TEST(HUTFile, StatusOfEveryKindOfPath) {
 }
 
 TEST(HUTFile, PathPieces) {
-  for (auto [path, parent] : {std::pair<const char *, const char *>{"x", ""}, {"./x", "."},
-                              {"/x", "/"}, {"a/b/board.xml", "a/b"}, {"", ""}})
+  for (auto [path, parent] : {std::pair<const char *, const char *>{"x", ""},
+                              {"./x", "."},
+                              {"/x", "/"},
+                              {"a/b/board.xml", "a/b"},
+                              {"", ""}})
     EXPECT_EQ(HUTFile::parentPath(path), parent) << path;
   EXPECT_EQ(HUTFile::fileName("a/b/board.xml"), "board.xml");
   EXPECT_EQ(HUTFile::fileName("board.xml"), "board.xml");
@@ -60,8 +63,8 @@ TEST(HUTFileUtils, FindFilesWalksTheWholeTreeInOrder) {
   dir.write("z/board.xml", "");
   dir.write("a/b/c/d/board.xml", "");
   dir.write("board.xml", "");
-  dir.write("a/Board.xml", "");     // other case: not a match
-  dir.write("a/board.xml.bak", ""); // other name
+  dir.write("a/Board.xml", "");         // other case: not a match
+  dir.write("a/board.xml.bak", "");     // other name
   dir.write("dir/board.xml/inner", ""); // a directory of that name
   dir.write("target/board.xml", "");
   ASSERT_EQ(::symlink("../../target/board.xml", dir.file("a/b/board.xml").c_str()), 0);

@@ -11,7 +11,6 @@
 #include <set>
 #include <thread>
 
-
 namespace {
 
 // The %s and %d placeholders of a text, in order, as one string such as "sds".
@@ -60,10 +59,10 @@ TEST(MessageCatalog, KeysAreUniqueAndSortedByNumber) {
   std::set<std::pair<int, int>> ids;
   for (const std::string &key : keys)
     EXPECT_TRUE(ids.insert(keyNumber(key)).second) << "id used twice: " << key;
-  EXPECT_TRUE(std::is_sorted(keys.begin(), keys.end(),
-                             [](const std::string &a, const std::string &b) {
-                               return keyNumber(a) < keyNumber(b);
-                             }));
+  EXPECT_TRUE(
+      std::is_sorted(keys.begin(), keys.end(), [](const std::string &a, const std::string &b) {
+        return keyNumber(a) < keyNumber(b);
+      }));
 }
 
 TEST(MessageCatalog, FillPutsArgumentsInOrderAndKeepsSurplus) {
@@ -181,7 +180,8 @@ TEST(MessageDelivery, ScopedDebugFollowsItsScope) {
   ComMsgMgr::enableScope("board.parse");
   EXPECT_TRUE(ComMsgMgr::hasScope("board.parse"));
   EXPECT_FALSE(ComMsgMgr::hasScope("board.event"));
-  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse", "HBOParser found schema version '%s'\n", "2.1");
+  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
+                           "HBOParser found schema version '%s'\n", "2.1");
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug4, "board.event", "not shown");
   ASSERT_EQ(sink.records.size(), 1u);
   EXPECT_EQ(sink.records[0].line, "DEBUG: [board.parse] HBOParser found schema version '2.1'");
@@ -192,7 +192,8 @@ TEST(MessageDelivery, ScopedDebugFollowsItsScope) {
   EXPECT_EQ(sink.records.size(), 1u);
 
   ComMsgMgr::enableScope("all");
-  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug2, "board.dataProps", "%s", std::string(5000, 'x').c_str());
+  ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug2, "board.dataProps", "%s",
+                           std::string(5000, 'x').c_str());
   ComMsgMgr::enableScope("all", false);
   ASSERT_EQ(sink.records.size(), 2u);
   EXPECT_EQ(sink.records[1].text.size(), 5000u);
@@ -203,7 +204,8 @@ TEST(MessageDelivery, CaptureKeepsItsThreadsMessagesAndReplaysInOrder) {
   {
     ComMsgCapture capture;
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-36@%s", "first");
-    std::thread other([] { ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-36@%s", "other thread"); });
+    std::thread other(
+        [] { ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-36@%s", "other thread"); });
     other.join();
     ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-108@%s", "second");
     // Only the other thread's message got through.

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 // Parameters live for the whole process, so every test registers names of
 // its own.
 

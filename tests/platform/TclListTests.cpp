@@ -5,7 +5,6 @@
 
 #include <random>
 
-
 namespace {
 
 std::string toHex(const std::string &s) {
@@ -34,12 +33,11 @@ std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
   for (const std::string &t : texts)
     input += toHex(t) + "\n";
   dir.write("in.txt", input);
-  dir.write("quote.tcl",
-            "set f [open [lindex $argv 0]]\n"
-            "while {[gets $f hex] >= 0} {\n"
-            "  set s [encoding convertfrom iso8859-1 [binary decode hex $hex]]\n"
-            "  puts [binary encode hex [encoding convertto iso8859-1 [list $s]]]\n"
-            "}\n");
+  dir.write("quote.tcl", "set f [open [lindex $argv 0]]\n"
+                         "while {[gets $f hex] >= 0} {\n"
+                         "  set s [encoding convertfrom iso8859-1 [binary decode hex $hex]]\n"
+                         "  puts [binary encode hex [encoding convertto iso8859-1 [list $s]]]\n"
+                         "}\n");
   bool ok = false;
   std::vector<std::string> out = test::outputLines(
       "tclsh8.6 " + dir.file("quote.tcl") + " " + dir.file("in.txt") + " 2>/dev/null", ok);
@@ -54,12 +52,66 @@ std::vector<std::string> tclQuote(const std::vector<std::string> &texts) {
 
 TEST(TclBrace, QuotesExactlyAsTclDoes) {
   std::vector<std::string> texts = {
-      "", "a", "a b", " ", "\t", "\n", "a\nb", "{", "}", "{}", "}{", "{a}", "{a", "a}", "a{b}c",
-      "{a b}", "[", "]", "a]", "a[b]", "$x", "a$", ";", "a;b", "\"", "\"a\"", "a\"b", "#",
-      "#a", "a#", "#{", "#}", "#]", "# a", "\\", "a\\", "\\a", "\\{", "\\}", "\\\\", "a\\\nb",
-      "\\\n", "{\\}", "\\{a", "a\\}", "x\\ y", "\f\v\r", "]{}", "a]{", "]\"{}", "\"{",
-      "\xC3\xA4 \xE2\x82\xAC", "\xff", std::string("a\0b", 3), "{{}}", "}}{{", "{ }", "a}{b",
-      "quarnel-ip:interface:diff_clock_rtl:1.0", "{a true}} {b false}",
+      "",
+      "a",
+      "a b",
+      " ",
+      "\t",
+      "\n",
+      "a\nb",
+      "{",
+      "}",
+      "{}",
+      "}{",
+      "{a}",
+      "{a",
+      "a}",
+      "a{b}c",
+      "{a b}",
+      "[",
+      "]",
+      "a]",
+      "a[b]",
+      "$x",
+      "a$",
+      ";",
+      "a;b",
+      "\"",
+      "\"a\"",
+      "a\"b",
+      "#",
+      "#a",
+      "a#",
+      "#{",
+      "#}",
+      "#]",
+      "# a",
+      "\\",
+      "a\\",
+      "\\a",
+      "\\{",
+      "\\}",
+      "\\\\",
+      "a\\\nb",
+      "\\\n",
+      "{\\}",
+      "\\{a",
+      "a\\}",
+      "x\\ y",
+      "\f\v\r",
+      "]{}",
+      "a]{",
+      "]\"{}",
+      "\"{",
+      "\xC3\xA4 \xE2\x82\xAC",
+      "\xff",
+      std::string("a\0b", 3),
+      "{{}}",
+      "}}{{",
+      "{ }",
+      "a}{b",
+      "quarnel-ip:interface:diff_clock_rtl:1.0",
+      "{a true}} {b false}",
   };
   // Random texts over the characters that matter.
   const std::string alphabet = "ab {}[]$;\\\"#\t\n\r\f\v";

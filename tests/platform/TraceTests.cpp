@@ -7,7 +7,6 @@
 #include <memory>
 #include <thread>
 
-
 namespace {
 
 // Loads the trace with Python's JSON reader and prints one line per event:
@@ -15,14 +14,15 @@ namespace {
 // result with ok=false when the file is no valid trace.
 std::vector<std::string> readTrace(const std::string &path, bool &ok) {
   test::ScratchDir dir;
-  dir.write("check.py",
-            "import json, sys\n"
-            "doc = json.load(open(sys.argv[1], encoding='utf-8'))\n"
-            "assert doc['displayTimeUnit'] == 'ms'\n"
-            "for e in doc['traceEvents']:\n"
-            "    assert e['ph'] == 'X' and isinstance(e['pid'], int) and isinstance(e['tid'], int)\n"
-            "    print('%s\\t%s\\t%d\\t%d' % (e['name'], json.dumps(e['args'], ensure_ascii=True),"
-            " e['ts'], e['dur']))\n");
+  dir.write(
+      "check.py",
+      "import json, sys\n"
+      "doc = json.load(open(sys.argv[1], encoding='utf-8'))\n"
+      "assert doc['displayTimeUnit'] == 'ms'\n"
+      "for e in doc['traceEvents']:\n"
+      "    assert e['ph'] == 'X' and isinstance(e['pid'], int) and isinstance(e['tid'], int)\n"
+      "    print('%s\\t%s\\t%d\\t%d' % (e['name'], json.dumps(e['args'], ensure_ascii=True),"
+      " e['ts'], e['dur']))\n");
   return test::outputLines("python3 " + dir.file("check.py") + " " + path + " 2>&1", ok);
 }
 

@@ -10,7 +10,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-
 TEST(Xml, AttributesByNameAndIndex) {
   HXMLWInterface doc;
   ASSERT_TRUE(doc.readFromBuffer("<board vendor=\"acme\" name='b&amp;c' empty=\"\"/>", "mem"));
@@ -37,7 +36,8 @@ TEST(Xml, AttributesByNameAndIndex) {
 
 TEST(Xml, ChildrenAreElementsOnly) {
   HXMLWInterface doc;
-  ASSERT_TRUE(doc.readFromBuffer("<r>lead<!-- note --><a/>mid<?pi data?><b x='1'/><![CDATA[<c/>]]>tail</r>"));
+  ASSERT_TRUE(doc.readFromBuffer(
+      "<r>lead<!-- note --><a/>mid<?pi data?><b x='1'/><![CDATA[<c/>]]>tail</r>"));
   HXMLWElement *root = doc.getRootElement();
   ASSERT_NE(root, nullptr);
   ASSERT_EQ(root->getChildCount(), 2u);
@@ -53,7 +53,8 @@ TEST(Xml, ChildrenAreElementsOnly) {
 
 TEST(Xml, FindChildIgnoresCaseAndNullHandlesChainSafely) {
   HXMLWInterface doc;
-  ASSERT_TRUE(doc.readFromBuffer("<board><Compatible_Board_Revisions/><components><component/></components></board>"));
+  ASSERT_TRUE(doc.readFromBuffer(
+      "<board><Compatible_Board_Revisions/><components><component/></components></board>"));
   HXMLWElement *root = doc.getRootElement();
   EXPECT_EQ(root->findChild("compatible_board_revisions").getTag(), "Compatible_Board_Revisions");
   EXPECT_EQ(root->findChild("COMPONENTS").findChild("Component").getTag(), "component");
@@ -171,7 +172,9 @@ TEST(Xml, EntitiesAreNeverExpandedNorFetched) {
   std::string text = "<?xml version=\"1.0\"?>\n"
                      "<!DOCTYPE board SYSTEM \"evil.dtd\" [\n"
                      "  <!ENTITY inner \"EXPANDED\">\n"
-                     "  <!ENTITY outside SYSTEM \"file://" + dir.file("secret.txt") + "\">\n"
+                     "  <!ENTITY outside SYSTEM \"file://" +
+                     dir.file("secret.txt") +
+                     "\">\n"
                      "]>\n"
                      "<board name=\"&inner;\">&inner;|&outside;|&leak;<a/></board>\n";
   dir.write("board.xml", text);
@@ -212,7 +215,8 @@ TEST(Xml, DeeplyNestedDocumentParsesWithoutRecursion) {
 
 TEST(Xml, ViewsAndChildRanges) {
   HXMLWInterface doc;
-  ASSERT_TRUE(doc.readFromBuffer("<r a='1' empty=''>x<A k='0'/><!-- c --><b/>y<a k='2'><a/></a></r>"));
+  ASSERT_TRUE(
+      doc.readFromBuffer("<r a='1' empty=''>x<A k='0'/><!-- c --><b/>y<a k='2'><a/></a></r>"));
   HXMLWElement root = *doc.getRootElement();
   EXPECT_EQ(root.getTagView(), "r");
   EXPECT_STREQ(root.findAttribute("a"), "1");

@@ -32,8 +32,8 @@ protected:
   /// component, usb mode, pmod uart connection".
   std::string uartRoute() const {
     return prop(tclany::of(bus("part0_usb_uart_1")), "is_enabled") + " " +
-           prop(tclany::of(bus("part0_usb_uart_1")->getBoardBusNets().at(0)), "is_enabled") +
-           " " + comp("usb_uart")->getIsEnabled() + " " +
+           prop(tclany::of(bus("part0_usb_uart_1")->getBoardBusNets().at(0)), "is_enabled") + " " +
+           comp("usb_uart")->getIsEnabled() + " " +
            prop(tclany::of(mode("usb_uart")), "is_enabled") + " " +
            prop(tclany::of(bus("part0_pmod_ja_uart")), "is_enabled");
   }

@@ -35,8 +35,7 @@ protected:
   }
 
   static std::string vlnv(const HBOBoard *b) {
-    return b->getVendor() + ":" + b->getLibrary() + ":" + b->getBoardName() + ":" +
-           b->getVersion();
+    return b->getVendor() + ":" + b->getLibrary() + ":" + b->getBoardName() + ":" + b->getVersion();
   }
 };
 

@@ -83,17 +83,20 @@ TEST_F(ScriptCommands, OfObjectsWalksDownAndBackUp) {
   tclany board = sample();
   std::vector<tclany> components = of("get_board_components", {board});
   EXPECT_EQ(5u, components.size());
-  EXPECT_EQ("kestrel-boards:sample_kit:led_2bits:1.0", HCPProperty::getObjectName(components.front()));
+  EXPECT_EQ("kestrel-boards:sample_kit:led_2bits:1.0",
+            HCPProperty::getObjectName(components.front()));
   EXPECT_EQ(2u, of("get_board_jumpers", {board}).size());
   EXPECT_EQ(4u, of("get_board_buses", {board}).size());
   EXPECT_EQ(2u, of("get_board_parameters", {board}).size());
   EXPECT_EQ(4u, of("get_board_component_interfaces", {board}).size());
-  EXPECT_EQ((std::vector<std::string>{"kestrel-boards:sample_kit:part0:1.0"}), names(of("get_board_parts", {board})));
+  EXPECT_EQ((std::vector<std::string>{"kestrel-boards:sample_kit:part0:1.0"}),
+            names(of("get_board_parts", {board})));
 
   std::vector<tclany> uart = of("get_board_component_interfaces", {board}, {"usb_uart"});
   ASSERT_EQ(1u, uart.size());
   EXPECT_EQ(2u, of("get_board_interface_ports", uart).size());
-  EXPECT_EQ((std::vector<std::string>{"uart_rxd", "uart_txd"}), names(of("get_board_component_pins", uart)));
+  EXPECT_EQ((std::vector<std::string>{"uart_rxd", "uart_txd"}),
+            names(of("get_board_component_pins", uart)));
   EXPECT_EQ(1u, of("get_board_ip_presets", uart).size());
   EXPECT_EQ(1u, of("get_board_ip_preferences", uart).size());
 
@@ -102,8 +105,10 @@ TEST_F(ScriptCommands, OfObjectsWalksDownAndBackUp) {
   EXPECT_EQ(names({board}), names(of("get_boards", pins)));
   EXPECT_EQ((std::vector<std::string>{"kestrel-boards:sample_kit:part0:1.0"}),
             names(of("get_board_components", {pins.front()})));
-  EXPECT_EQ((std::vector<std::string>{"usb_uart"}), names(of("get_board_component_interfaces", {pins.front()})));
-  std::vector<tclany> nets = of("get_board_bus_nets", of("get_board_buses", {board}, {"part0_led_2bits*"}));
+  EXPECT_EQ((std::vector<std::string>{"usb_uart"}),
+            names(of("get_board_component_interfaces", {pins.front()})));
+  std::vector<tclany> nets =
+      of("get_board_bus_nets", of("get_board_buses", {board}, {"part0_led_2bits*"}));
   EXPECT_EQ(2u, nets.size());
   EXPECT_EQ(names({board}), names(of("get_boards", nets)));
   // Parameters know no owner; they are found on the boards.
@@ -150,8 +155,8 @@ TEST_F(ScriptCommands, PropertiesListInUpperCaseAndDeprecatedOnesWarn) {
   EXPECT_NE(std::string::npos, report.find("kestrel-boards:sample_kit:1.0")) << report;
 
   tclany part0 = of("get_board_parts", {board}).at(0);
-  EXPECT_NE(std::string::npos,
-            s_commands->reportProperty(part0).find("Deprecated:\n  BOARD_NAME: Use 'get_property BOARD_NAME"));
+  EXPECT_NE(std::string::npos, s_commands->reportProperty(part0).find(
+                                   "Deprecated:\n  BOARD_NAME: Use 'get_property BOARD_NAME"));
   EXPECT_EQ(std::string::npos, report.find("Deprecated:")) << "a board has no deprecated property";
   test::MessageRecorder messages;
   HATAttrAny value;

@@ -8,9 +8,12 @@
 namespace {
 
 // Properties of an imaginary component, by upper-case name.
-const std::map<std::string, std::string> kProps = {
-    {"NAME", "usb_uart"}, {"TYPE", "chip"}, {"IS_ENABLED", "true"}, {"WIDTH", "16"},
-    {"DESCRIPTION", "USB to UART bridge"}, {"EMPTY", ""}};
+const std::map<std::string, std::string> kProps = {{"NAME", "usb_uart"},
+                                                   {"TYPE", "chip"},
+                                                   {"IS_ENABLED", "true"},
+                                                   {"WIDTH", "16"},
+                                                   {"DESCRIPTION", "USB to UART bridge"},
+                                                   {"EMPTY", ""}};
 
 bool eval(const std::string &expr, bool nocase = false) {
   HBOScriptFilter filter(expr, nocase);
@@ -71,14 +74,17 @@ TEST(ScriptFilter, GlobsMatchAsTclStringMatch) {
     const char *pattern, *text;
     bool expected;
   } cases[] = {
-      {"*", "", true},          {"*", "abc", true},         {"a*c", "abbbc", true},
-      {"a*c", "abcd", false},   {"?b?", "abc", true},       {"[a-c]x", "bx", true},
-      {"[a-c]x", "dx", false},  {"\\*", "*", true},         {"\\*", "a", false},
-      {"*sample*", "kestrel-boards:sample_kit:1.0", true},  {"*:*:*", "a:b:c", true},
-      {"a**b", "ab", true},     {"", "", true},             {"", "a", false},
+      {"*", "", true},          {"*", "abc", true},
+      {"a*c", "abbbc", true},   {"a*c", "abcd", false},
+      {"?b?", "abc", true},     {"[a-c]x", "bx", true},
+      {"[a-c]x", "dx", false},  {"\\*", "*", true},
+      {"\\*", "a", false},      {"*sample*", "kestrel-boards:sample_kit:1.0", true},
+      {"*:*:*", "a:b:c", true}, {"a**b", "ab", true},
+      {"", "", true},           {"", "a", false},
   };
   for (const Case &c : cases)
-    EXPECT_EQ(c.expected, HBOScriptFilter::globMatch(c.pattern, c.text)) << c.pattern << " ~ " << c.text;
+    EXPECT_EQ(c.expected, HBOScriptFilter::globMatch(c.pattern, c.text))
+        << c.pattern << " ~ " << c.text;
   EXPECT_TRUE(HBOScriptFilter::globMatch("USB*", "usb_uart", true));
 }
 

@@ -13,8 +13,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <mutex>
 #include <memory>
+#include <mutex>
 #include <unistd.h>
 
 namespace boardtool {
@@ -153,8 +153,8 @@ Row describe(const HBOBoard *board, const HBOBoardCReposMgr::BoardMap &installed
 
 void printTable(const std::vector<Row> &rows) {
   std::vector<std::vector<std::string>> cells;
-  cells.push_back({"NAME", "DISPLAY NAME", "FPGA PART", "SCHEMA", "COMPS", "INTFS", "SOURCE",
-                   "HIDES"});
+  cells.push_back(
+      {"NAME", "DISPLAY NAME", "FPGA PART", "SCHEMA", "COMPS", "INTFS", "SOURCE", "HIDES"});
   for (const Row &row : rows) {
     const HBOBoard *b = row.board;
     cells.push_back({b->getName(), b->getDisplayName(), row.part.empty() ? "-" : row.part,
@@ -195,8 +195,8 @@ void printJson(const std::vector<Row> &rows) {
               << ", \"schema_version\": " << jsonString(b->getBoardSchemaVersion())
               << ", \"user_defined\": " << (b->isUserDefined() ? "true" : "false")
               << ", \"part_name\": " << jsonString(row.part)
-              << ", \"components\": " << row.components
-              << ", \"interfaces\": " << row.interfaces << ", \"hides\": "
+              << ", \"components\": " << row.components << ", \"interfaces\": " << row.interfaces
+              << ", \"hides\": "
               << (row.hides.empty() ? std::string("null") : jsonString(row.hides)) << "}";
   }
   std::cout << (rows.empty() ? "]\n" : "\n]\n");

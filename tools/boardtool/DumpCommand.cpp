@@ -64,7 +64,8 @@ std::vector<ChildArray> childArrays(const std::type_info &type) {
             {"modes", &typeid(HBOComponentMode *), false},
             {"parameters", &typeid(HBOParameter *), false}};
   if (type == typeid(HBOBusIf *))
-    return {{"ports", &typeid(HBOModelPort *), false}, {"preferences", &typeid(HBOBusIfPreference *), false}};
+    return {{"ports", &typeid(HBOModelPort *), false},
+            {"preferences", &typeid(HBOBusIfPreference *), false}};
   if (type == typeid(HBOModelPort *))
     return {{"pins", &typeid(HBOPinProps *), true}};
   if (type == typeid(HBOBoardBus *))
@@ -80,7 +81,8 @@ public:
     std::string pad(2 * depth, ' ');
     m_out += "{";
     bool first = true;
-    for (const HCPProperty::PropertyRow &row : HCPProperty::listProperties(nullptr, object, m_all)) {
+    for (const HCPProperty::PropertyRow &row :
+         HCPProperty::listProperties(nullptr, object, m_all)) {
       key(HSTStringUtils::toUpper(row.name), first, depth + 1);
       value(row.value);
     }

@@ -14,12 +14,15 @@ int initBoardInterp(Tcl_Interp *interp) {
   return TCL_OK;
 }
 
-void setScriptArgs(Tcl_Interp *interp, const std::string &argv0, const std::vector<std::string> &args) {
+void setScriptArgs(Tcl_Interp *interp, const std::string &argv0,
+                   const std::vector<std::string> &args) {
   Tcl_Obj *list = Tcl_NewListObj(0, nullptr);
   for (const std::string &arg : args)
-    Tcl_ListObjAppendElement(interp, list, Tcl_NewStringObj(arg.c_str(), static_cast<int>(arg.size())));
+    Tcl_ListObjAppendElement(interp, list,
+                             Tcl_NewStringObj(arg.c_str(), static_cast<int>(arg.size())));
   Tcl_SetVar2Ex(interp, "argv", nullptr, list, TCL_GLOBAL_ONLY);
-  Tcl_SetVar2Ex(interp, "argc", nullptr, Tcl_NewIntObj(static_cast<int>(args.size())), TCL_GLOBAL_ONLY);
+  Tcl_SetVar2Ex(interp, "argc", nullptr, Tcl_NewIntObj(static_cast<int>(args.size())),
+                TCL_GLOBAL_ONLY);
   Tcl_SetVar2Ex(interp, "argv0", nullptr, Tcl_NewStringObj(argv0.c_str(), -1), TCL_GLOBAL_ONLY);
 }
 

@@ -13,7 +13,8 @@ namespace boardtool {
 /// interpreter's result and TCL_ERROR comes back.
 int initBoardInterp(Tcl_Interp *interp);
 /// Sets argv0, argv and argc as tclsh does.
-void setScriptArgs(Tcl_Interp *interp, const std::string &argv0, const std::vector<std::string> &args);
+void setScriptArgs(Tcl_Interp *interp, const std::string &argv0,
+                   const std::vector<std::string> &args);
 } // namespace boardtool
 
 #endif

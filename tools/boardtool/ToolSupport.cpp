@@ -54,7 +54,9 @@ private:
   std::vector<ComMsgRecord> m_records;
 };
 
-MessageOutput::MessageOutput(bool json) : m_sink(new Sink(json)) { ComMsgMgr::setSink(m_sink.get()); }
+MessageOutput::MessageOutput(bool json) : m_sink(new Sink(json)) {
+  ComMsgMgr::setSink(m_sink.get());
+}
 
 MessageOutput::~MessageOutput() {
   ComMsgMgr::setSink(nullptr);

@@ -11,14 +11,9 @@
 namespace {
 
 const boardtool::Command *const kCommands[] = {
-    &boardtool::readCommand,
-    &boardtool::checkCommand,
-    &boardtool::paramsCommand,
-    &boardtool::catalogCommand,
-    &boardtool::showCommand,
-    &boardtool::dumpCommand,
-    &boardtool::shellCommand,
-    &boardtool::tclCommand,
+    &boardtool::readCommand,    &boardtool::checkCommand, &boardtool::paramsCommand,
+    &boardtool::catalogCommand, &boardtool::showCommand,  &boardtool::dumpCommand,
+    &boardtool::shellCommand,   &boardtool::tclCommand,
 };
 
 void printHelp(std::ostream &out) {
