@@ -133,11 +133,7 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
     } else if (child.isTag("positions")) {
       readMuxPositions_(child, component);
     } else if (child.isTag("param_table")) {
-      // Accepted and walked; it has no effect on the component.
-      for (HXMLWElement list : child.children())
-        if (list.isTagExactly("param_list"))
-          for (HXMLWElement entry : list.children())
-            (void)entry.getAttribute("name");
+      // Accepted as it stands: it has no effect on the component.
     } else if (child.isTag("pins")) {
       readPins_(child, component);
     } else if (child.isTag("compatible_connectors")) {

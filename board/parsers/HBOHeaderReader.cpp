@@ -128,23 +128,8 @@ bool HBOHeaderReader::readParamTable(HXMLWElement *root, std::string &error) {
     error = kNullRoot;
     return false;
   }
-  // Accepted and walked; a parameter table has no effect on the board.
-  for (HXMLWElement table : root->children()) {
-    if (!table.isTag("param_table"))
-      continue;
-    std::string tableName = table.getAttribute("name");
-    for (HXMLWElement list : table.children()) {
-      std::string listName = list.getAttribute("name");
-      for (HXMLWElement entry : list.children()) {
-        std::string entryName = entry.getAttribute("name");
-        std::string component = entry.getAttribute("component");
-        (void)entryName;
-        (void)component;
-      }
-      (void)listName;
-    }
-    (void)tableName;
-  }
+  // A parameter table is accepted as it stands: it has no effect on the
+  // board, so nothing in it is read.
   return true;
 }
 
