@@ -76,9 +76,7 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
     errorText = "Root XML element is NULL";
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("components"))
-      continue;
+  for (HXMLWElement section : root->children("components")) {
     for (HXMLWElement element : section.children()) {
       // The first bad component ends the board; what it queued stays queued.
       // An FPGA component becomes the board's part while it is read; when
@@ -267,9 +265,7 @@ void HBOComponentReader::readMuxPositions_(HXMLWElement &positionsElement,
     HBOBoardCompMuxPosition *record = new HBOBoardCompMuxPosition();
     record->setPosition(number);
     record->setComponent(target);
-    for (HXMLWElement a : pos.children()) {
-      if (!a.isTag("address"))
-        continue;
+    for (HXMLWElement a : pos.children("address")) {
       std::string low = a.getAttribute("low"), high = a.getAttribute("high");
       record->addAddress(low, high);
     }

@@ -83,9 +83,7 @@ bool HBOConnectionReader::readConnections(HXMLWElement *root, std::string &error
     error = "Root XML element is NULL";
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("connections"))
-      continue;
+  for (HXMLWElement section : root->children("connections")) {
     // The first connection that fails ends the reading: what follows it is
     // not looked at.
     for (HXMLWElement connection : section.children())
@@ -204,9 +202,7 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
 void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
   for (HXMLWElement part : map.children()) {
     if (part.isTag("enablement_dependencies")) {
-      for (HXMLWElement jumpers : part.children()) {
-        if (!jumpers.isTag("jumpers"))
-          continue;
+      for (HXMLWElement jumpers : part.children("jumpers")) {
         const std::string text = enablementText(jumpers);
         bus.setEnablementDependency(text);
         for (HBOBoardBusNet *net : bus.getBoardBusNets())

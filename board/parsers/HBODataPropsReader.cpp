@@ -69,9 +69,7 @@ bool HBODataPropsReader::readDataProperties(HXMLWElement *root, std::string &err
     return false;
   }
   DataMap data;
-  for (HXMLWElement child : root->children()) {
-    if (!child.isTag("data_properties"))
-      continue;
+  for (HXMLWElement child : root->children("data_properties")) {
     // Only a tree nested beyond the bound stops the walk; its finding is
     // queued, and there is no point in reading further.
     if (!readDataPropGroupsAndProps(&child, data)) {

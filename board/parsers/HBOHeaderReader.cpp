@@ -112,9 +112,7 @@ bool HBOHeaderReader::readBoardParameters(HXMLWElement *root, std::string &error
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("parameters"))
-      continue;
+  for (HXMLWElement section : root->children("parameters")) {
     for (HXMLWElement p : section.children())
       m_ctx.board->addParameter(new HBOParameter(
           p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
@@ -138,17 +136,13 @@ bool HBOHeaderReader::readBoardJumpers(HXMLWElement *root, std::string &error) {
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("jumpers"))
-      continue;
+  for (HXMLWElement section : root->children("jumpers")) {
     for (HXMLWElement j : section.children()) {
       std::string name = j.getAttribute("name");
       bool defaultValue = HSTStringUtils::iequals(j.getAttribute("default_value"), "true");
       // A jumper comes into being at its description: one without is not
       // entered, one with two is entered twice.
-      for (HXMLWElement d : j.children()) {
-        if (!d.isTag("description"))
-          continue;
+      for (HXMLWElement d : j.children("description")) {
         HBOJumper *jumper = new HBOJumper();
         jumper->setName(name);
         jumper->setDefaultValue(defaultValue);
@@ -166,9 +160,7 @@ bool HBOHeaderReader::readJtagChains(HXMLWElement *root, std::string &error) {
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("jtag_chains"))
-      continue;
+  for (HXMLWElement section : root->children("jtag_chains")) {
     for (HXMLWElement chain : section.children()) {
       std::string chainName = chain.getAttribute("name");
       m_ctx.board->addJtagChain(chainName);
@@ -191,9 +183,7 @@ bool HBOHeaderReader::readConnectedBoards(HXMLWElement *root, std::string &error
     error = kNullRoot;
     return false;
   }
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("connected_boards"))
-      continue;
+  for (HXMLWElement section : root->children("connected_boards")) {
     for (HXMLWElement group : section.children()) {
       if (group.isTag("base_boards")) {
         for (HXMLWElement b : group.children())

@@ -244,9 +244,7 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   const std::string &componentName = component ? component->getComponentName() : noName;
 
   std::string index, pinName;
-  for (HXMLWElement child : element->children()) {
-    if (!child.isTag("pin_maps"))
-      continue;
+  for (HXMLWElement child : element->children("pin_maps")) {
     long long count = 0;
     for (HXMLWElement pinMap : child.children()) {
       (void)pinMap;
@@ -342,9 +340,7 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
     } else if (child.isTag("enablement_dependencies")) {
       // Composes the form the enablement engine reads: {j1 v1} {j2 v2}.
       std::string text = "{";
-      for (HXMLWElement group : child.children()) {
-        if (!group.isTag("jumpers"))
-          continue;
+      for (HXMLWElement group : child.children("jumpers")) {
         for (HXMLWElement j : group.children()) {
           if (text != "{")
             text += "} {";

@@ -88,12 +88,8 @@ bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) 
   // Every finding is an error that fails the file, but only after all rails
   // were read, so that one read tells everything wrong with the network.
   Network net;
-  for (HXMLWElement section : root.children()) {
-    if (!section.isTag("power_rails"))
-      continue;
-    for (HXMLWElement element : section.children()) {
-      if (!element.isTag("power_rail"))
-        continue;
+  for (HXMLWElement section : root.children("power_rails")) {
+    for (HXMLWElement element : section.children("power_rail")) {
       readPowerRail_(element, net);
     }
   }

@@ -167,9 +167,7 @@ bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HB
   if (!m_ctx.board)
     return false;
   // The records go to the board itself; the caller's map stays as it was.
-  for (HXMLWElement element : root->children()) {
-    if (!element.isTag("ip_preset"))
-      continue;
+  for (HXMLWElement element : root->children("ip_preset")) {
     std::string procName = element.getAttribute("preset_proc_name");
     PendingPresets records;
     for (HXMLWElement ip : element.children()) {
@@ -239,15 +237,11 @@ bool HBOPresetReader::readIpAssociatedInterfaces(HXMLWElement *root, std::string
   }
   if (!m_ctx.board)
     return false;
-  for (HXMLWElement section : root->children()) {
-    if (!section.isTag("ip_associated_rules"))
-      continue;
+  for (HXMLWElement section : root->children("ip_associated_rules")) {
     const std::string schema = m_ctx.board->getBoardSchemaVersion();
     if (!HBOBoardUtils::isEqualOrGreater(schema, "2.1"))
       HEXError::raise("board", ComMsg::Warning, "@49-77@%s", schema);
-    for (HXMLWElement rule : section.children()) {
-      if (!rule.isTag("ip_associated_rule"))
-        continue;
+    for (HXMLWElement rule : section.children("ip_associated_rule")) {
       std::string name = rule.getAttribute("name");
       PendingPresets records;
       for (HXMLWElement ip : rule.children()) {
@@ -272,9 +266,7 @@ bool HBOPresetReader::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPre
     return true;
   preset->setPresetorAssocIntf("assoc_intf");
   readIpIdentity(*ip, *preset, m_ctx.board, nullptr);
-  for (HXMLWElement group : ip->children()) {
-    if (!group.isTag("associated_board_interfaces"))
-      continue;
+  for (HXMLWElement group : ip->children("associated_board_interfaces")) {
     std::size_t position = 0;
     for (HXMLWElement entry : group.children()) {
       // Without an order an interface ranks by its position.
