@@ -571,13 +571,19 @@ void report(const std::vector<Config> &configs, std::size_t first, const char *a
   const double worstRatio = std::max(load1 / parse1, load2 / parse2);
   const double speedUp = load1 / load2;
   const double memoryRatio = std::max(l1.peakKiB, l2.peakKiB) / 1024.0 / diskMiB;
+  const double allocsPerBoard = (a.allocs + a.xmlAllocs) / n;
+  // The model before the compact-model work made some 32,000 allocations
+  // per board on the generated installation; the goal is a fifth of that.
+  const double allocGoal = 6400;
   std::printf("goals (%s)\n", allocator);
-  std::printf("  full load within 1.5x the bare parse:     %.2fx  %s\n", worstRatio,
-              verdict(worstRatio <= 1.5));
-  std::printf("  2 workers at least 1.8x faster than 1:    %.2fx  %s\n", speedUp,
-              verdict(speedUp >= 1.8));
-  std::printf("  peak memory within 3x the bytes on disk:  %.2fx  %s\n", memoryRatio,
-              verdict(memoryRatio <= 3.0));
+  std::printf("  full load within 2.5x the bare parse:     %.2fx  %s\n", worstRatio,
+              verdict(worstRatio <= 2.5));
+  std::printf("  2 workers at least 1.85x faster than 1:   %.2fx  %s\n", speedUp,
+              verdict(speedUp >= 1.85));
+  std::printf("  peak memory within 1.5x the bytes on disk: %.2fx  %s\n", memoryRatio,
+              verdict(memoryRatio <= 1.5));
+  std::printf("  at most %.0f allocations per board:      %.0f  %s\n", allocGoal, allocsPerBoard,
+              verdict(allocsPerBoard <= allocGoal));
 }
 
 void printLoad(const char *when) {

@@ -145,6 +145,7 @@ for ((i = 0; i < count; i++)); do
            width, n, w, c, w / bw, c / bc, r / 1024, r * 1024 / d }'
 done
 printf 'bytes on disk: %s (%.1f MiB)\n' "$disk_bytes" "$(awk -v d="$disk_bytes" 'BEGIN { print d / 1048576 }')"
+echo "goals: a catalog within 4x the bare parse (wall and CPU), peak RSS within 1.5x the bytes on disk"
 if ((count > 2)); then
   for ((i = 1; i < count - 1; i++)); do
     awk -v n="${names[i]}" -v f="${names[0]}" -v w="${wall[i]}" -v w0="${wall[0]}" \

@@ -67,8 +67,15 @@ bool HXMLWElement::hasAttribute(const char *name) const { return findAttribute(n
 const char *HXMLWElement::findAttribute(const char *name) const {
   if (!m_node || !name)
     return nullptr;
-  pugi::xml_attribute a = node(m_node).attribute(name);
-  return a ? a.value() : nullptr;
+  // Readers ask for several attributes of every element; most names differ
+  // in their first letter, which spares the call for those.
+  const char first = name[0];
+  for (pugi::xml_attribute a = node(m_node).first_attribute(); a; a = a.next_attribute()) {
+    const char *attr = a.name();
+    if (attr[0] == first && std::strcmp(attr, name) == 0)
+      return a.value();
+  }
+  return nullptr;
 }
 
 std::string_view HXMLWElement::getAttributeView(const char *name) const {

@@ -63,14 +63,14 @@ TEST_F(RepoParallelLoad, SameCatalogAndSameMessagesWithOneOrSeveralWorkers) {
   useDataDirs({"repo_failing", "repo_install_a", "repo_install_b"});
   Observed one = loadWith("1");
   Observed two = loadWith("2");
-  Observed four = loadWith("4");
+  Observed eight = loadWith("8");
   // A worker count below one still loads.
   Observed none = loadWith("0");
 
   EXPECT_EQ(13u, one.first.size());
   EXPECT_FALSE(one.second.empty());
   EXPECT_EQ(one, two);
-  EXPECT_EQ(one, four);
+  EXPECT_EQ(one, eight);
   EXPECT_EQ(one, none);
 }
 
