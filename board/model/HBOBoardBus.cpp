@@ -5,11 +5,46 @@
 #include "HBOCommon.h"
 #include "NativeCache.h"
 
+#include <functional>
 #include <iostream>
 
 HBOBoardBus::~HBOBoardBus() {
   zeb::forgetScriptHandles(this);
-  HBOCommon::deleteDistinct(m_nets);
+  std::vector<HBOBoardBusNet *> handedOver;
+  for (HBOBoardBusNet *net : m_nets)
+    if (!ownsInBlock_(net))
+      handedOver.push_back(net);
+  HBOCommon::deleteDistinct(std::move(handedOver));
+  // Long chains are freed one block at a time, not by recursion.
+  while (m_netBlocks)
+    m_netBlocks = std::move(m_netBlocks->next);
+}
+
+bool HBOBoardBus::ownsInBlock_(const HBOBoardBusNet *net) const {
+  std::less<const HBOBoardBusNet *> before;
+  for (const NetBlock *block = m_netBlocks.get(); block; block = block->next.get()) {
+    const HBOBoardBusNet *first = block->nets.get();
+    if (!before(net, first) && before(net, first + block->count))
+      return true;
+  }
+  return false;
+}
+
+HBOBoardBusNet *HBOBoardBus::makeBoardBusNets(std::size_t count) {
+  if (count == 0)
+    return nullptr;
+  auto block = std::make_unique<NetBlock>();
+  block->nets.reset(new HBOBoardBusNet[count]);
+  block->count = count;
+  block->next = std::move(m_netBlocks);
+  m_netBlocks = std::move(block);
+  HBOBoardBusNet *first = m_netBlocks->nets.get();
+  m_nets.reserve(m_nets.size() + count);
+  for (std::size_t i = 0; i < count; ++i) {
+    first[i].setOwner(this);
+    m_nets.push_back(first + i);
+  }
+  return first;
 }
 
 void HBOBoardBus::updateEnablementDependencyJumperName(const std::string &oldName,

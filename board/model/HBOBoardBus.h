@@ -1,8 +1,11 @@
 // A connection map: a range of pins of one component wired to a range of
-// pins of another. The bus owns its nets, one per wire.
+// pins of another. The bus owns its nets, one per wire; those it makes
+// itself sit in one block rather than one allocation each.
 #ifndef BOARDLIB_HBOBOARDBUS_H
 #define BOARDLIB_HBOBOARDBUS_H
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,6 +56,9 @@ public:
 
   /// Appends and takes ownership.
   void addBoardBusNet(HBOBoardBusNet *net);
+  /// Appends \p count nets owned by the bus, default made but for their
+  /// owner, and gives the first; they stay where they are for the bus's life.
+  HBOBoardBusNet *makeBoardBusNets(std::size_t count);
   const std::vector<HBOBoardBusNet *> &getBoardBusNets() const { return m_nets; }
   void getBoardBusNets(std::vector<HBOBoardBusNet *> &out) const { out = m_nets; }
 
@@ -79,6 +85,15 @@ private:
   int m_startIndexComp2 = 0;
   int m_stopIndexComp2 = 0;
   std::vector<HBOBoardBusNet *> m_nets;
+  // The nets made by makeBoardBusNets, newest block first; the rest of
+  // m_nets were handed over one by one.
+  struct NetBlock {
+    std::unique_ptr<HBOBoardBusNet[]> nets;
+    std::size_t count = 0;
+    std::unique_ptr<NetBlock> next;
+  };
+  std::unique_ptr<NetBlock> m_netBlocks;
+  bool ownsInBlock_(const HBOBoardBusNet *net) const;
 };
 
 #endif

@@ -1,8 +1,12 @@
 // One wire of a connection map: one pin index on each of the two components.
+// A connection map has a net per wire, hundreds on a board, so the nets that
+// the reader makes live in one block of their bus, and a generated name
+// ("<map>_<position>") is composed when asked for instead of being stored.
 #ifndef BOARDLIB_HBOBOARDBUSNET_H
 #define BOARDLIB_HBOBOARDBUSNET_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 class HBOBoardBus;
@@ -10,7 +14,7 @@ class HBOPinProps;
 
 class HBOBoardBusNet {
 public:
-  HBOBoardBusNet() = default;
+  HBOBoardBusNet();
   /// Copies every field but the owner, which becomes \p owner.
   HBOBoardBusNet(const HBOBoardBusNet &other, HBOBoardBus *owner);
   /// Drops the object from the script caches.
@@ -18,8 +22,14 @@ public:
   HBOBoardBusNet(const HBOBoardBusNet &) = delete;
   HBOBoardBusNet &operator=(const HBOBoardBusNet &) = delete;
 
-  const std::string &getName() const { return m_name; }
-  void setName(std::string name) { m_name = std::move(name); }
+  /// The name that setName gave, else the generated one.
+  std::string getName() const;
+  void setName(std::string name) {
+    m_name = std::move(name);
+    m_number = -1;
+  }
+  /// Names the net "<owner bus name>_<number>", as the reader does.
+  void setGeneratedName(int number) { m_number = number; }
   int getC1PinIndex() const { return m_c1PinIndex; }
   void setC1PinIndex(int index) { m_c1PinIndex = index; }
   int getC2PinIndex() const { return m_c2PinIndex; }
@@ -30,14 +40,16 @@ public:
   void setMaxDelay(float delay) { m_maxDelay = delay; }
   float getTypicalDelay() const { return m_typicalDelay; }
   void setTypicalDelay(float delay) { m_typicalDelay = delay; }
-  const std::string &getIsEnabled() const { return m_isEnabled; }
-  void setIsEnabled(std::string isEnabled) { m_isEnabled = std::move(isEnabled); }
+  const std::string &getIsEnabled() const { return *m_isEnabled; }
+  /// "true" or "false" in practice; pooled.
+  void setIsEnabled(std::string_view isEnabled);
   const std::string &getEnablementDependency() const { return m_enablementDependency; }
   void setEnablementDependency(std::string expression) {
     m_enablementDependency = std::move(expression);
   }
-  /// Name of the owning connection map.
-  const std::string &getBoardBus() const { return m_boardBus; }
+  /// Name of the owning connection map: the one setBoardBus gave, else the
+  /// owner's name.
+  const std::string &getBoardBus() const;
   void setBoardBus(std::string name) { m_boardBus = std::move(name); }
   HBOBoardBus *getOwner() const { return m_owner; }
   void setOwner(HBOBoardBus *owner) { m_owner = owner; }
@@ -53,7 +65,9 @@ private:
   float m_minDelay = 0;
   float m_maxDelay = 0;
   float m_typicalDelay = 0;
-  std::string m_isEnabled = "true";
+  // The number of a generated name, or -1 for m_name.
+  int m_number = -1;
+  const std::string *m_isEnabled;
   std::string m_enablementDependency;
   std::string m_boardBus;
   HBOBoardBus *m_owner = nullptr;

@@ -5,9 +5,21 @@
 #include "HBOBusIf.h"
 #include "HBOCommon.h"
 #include "HBOPinProps.h"
+#include "HSTIntern.h"
 #include "NativeCache.h"
 
+#include <algorithm>
 #include <iostream>
+
+namespace {
+
+// The same order as std::map<std::string, ...> on the index texts.
+bool textLess(std::string_view a, std::string_view b) { return a.compare(b) < 0; }
+
+} // namespace
+
+HBOModelPort::HBOModelPort()
+    : m_direction(&HSTIntern::empty()), m_logicalPortName(&HSTIntern::empty()) {}
 
 HBOModelPort::~HBOModelPort() {
   zeb::forgetScriptHandles(this);
@@ -19,18 +31,18 @@ bool HBOModelPort::getName(std::string &out) const {
   return true;
 }
 
-bool HBOModelPort::setName(const std::string &name) {
-  m_name = name;
+bool HBOModelPort::setName(std::string_view name) {
+  m_name.assign(name);
   return true;
 }
 
 bool HBOModelPort::getPortDir(std::string &out) const {
-  out = m_direction;
+  out = *m_direction;
   return true;
 }
 
-bool HBOModelPort::setDirection(const std::string &direction) {
-  m_direction = direction;
+bool HBOModelPort::setDirection(std::string_view direction) {
+  m_direction = &HSTIntern::get(direction);
   return true;
 }
 
@@ -74,9 +86,9 @@ bool HBOModelPort::getPortWidth(int &out) const {
   return true;
 }
 
-bool HBOModelPort::setOwnerBusIf(const std::string &busIfName, const std::string &logicalPort) {
-  m_ownerBusIfName = busIfName;
-  m_logicalPortName = logicalPort;
+bool HBOModelPort::setOwnerBusIf(std::string_view busIfName, std::string_view logicalPort) {
+  m_ownerBusIfName.assign(busIfName);
+  m_logicalPortName = &HSTIntern::get(logicalPort);
   return true;
 }
 
@@ -86,20 +98,65 @@ bool HBOModelPort::getOwnerBusIf(std::string &out) const {
 }
 
 bool HBOModelPort::getBusIfLogicalPortName(std::string &out) const {
-  out = m_logicalPortName;
+  out = *m_logicalPortName;
   return true;
 }
 
-void HBOModelPort::addPinPortMap(const std::string &index, const std::string &pin) {
-  m_pinMap[index] = pin;
+std::map<std::string, std::string> HBOModelPort::getPinPortMap() const {
+  std::map<std::string, std::string> result;
+  for (const PinSlot &slot : m_pinSlots)
+    result.emplace_hint(result.end(), indexOf_(slot), pinOf_(slot));
+  return result;
 }
 
-bool HBOModelPort::getPinPort(const std::string &index, std::string &out) const {
-  auto it = m_pinMap.find(index);
-  if (it == m_pinMap.end())
-    out.clear();
+void HBOModelPort::reservePinPortMap(std::size_t count, std::size_t textBytes) {
+  m_pinSlots.reserve(m_pinSlots.size() + count);
+  m_pinText.reserve(m_pinText.size() + textBytes);
+}
+
+std::uint32_t HBOModelPort::storeText_(std::string_view text) {
+  const auto at = static_cast<std::uint32_t>(m_pinText.size());
+  m_pinText.append(text);
+  return at;
+}
+
+const HBOModelPort::PinSlot *HBOModelPort::findPinSlot_(std::string_view index) const {
+  auto it = std::lower_bound(
+      m_pinSlots.begin(), m_pinSlots.end(), index,
+      [this](const PinSlot &slot, std::string_view key) { return textLess(indexOf_(slot), key); });
+  if (it == m_pinSlots.end() || indexOf_(*it) != index)
+    return nullptr;
+  return &*it;
+}
+
+void HBOModelPort::addPinPortMap(std::string_view index, std::string_view pin) {
+  // Indexes mostly come in order, but "10" sorts before "9".
+  auto it = m_pinSlots.end();
+  if (!m_pinSlots.empty() && !textLess(indexOf_(m_pinSlots.back()), index))
+    it = std::lower_bound(m_pinSlots.begin(), m_pinSlots.end(), index,
+                          [this](const PinSlot &slot, std::string_view key) {
+                            return textLess(indexOf_(slot), key);
+                          });
+  if (it != m_pinSlots.end() && indexOf_(*it) == index) {
+    // The overwritten pin's text stays behind unused: repeats are rare.
+    it->pinLength = static_cast<std::uint32_t>(pin.size());
+    it->pinAt = storeText_(pin);
+    return;
+  }
+  PinSlot slot{};
+  slot.indexLength = static_cast<std::uint32_t>(index.size());
+  slot.pinLength = static_cast<std::uint32_t>(pin.size());
+  const std::ptrdiff_t position = it - m_pinSlots.begin();
+  slot.indexAt = storeText_(index);
+  slot.pinAt = storeText_(pin);
+  m_pinSlots.insert(m_pinSlots.begin() + position, slot);
+}
+
+bool HBOModelPort::getPinPort(std::string_view index, std::string &out) const {
+  if (const PinSlot *slot = findPinSlot_(index))
+    out.assign(pinOf_(*slot));
   else
-    out = it->second;
+    out.clear();
   return true;
 }
 
@@ -109,8 +166,10 @@ void HBOModelPort::getPins(std::vector<HBOPinProps *> &out) const {
   const HBOBoardComponent *component = m_owner->getOwnerComponent();
   if (!component)
     return;
-  for (const auto &entry : m_pinMap) {
-    if (HBOPinProps *pin = component->findPin(entry.second))
+  std::string name;
+  for (const PinSlot &slot : m_pinSlots) {
+    name.assign(pinOf_(slot));
+    if (HBOPinProps *pin = component->findPin(name))
       out.push_back(pin);
   }
 }
@@ -150,13 +209,21 @@ bool HBOModelPort::populatePinProps() {
 }
 
 void HBOModelPort::updatePortPinMap(const std::map<std::string, std::string> &pinRenames) {
-  std::map<std::string, std::string> renamed;
-  for (const auto &entry : m_pinMap) {
-    auto it = pinRenames.find(entry.second);
-    renamed.emplace_hint(renamed.end(), entry.first,
-                         it == pinRenames.end() ? entry.second : it->second);
+  std::string text;
+  text.reserve(m_pinText.size());
+  std::string pin;
+  for (PinSlot &slot : m_pinSlots) {
+    pin.assign(pinOf_(slot));
+    auto it = pinRenames.find(pin);
+    const std::string &newPin = it == pinRenames.end() ? pin : it->second;
+    const auto indexAt = static_cast<std::uint32_t>(text.size());
+    text.append(indexOf_(slot));
+    slot.pinAt = static_cast<std::uint32_t>(text.size());
+    slot.pinLength = static_cast<std::uint32_t>(newPin.size());
+    text.append(newPin);
+    slot.indexAt = indexAt;
   }
-  m_pinMap.swap(renamed);
+  m_pinText.swap(text);
 }
 
 void HBOModelPort::display(int indent) const {
@@ -167,10 +234,11 @@ void HBOModelPort::display(int indent) const {
   getPortVecRight(right);
   getPortWidth(width);
   std::cout << std::string(indent > 0 ? indent : 0, '-')
-            << "Port - Logical Name: " << m_logicalPortName << ", Physical Name: " << m_name
-            << ", Direction: " << m_direction << ", Left: " << left << ", Right: " << right
+            << "Port - Logical Name: " << *m_logicalPortName << ", Physical Name: " << m_name
+            << ", Direction: " << *m_direction << ", Left: " << left << ", Right: " << right
             << ", Width: " << width << "\n";
   const std::string dashes(indent + 2 > 0 ? indent + 2 : 0, '-');
-  for (const auto &entry : m_pinMap)
-    std::cout << dashes << "Port Index: " << entry.first << ", FPGA Pin: " << entry.second << "\n";
+  for (const PinSlot &slot : m_pinSlots)
+    std::cout << dashes << "Port Index: " << indexOf_(slot) << ", FPGA Pin: " << pinOf_(slot)
+              << "\n";
 }

@@ -1,13 +1,20 @@
 // A physical port of a board interface: its name, direction and range, and
 // the pins behind it. On a schema 2 board the pins are named by the pin map
 // and live in the component; an older board's port holds its own records.
+//
+// A board has ports by the hundred and a pin map entry per bit, so the pin
+// map is kept as one text buffer and one array of offsets sorted by index
+// text, rather than a map node and two strings per entry; the direction and
+// the logical port name come from small vocabularies and are pooled.
 #ifndef BOARDLIB_HBOMODELPORT_H
 #define BOARDLIB_HBOMODELPORT_H
 
 #include "HBOPortVector.h"
 
+#include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class HBOBusIf;
@@ -15,7 +22,7 @@ class HBOPinProps;
 
 class HBOModelPort {
 public:
-  HBOModelPort() = default;
+  HBOModelPort();
   /// Drops the object from the script caches, then deletes the pin records.
   ~HBOModelPort();
   HBOModelPort(const HBOModelPort &) = delete;
@@ -23,9 +30,10 @@ public:
 
   const std::string &getName() const { return m_name; }
   bool getName(std::string &out) const;
-  bool setName(const std::string &name);
+  bool setName(std::string_view name);
   bool getPortDir(std::string &out) const;
-  bool setDirection(const std::string &direction);
+  const std::string &getDirection() const { return *m_direction; }
+  bool setDirection(std::string_view direction);
   bool isPortOfTypeVec(bool &out) const;
   bool setIsVector(bool isVector);
   /// Always true; a negative end leaves the range as it was.
@@ -37,16 +45,25 @@ public:
   bool getPortWidth(int &out) const;
 
   /// The interface that the port serves and its logical port there.
-  bool setOwnerBusIf(const std::string &busIfName, const std::string &logicalPort);
+  bool setOwnerBusIf(std::string_view busIfName, std::string_view logicalPort);
   bool getOwnerBusIf(std::string &out) const;
   bool getBusIfLogicalPortName(std::string &out) const;
 
   /// Port index text to pin name; ordered by text, so "10" precedes "2".
-  const std::map<std::string, std::string> &getPinPortMap() const { return m_pinMap; }
+  std::map<std::string, std::string> getPinPortMap() const;
+  std::size_t getPinPortMapSize() const { return m_pinSlots.size(); }
+  /// Calls \p visit(index, pin) for each entry, in the order of getPinPortMap.
+  template <typename Visit> void forEachPinPortMap(Visit &&visit) const {
+    for (const PinSlot &slot : m_pinSlots)
+      visit(indexOf_(slot), pinOf_(slot));
+  }
+  /// Room for \p count entries of \p textBytes bytes of index and pin text
+  /// in all, so that a pin map read in one go takes two allocations.
+  void reservePinPortMap(std::size_t count, std::size_t textBytes);
   /// Creates or overwrites the entry of \p index.
-  void addPinPortMap(const std::string &index, const std::string &pin);
+  void addPinPortMap(std::string_view index, std::string_view pin);
   /// The pin of \p index, or an empty \p out; always true.
-  bool getPinPort(const std::string &index, std::string &out) const;
+  bool getPinPort(std::string_view index, std::string &out) const;
 
   HBOBusIf *getOwner() const { return m_owner; }
   void setOwner(HBOBusIf *owner) { m_owner = owner; }
@@ -67,14 +84,34 @@ public:
   void display(int indent) const;
 
 private:
+  // One pin map entry: where its index text and its pin name lie in
+  // m_pinText.
+  struct PinSlot {
+    std::uint32_t indexAt;
+    std::uint32_t pinAt;
+    std::uint32_t indexLength;
+    std::uint32_t pinLength;
+  };
+  std::string_view indexOf_(const PinSlot &slot) const {
+    return std::string_view(m_pinText.data() + slot.indexAt, slot.indexLength);
+  }
+  std::string_view pinOf_(const PinSlot &slot) const {
+    return std::string_view(m_pinText.data() + slot.pinAt, slot.pinLength);
+  }
+  /// The slot of \p index, or null.
+  const PinSlot *findPinSlot_(std::string_view index) const;
+  /// Appends \p text to m_pinText; its offset.
+  std::uint32_t storeText_(std::string_view text);
+
   std::string m_name;
-  std::string m_direction;
-  bool m_isVector = false;
-  HBOPortVector m_range;
+  const std::string *m_direction;
+  const std::string *m_logicalPortName;
   std::string m_ownerBusIfName;
-  std::string m_logicalPortName;
+  HBOPortVector m_range;
+  bool m_isVector = false;
   std::vector<HBOPinProps *> m_pinRecords;
-  std::map<std::string, std::string> m_pinMap;
+  std::vector<PinSlot> m_pinSlots;
+  std::string m_pinText;
   HBOBusIf *m_owner = nullptr;
 };
 

@@ -104,13 +104,12 @@ bool HBOBoardValidator::validateInterface(HBOBusIf *interface) {
   return rule.none();
 }
 
-bool HBOBoardValidator::validatePort(HBOModelPort *port, std::string ofComponent,
-                                     std::string interfaceName) {
+bool HBOBoardValidator::validatePort(HBOModelPort *port, const std::string &ofComponentText,
+                                     const std::string &interfaceText) {
   if (!port)
     return false;
   const std::string &name = port->getName();
-  std::string dir;
-  port->getPortDir(dir);
+  const std::string &dir = port->getDirection();
   Findings rule(m_ctx);
   if (name.empty())
     rule("Port name cannot be empty.");
@@ -129,24 +128,27 @@ bool HBOBoardValidator::validatePort(HBOModelPort *port, std::string ofComponent
       rule("Port left and right cannot be same for '" + name + "'.");
   }
 
-  ofComponent = HSTStringUtils::trim(ofComponent);
-  interfaceName = HSTStringUtils::trim(interfaceName);
+  // The records are only ever read by the check below, which runs on every
+  // port of a read or on none; a read that tells nothing keeps none.
+  if (!m_ctx.strictChecks || !m_ctx.sendMessages)
+    return rule.none();
+
+  const std::string ofComponent = HSTStringUtils::trim(ofComponentText);
+  const std::string interfaceName = HSTStringUtils::trim(interfaceText);
   const std::string portName = HSTStringUtils::trim(name);
   // A record's second field is an interface name: a port is held against the
   // interfaces of the other components, never against their ports. The
   // finding is only ever told, so a read that tells nothing skips the walk,
   // which grows with the square of the ports.
-  if (m_ctx.strictChecks && m_ctx.sendMessages) {
-    for (const auto &entry : m_ctx.portRecords) {
-      if (entry.first == ofComponent)
+  for (const auto &entry : m_ctx.portRecords) {
+    if (entry.first == ofComponent)
+      continue;
+    for (const std::string &record : entry.second) {
+      std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
+      if (fields.size() < 2 || fields[1] != portName)
         continue;
-      for (const std::string &record : entry.second) {
-        std::vector<std::string> fields = HSTStringUtils::split(record, ":", true);
-        if (fields.size() < 2 || fields[1] != portName)
-          continue;
-        m_ctx.queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
-                       m_ctx.board ? m_ctx.board->getBoardFile() : std::string(), fields[0]);
-      }
+      m_ctx.queueMsg(true, ComMsg::Warning, "@49-150@%s%s%s%s", portName, interfaceName,
+                     m_ctx.board ? m_ctx.board->getBoardFile() : std::string(), fields[0]);
     }
   }
 

@@ -20,7 +20,8 @@ public:
   bool validateInterface(HBOBusIf *interface);
   /// Also records the port, against which the ports of other components are
   /// then held.
-  bool validatePort(HBOModelPort *port, std::string ofComponent, std::string interfaceName);
+  bool validatePort(HBOModelPort *port, const std::string &ofComponent,
+                    const std::string &interfaceName);
   bool validatePreferredIP(HBOBusIfPreference *preference);
 
   // Rules on the whole board, once all its sections are read.

@@ -179,22 +179,23 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
   // A reversed range has a negative width and no nets.
   HBOBoardComponent *component1 = m_ctx.board->findBoardComponent(comp1);
   HBOBoardComponent *component2 = m_ctx.board->findBoardComponent(comp2);
+  if (width < 0)
+    return true;
+  HBOBoardBusNet *nets = bus.makeBoardBusNets(static_cast<std::size_t>(width + 1));
   for (long long i = 0; i <= width; ++i) {
     const int c1Index = static_cast<int>(c1From + i);
     const int c2Index = static_cast<int>(c2From + i);
-    std::unique_ptr<HBOBoardBusNet> net(new HBOBoardBusNet());
-    net->setName(HBOParseContext::numberedName(mapName, i));
-    net->setBoardBus(mapName);
-    net->setOwner(&bus);
-    net->setC1PinIndex(c1Index);
-    net->setC2PinIndex(c2Index);
-    net->setTypicalDelay(bus.getDelay());
-    net->setMaxDelay(bus.getMaxDelay());
-    net->setMinDelay(bus.getMinDelay());
+    HBOBoardBusNet &net = nets[i];
+    // Named "<map>_<position>" from the bus, when asked for.
+    net.setGeneratedName(static_cast<int>(i));
+    net.setC1PinIndex(c1Index);
+    net.setC2PinIndex(c2Index);
+    net.setTypicalDelay(bus.getDelay());
+    net.setMaxDelay(bus.getMaxDelay());
+    net.setMinDelay(bus.getMinDelay());
     if (component1 && component2)
       carryIOStandard(component1, component1->getPinByIndex(c1Index), component2,
                       component2->getPinByIndex(c2Index));
-    bus.addBoardBusNet(net.release());
   }
   return true;
 }

@@ -211,16 +211,16 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
                                             HBOPortMap *map) {
   if (!element || element->isNull() || !port || !map)
     return false;
-  const std::string logicalPort = element->getAttribute("logical_port");
-  const std::string physicalPort = element->getAttribute("physical_port");
-  const std::string dir = element->getAttribute("dir");
+  // Views into the document, copied once into the port and the map.
+  const std::string_view logicalPort = element->getAttributeView("logical_port");
   const char *leftText = element->findAttribute("left");
   const char *rightText = element->findAttribute("right");
   const bool hasLeft = leftText != nullptr;
   const bool hasRight = rightText != nullptr;
 
-  port->setName(physicalPort);
-  port->setDirection(dir);
+  port->setName(element->getAttributeView("physical_port"));
+  port->setDirection(element->getAttributeView("dir"));
+  const std::string &physicalPort = port->getName();
   map->setLogicalPort(logicalPort);
   map->setPhysicalPort(physicalPort);
 
@@ -243,32 +243,34 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   const std::string &interfaceName = interface ? interface->getName() : noName;
   const std::string &componentName = component ? component->getComponentName() : noName;
 
-  std::string index, pinName;
+  // The pin name is reused from one pin to the next for the look-up.
+  std::string pinName;
   for (HXMLWElement child : element->children("pin_maps")) {
     long long count = 0;
+    std::size_t textBytes = 0;
     for (HXMLWElement pinMap : child.children()) {
-      (void)pinMap;
       ++count;
+      textBytes += pinMap.getAttributeView("port_index").size() +
+                   pinMap.getAttributeView("component_pin").size();
     }
     int width = 0;
     port->getPortWidth(width);
     if (count != width)
       m_ctx.queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
+    port->reservePinPortMap(static_cast<std::size_t>(count), textBytes);
 
-    // Views into the document; the strings are reused from one pin to the next.
     m_pinOfIndex.reset(static_cast<std::size_t>(count));
     for (HXMLWElement pinMap : child.children()) {
       const std::string_view indexText = pinMap.getAttributeView("port_index");
       const std::string_view pinText = pinMap.getAttributeView("component_pin");
-      index.assign(indexText);
-      pinName.assign(pinText);
       const std::string_view *known = m_pinOfIndex.insert(indexText, pinText);
       if (known && m_ctx.strictChecks)
-        m_ctx.queueFinding("In the pin_maps for the logical_port '" + logicalPort +
-                           "' and physical port '" + physicalPort + "' the port index '" + index +
-                           "' is used for both '" + std::string(*known) + "' and for '" + pinName +
-                           "'. Port index must be unique.");
+        m_ctx.queueFinding("In the pin_maps for the logical_port '" + std::string(logicalPort) +
+                           "' and physical port '" + physicalPort + "' the port index '" +
+                           std::string(indexText) + "' is used for both '" + std::string(*known) +
+                           "' and for '" + std::string(pinText) + "'. Port index must be unique.");
 
+      pinName.assign(pinText);
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
       if (pin)
         pin->addIntfPortMap(interfaceName, physicalPort);
@@ -277,7 +279,7 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
                            "', but no such pin is defined on the owning component '" +
                            componentName + "'");
       // A repeated index overwrites the earlier pin, whatever the checks say.
-      port->addPinPortMap(index, pinName);
+      port->addPinPortMap(indexText, pinText);
     }
   }
 
