@@ -1,61 +1,68 @@
 #include "HBOBusIfPreference.h"
 
 #include "HBOBoard.h"
+#include "HSTIntern.h"
 #include "NativeCache.h"
 
 #include <iostream>
 
+HBOBusIfPreference::HBOBusIfPreference()
+    : m_majorGroup(&HSTIntern::empty()), m_minorGroup(&HSTIntern::empty()),
+      m_defaultIpVlnv(&HSTIntern::empty()), m_name(&HSTIntern::empty()),
+      m_prefName(&HSTIntern::empty()), m_vendor(&HSTIntern::empty()),
+      m_library(&HSTIntern::empty()), m_version(&HSTIntern::empty()) {}
+
 HBOBusIfPreference::~HBOBusIfPreference() { zeb::forgetScriptHandles(this); }
 
-bool HBOBusIfPreference::setMajorGroup(const std::string &group) {
+bool HBOBusIfPreference::setMajorGroup(std::string_view group) {
   if (group.empty())
     return false;
-  m_majorGroup = group;
+  m_majorGroup = &HSTIntern::get(group);
   return true;
 }
 
-bool HBOBusIfPreference::setMinorGroup(const std::string &group) {
-  m_minorGroup = group;
+bool HBOBusIfPreference::setMinorGroup(std::string_view group) {
+  m_minorGroup = &HSTIntern::get(group);
   return true;
 }
 
-bool HBOBusIfPreference::setDefaultIpVlnv(const std::string &vlnv) {
-  m_defaultIpVlnv = vlnv;
+bool HBOBusIfPreference::setDefaultIpVlnv(std::string_view vlnv) {
+  m_defaultIpVlnv = &HSTIntern::get(vlnv);
   return true;
 }
 
-bool HBOBusIfPreference::setPresetProc(const std::string &proc) {
-  m_presetProc = proc;
+bool HBOBusIfPreference::setPresetProc(std::string_view proc) {
+  m_presetProc.assign(proc);
   return true;
 }
 
-bool HBOBusIfPreference::setPresetFile(const std::string &file) {
-  m_presetFile = file;
+bool HBOBusIfPreference::setPresetFile(std::string_view file) {
+  m_presetFile.assign(file);
   return true;
 }
 
-bool HBOBusIfPreference::setName(const std::string &name) {
-  m_name = name;
+bool HBOBusIfPreference::setName(std::string_view name) {
+  m_name = &HSTIntern::get(name);
   return true;
 }
 
-bool HBOBusIfPreference::setPrefName(const std::string &name) {
-  m_prefName = name;
+bool HBOBusIfPreference::setPrefName(std::string_view name) {
+  m_prefName = &HSTIntern::get(name);
   return true;
 }
 
-bool HBOBusIfPreference::setVendor(const std::string &vendor) {
-  m_vendor = vendor;
+bool HBOBusIfPreference::setVendor(std::string_view vendor) {
+  m_vendor = &HSTIntern::get(vendor);
   return true;
 }
 
-bool HBOBusIfPreference::setLibrary(const std::string &library) {
-  m_library = library;
+bool HBOBusIfPreference::setLibrary(std::string_view library) {
+  m_library = &HSTIntern::get(library);
   return true;
 }
 
-bool HBOBusIfPreference::setVersion(const std::string &version) {
-  m_version = version;
+bool HBOBusIfPreference::setVersion(std::string_view version) {
+  m_version = &HSTIntern::get(version);
   return true;
 }
 
@@ -75,6 +82,6 @@ bool HBOBusIfPreference::getParamValue(const std::string &, const std::string &,
 
 void HBOBusIfPreference::display(int indent) const {
   std::cout << std::string(indent > 0 ? indent : 0, '-')
-            << "Preferred IP - VLNV: " << m_defaultIpVlnv << ", preset_proc: " << m_presetProc
+            << "Preferred IP - VLNV: " << *m_defaultIpVlnv << ", preset_proc: " << m_presetProc
             << ", preset_file: " << m_presetFile << "\n";
 }

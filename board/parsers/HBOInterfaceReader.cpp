@@ -26,34 +26,40 @@ namespace {
 
 bool isTrueText(const std::string &text) { return HSTStringUtils::iequals(text, "true"); }
 
-// What a preferred_ip element says, before it becomes a record.
+// What a preferred_ip element says, before it becomes a record: views into
+// the document.
 struct PreferredIpAttributes {
-  std::string vendor, library, name, version, presetFile;
-  std::string order;
+  std::string_view vendor, library, name, version, presetFile;
   bool hasOrder = false;
 
   explicit PreferredIpAttributes(const HXMLWElement &element) {
-    vendor = element.getAttribute("vendor");
-    library = element.getAttribute("library");
-    name = element.getAttribute("name");
-    version = element.getAttribute("version");
-    presetFile = element.getAttribute("preset_file");
-    hasOrder = element.getAttribute("order", order);
+    vendor = element.getAttributeView("vendor");
+    library = element.getAttributeView("library");
+    name = element.getAttributeView("name");
+    version = element.getAttributeView("version");
+    presetFile = element.getAttributeView("preset_file");
+    hasOrder = element.findAttribute("order") != nullptr;
   }
   // A file that gives no version means any version.
-  std::string versionText() const { return version.empty() ? std::string("*") : version; }
-  std::string vlnvText() const { return vendor + ":" + library + ":" + name + ":" + versionText(); }
+  std::string_view versionText() const { return version.empty() ? std::string_view("*") : version; }
+  /// "vendor:library:name:version" into \p out, with \p version as given.
+  void vlnvText(std::string &out, std::string_view versionPart) const {
+    out.clear();
+    out.append(vendor).append(1, ':').append(library).append(1, ':').append(name);
+    out.append(1, ':').append(versionPart);
+  }
 };
 
 std::unique_ptr<HBOBusIfPreference> makePreference(const PreferredIpAttributes &ip,
-                                                   const std::string &presetProc) {
+                                                   const std::string &presetProc,
+                                                   std::string &scratch) {
   std::unique_ptr<HBOBusIfPreference> record(new HBOBusIfPreference());
-  const std::string vlnv = ip.vlnvText();
-  record->setDefaultIpVlnv(vlnv);
+  ip.vlnvText(scratch, ip.versionText());
+  record->setDefaultIpVlnv(scratch);
   record->setPresetProc(presetProc);
   record->setPresetFile(ip.presetFile);
   record->setName(ip.name);
-  record->setPrefName(vlnv);
+  record->setPrefName(scratch);
   record->setVendor(ip.vendor);
   record->setLibrary(ip.library);
   record->setVersion(ip.versionText());
@@ -157,17 +163,18 @@ bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interfa
                                            const std::string &type, const std::string &presetProc) {
   for (HXMLWElement entry : list.children()) {
     PreferredIpAttributes ip(entry);
-    if (m_ctx.parsed)
-      m_ctx.parsed->preferredIpVlnvs.insert(ip.vendor + ":" + ip.library + ":" + ip.name + ":" +
-                                            ip.version);
-    std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
+    if (m_ctx.parsed) {
+      ip.vlnvText(m_scratch, ip.version);
+      m_ctx.parsed->preferredIpVlnvs.insert(m_scratch);
+    }
+    std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc, m_scratch);
     int order =
         m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
     if (ip.hasOrder)
       record->setOrder(order);
     else
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(), ip.name,
-                     type);
+      m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(),
+                     std::string(ip.name), type);
     record->setOwner(m_ctx.board);
     if (!m_validator.validatePreferredIP(record.get()))
       return false;
@@ -243,8 +250,8 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   const std::string &interfaceName = interface ? interface->getName() : noName;
   const std::string &componentName = component ? component->getComponentName() : noName;
 
-  // The pin name is reused from one pin to the next for the look-up.
-  std::string pinName;
+  // The pin's name for the look-up, in a buffer kept from port to port.
+  std::string &pinName = m_scratch;
   for (HXMLWElement child : element->children("pin_maps")) {
     long long count = 0;
     std::size_t textBytes = 0;
@@ -327,9 +334,11 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
     } else if (child.isTag("preferred_ips")) {
       for (HXMLWElement entry : child.children()) {
         PreferredIpAttributes ip(entry);
-        if (m_ctx.parsed)
-          m_ctx.parsed->preferredIpVlnvs.insert(ip.vlnvText());
-        std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc);
+        if (m_ctx.parsed) {
+          ip.vlnvText(m_scratch, ip.versionText());
+          m_ctx.parsed->preferredIpVlnvs.insert(m_scratch);
+        }
+        std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc, m_scratch);
         int order =
             m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
         if (ip.hasOrder)

@@ -37,6 +37,9 @@ private:
   HBOBoardValidator &m_validator;
   /// Port index to pin of the pin_maps being read, kept from port to port.
   HBOViewTable m_pinOfIndex;
+  /// Texts composed or copied for a moment (a VLNV, a pin name to look up),
+  /// kept from one use to the next so that they are allocated once.
+  std::string m_scratch;
 };
 
 #endif
