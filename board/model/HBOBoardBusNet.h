@@ -5,6 +5,7 @@
 #ifndef BOARDLIB_HBOBOARDBUSNET_H
 #define BOARDLIB_HBOBOARDBUSNET_H
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,10 +25,7 @@ public:
 
   /// The name that setName gave, else the generated one.
   std::string getName() const;
-  void setName(std::string name) {
-    m_name = std::move(name);
-    m_number = -1;
-  }
+  void setName(std::string name);
   /// Names the net "<owner bus name>_<number>", as the reader does.
   void setGeneratedName(int number) { m_number = number; }
   int getC1PinIndex() const { return m_c1PinIndex; }
@@ -43,14 +41,16 @@ public:
   const std::string &getIsEnabled() const { return *m_isEnabled; }
   /// "true" or "false" in practice; pooled.
   void setIsEnabled(std::string_view isEnabled);
-  const std::string &getEnablementDependency() const { return m_enablementDependency; }
-  void setEnablementDependency(std::string expression) {
+  const std::string &getEnablementDependency() const;
+  void setEnablementDependency(std::string expression);
+  /// The same text for every net of a connection map, held once.
+  void setEnablementDependency(std::shared_ptr<const std::string> expression) {
     m_enablementDependency = std::move(expression);
   }
   /// Name of the owning connection map: the one setBoardBus gave, else the
   /// owner's name.
   const std::string &getBoardBus() const;
-  void setBoardBus(std::string name) { m_boardBus = std::move(name); }
+  void setBoardBus(std::string name);
   HBOBoardBus *getOwner() const { return m_owner; }
   void setOwner(HBOBoardBus *owner) { m_owner = owner; }
 
@@ -59,17 +59,24 @@ public:
   void getPinsVec(std::vector<HBOPinProps *> &out) const;
 
 private:
-  std::string m_name;
+  // What few nets have: a name of their own, a bus name that is not their
+  // owner's.
+  struct Names {
+    std::string name;
+    std::string boardBus;
+  };
+  Names &names_();
+
   int m_c1PinIndex = 0;
   int m_c2PinIndex = 0;
   float m_minDelay = 0;
   float m_maxDelay = 0;
   float m_typicalDelay = 0;
-  // The number of a generated name, or -1 for m_name.
+  // The number of a generated name, or -1 for the name of m_names.
   int m_number = -1;
   const std::string *m_isEnabled;
-  std::string m_enablementDependency;
-  std::string m_boardBus;
+  std::shared_ptr<const std::string> m_enablementDependency;
+  std::unique_ptr<Names> m_names;
   HBOBoardBus *m_owner = nullptr;
 };
 

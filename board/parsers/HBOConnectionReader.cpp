@@ -204,8 +204,8 @@ void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
   for (HXMLWElement part : map.children()) {
     if (part.isTag("enablement_dependencies")) {
       for (HXMLWElement jumpers : part.children("jumpers")) {
-        const std::string text = enablementText(jumpers);
-        bus.setEnablementDependency(text);
+        auto text = std::make_shared<const std::string>(enablementText(jumpers));
+        bus.setEnablementDependency(*text);
         for (HBOBoardBusNet *net : bus.getBoardBusNets())
           net->setEnablementDependency(text);
       }
