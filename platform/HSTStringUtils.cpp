@@ -27,6 +27,17 @@ std::string HSTStringUtils::toLower(std::string text) {
   return text;
 }
 
+bool HSTStringUtils::UpperLess::operator()(std::string_view a, std::string_view b) const {
+  const std::size_t n = a.size() < b.size() ? a.size() : b.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    const auto x = static_cast<unsigned char>(upperC(a[i]));
+    const auto y = static_cast<unsigned char>(upperC(b[i]));
+    if (x != y)
+      return x < y;
+  }
+  return a.size() < b.size();
+}
+
 std::string HSTStringUtils::toUpper(std::string text) {
   for (char &c : text)
     c = upperC(c);

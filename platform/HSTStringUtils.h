@@ -5,9 +5,17 @@
 #define BOARDLIB_PLATFORM_HSTSTRINGUTILS_H
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace HSTStringUtils {
+/// Orders texts as their ASCII upper-case copies would be ordered, without
+/// making the copies: a map whose keys are stored upper-cased can be searched
+/// with a text of any case.
+struct UpperLess {
+  using is_transparent = void;
+  bool operator()(std::string_view a, std::string_view b) const;
+};
 /// Equal ignoring ASCII case.
 bool iequals(const std::string &a, const std::string &b);
 std::string toLower(std::string text);

@@ -178,7 +178,8 @@ HBOBusIf *HBOBoardComponent::getBusIfByName(const std::string &name) const {
 bool HBOBoardComponent::getModelPortByName(HBOModelPort *&out, const std::string &name) const {
   if (name.empty())
     return false;
-  auto it = m_modelPorts.find(toUpperCopy(name));
+  // The keys are upper-cased and the map compares ignoring case.
+  auto it = m_modelPorts.find(name);
   if (it == m_modelPorts.end())
     return false;
   out = it->second;
@@ -219,7 +220,10 @@ void HBOBoardComponent::storeInterface_(const std::string &key, HBOBusIf *busIf)
 void HBOBoardComponent::setModelPort(const std::string &name, HBOModelPort *const &port) {
   if (!port || name.empty())
     return;
-  HBOModelPort *&slot = m_modelPorts[toUpperCopy(name)];
+  auto it = m_modelPorts.find(name);
+  if (it == m_modelPorts.end())
+    it = m_modelPorts.try_emplace(toUpperCopy(name)).first;
+  HBOModelPort *&slot = it->second;
   if (slot == port)
     return;
   slot = port;

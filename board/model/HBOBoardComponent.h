@@ -8,6 +8,7 @@
 #define BOARDLIB_HBOBOARDCOMPONENT_H
 
 #include "HSTFlatMap.h"
+#include "HSTStringUtils.h"
 
 #include <cstdint>
 #include <map>
@@ -160,7 +161,9 @@ public:
   void setModelPort(const std::string &name, HBOModelPort *const &port);
   /// Enters every port of every interface as a model port.
   bool createModelPortsForInterfaces();
-  const std::map<std::string, HBOModelPort *> &getModelPorts() const { return m_modelPorts; }
+  /// Keyed by the upper-cased port name, in the order of those keys.
+  using ModelPortMap = HSTFlatMap<std::string, HBOModelPort *, HSTStringUtils::UpperLess>;
+  const ModelPortMap &getModelPorts() const { return m_modelPorts; }
   /// Appends the non-null ports in name order.
   bool getModelPortSeq(std::vector<HBOModelPort *> &out) const;
   /// Replaces \p out by the model ports of the interface's port maps.
@@ -328,7 +331,7 @@ private:
   std::string m_displayName;
   std::string m_description;
   std::string m_longDesc;
-  std::map<std::string, HBOModelPort *> m_modelPorts;
+  ModelPortMap m_modelPorts;
   std::vector<HBOParameter *> m_parameters;
   std::vector<HBOImage *> m_images;
   std::vector<HBOComponentMode *> m_modes;

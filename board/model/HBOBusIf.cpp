@@ -135,6 +135,11 @@ bool HBOBusIf::setPreferences(HBOBusIfPreference *preference) {
   return true;
 }
 
+void HBOBusIf::reservePorts(std::size_t count) {
+  m_ports.reserve(m_ports.size() + count);
+  m_portMaps.reserve(m_portMaps.size() + count);
+}
+
 void HBOBusIf::addPort(HBOModelPort *port) {
   if (!port)
     return;

@@ -4,6 +4,9 @@
 #ifndef BOARDLIB_HBOBUSIF_H
 #define BOARDLIB_HBOBUSIF_H
 
+#include "HSTFlatMap.h"
+
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -97,9 +100,13 @@ public:
 
   /// The model ports by physical port name (the name is historical: these
   /// are ports, not port maps). Not owned.
-  const std::map<std::string, HBOModelPort *> &getPortMaps() const { return m_ports; }
+  using PortMap = HSTFlatMap<std::string, HBOModelPort *>;
+  const PortMap &getPortMaps() const { return m_ports; }
   /// Stores under the port's name, replacing without deleting.
   void addPort(HBOModelPort *port);
+  /// Room for \p count more ports and port maps, for a reader that knows
+  /// how many come.
+  void reservePorts(std::size_t count);
   /// The pins of every port, in port-name order.
   void getPortMapPinPropsSeq(std::vector<HBOPinProps *> &out) const;
   void updatePortPinMap(const std::map<std::string, std::string> &pinRenames);
@@ -132,7 +139,7 @@ private:
   std::vector<HBOBusIfPreference *> m_preferences;
   HBOBoardComponent *m_ownerComponent = nullptr;
   std::string m_isEnabled = "true";
-  std::map<std::string, HBOModelPort *> m_ports;
+  PortMap m_ports;
   std::map<std::string, bool> m_jumpers;
   std::map<std::string, bool> m_params;
   std::vector<HBOParameter *> m_parameters;

@@ -190,6 +190,12 @@ bool HBOInterfaceReader::readPortMaps_(HXMLWElement &list, HBOBusIf *interface,
                                        const std::string &name, const std::string &ofComponent,
                                        HBOParsedInterface &parsed) {
   HBOBoardComponent *component = interface->getOwnerComponent();
+  std::size_t count = 0;
+  for (HXMLWElement entry : list.children()) {
+    (void)entry;
+    ++count;
+  }
+  interface->reservePorts(count);
   for (HXMLWElement entry : list.children()) {
     std::unique_ptr<HBOModelPort> port(new HBOModelPort());
     std::unique_ptr<HBOPortMap> map(new HBOPortMap());
