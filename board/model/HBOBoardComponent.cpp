@@ -80,6 +80,7 @@ HBOBoardComponent::~HBOBoardComponent() {
   // Last: interfaces and pins may still name these ports, but no destructor
   // above follows those names.
   HBOCommon::deleteDistinct(m_ownedModelPorts);
+  m_portBlocks.clear();
 }
 
 // ---- identity ----
@@ -228,7 +229,18 @@ void HBOBoardComponent::setModelPort(const std::string &name, HBOModelPort *cons
     return;
   slot = port;
   // Duplicates under other names are weeded out when the ports are freed.
-  m_ownedModelPorts.push_back(port);
+  if (!port->isHeldInBlock())
+    m_ownedModelPorts.push_back(port);
+}
+
+HBOModelPortRecord *HBOBoardComponent::makeModelPorts(std::size_t count) {
+  if (count == 0)
+    return nullptr;
+  m_portBlocks.emplace_back(new HBOModelPortRecord[count]);
+  HBOModelPortRecord *records = m_portBlocks.back().get();
+  for (std::size_t i = 0; i < count; ++i)
+    records[i].port.setHeldInBlock();
+  return records;
 }
 
 bool HBOBoardComponent::createModelPortsForInterfaces() {

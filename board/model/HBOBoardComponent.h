@@ -25,6 +25,7 @@ class HBOBusIf;
 class HBOComponentMode;
 class HBOImage;
 class HBOModelPort;
+struct HBOModelPortRecord;
 class HBOParameter;
 class HBOPinProps;
 
@@ -159,6 +160,10 @@ public:
   /// Stores under the upper-cased name, replacing without deleting; the
   /// component keeps every port given here and frees it with itself.
   void setModelPort(const std::string &name, HBOModelPort *const &port);
+  /// \p count port records held in one block that the component frees with
+  /// itself, after its interfaces; their ports are never owned through
+  /// setModelPort, and their maps are lent to the interfaces.
+  HBOModelPortRecord *makeModelPorts(std::size_t count);
   /// Enters every port of every interface as a model port.
   bool createModelPortsForInterfaces();
   /// Keyed by the upper-cased port name, in the order of those keys.
@@ -353,6 +358,7 @@ private:
   // Every model port that went through setModelPort, possibly more than
   // once; freed with the component.
   std::vector<HBOModelPort *> m_ownedModelPorts;
+  std::vector<std::unique_ptr<HBOModelPortRecord[]>> m_portBlocks;
   // Interfaces displaced from the map by a later one of the same name;
   // freed with the component.
   std::vector<HBOBusIf *> m_replacedInterfaces;

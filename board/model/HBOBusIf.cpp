@@ -12,7 +12,7 @@
 HBOBusIf::~HBOBusIf() {
   zeb::forgetScriptHandles(this);
   HBOCommon::deleteDistinct(m_parameters);
-  HBOCommon::deleteDistinct(m_portMaps);
+  HBOCommon::deleteDistinct(m_ownedPortMaps);
   // The single preference pointer is one of these, or not ours.
   HBOCommon::deleteDistinct(m_preferences);
 }
@@ -67,7 +67,12 @@ bool HBOBusIf::getPortMapSeq(std::vector<HBOPortMap *> &out) const {
   return true;
 }
 
-void HBOBusIf::populatePortMap(HBOPortMap *&portMap) { m_portMaps.push_back(portMap); }
+void HBOBusIf::populatePortMap(HBOPortMap *&portMap) {
+  m_portMaps.push_back(portMap);
+  m_ownedPortMaps.push_back(portMap);
+}
+
+void HBOBusIf::addLentPortMap(HBOPortMap *portMap) { m_portMaps.push_back(portMap); }
 
 bool HBOBusIf::getPhysicalPortSeq(std::vector<std::string> &out) const {
   for (const HBOPortMap *portMap : m_portMaps) {

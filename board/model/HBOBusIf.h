@@ -56,11 +56,14 @@ public:
   const std::string &getPresetProcName() const { return m_presetProcName; }
   void setPresetProcName(std::string name) { m_presetProcName = std::move(name); }
 
-  /// Port maps, owned, in file order.
+  /// Port maps, in file order.
   bool getPortMapSeq(std::vector<HBOPortMap *> &out) const;
   std::size_t getPortMapSize() const { return m_portMaps.size(); }
   /// Appends and takes ownership.
   void populatePortMap(HBOPortMap *&portMap);
+  /// Appends a map that outlives the interface (one of a port record of
+  /// the owning component) without taking ownership.
+  void addLentPortMap(HBOPortMap *portMap);
   /// The physical port of each non-null port map, appended in order.
   bool getPhysicalPortSeq(std::vector<std::string> &out) const;
   /// The physical port of the first map whose logical port equals
@@ -131,6 +134,8 @@ private:
   std::string m_interfaceMode;
   std::string m_presetProcName;
   std::vector<HBOPortMap *> m_portMaps;
+  // Those of m_portMaps that the interface frees.
+  std::vector<HBOPortMap *> m_ownedPortMaps;
   std::map<std::string, std::string> m_paramTexts;
   HBOBusIfPreference *m_preference = nullptr;
   HBOBoard *m_parentBoard = nullptr;

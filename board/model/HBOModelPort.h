@@ -9,6 +9,7 @@
 #ifndef BOARDLIB_HBOMODELPORT_H
 #define BOARDLIB_HBOMODELPORT_H
 
+#include "HBOPortMap.h"
 #include "HBOPortVector.h"
 
 #include <cstdint>
@@ -67,6 +68,10 @@ public:
 
   HBOBusIf *getOwner() const { return m_owner; }
   void setOwner(HBOBusIf *owner) { m_owner = owner; }
+  /// True for a port that lives in a block of its component (see
+  /// HBOBoardComponent::makeModelPorts): nothing else may delete it.
+  bool isHeldInBlock() const { return m_heldInBlock; }
+  void setHeldInBlock() { m_heldInBlock = true; }
 
   /// The component's pins named by the pin map, in key order; names that
   /// the component lacks are passed over.
@@ -109,10 +114,18 @@ private:
   std::string m_ownerBusIfName;
   HBOPortVector m_range;
   bool m_isVector = false;
+  bool m_heldInBlock = false;
   std::vector<HBOPinProps *> m_pinRecords;
   std::vector<PinSlot> m_pinSlots;
   std::string m_pinText;
   HBOBusIf *m_owner = nullptr;
+};
+
+// A port with the port map that names it, as the reader makes them: one
+// record instead of two objects, held by the component in a block.
+struct HBOModelPortRecord {
+  HBOModelPort port;
+  HBOPortMap map;
 };
 
 #endif

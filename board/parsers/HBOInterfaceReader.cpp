@@ -103,12 +103,22 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   if (!presetProc.empty())
     readPresetProc_(interface, name, presetProc);
 
-  std::vector<std::string> fields = HSTStringUtils::split(type, ":", true);
-  if (fields.size() == 4) {
-    interface->setAbstractTypeVendor(fields[0]);
-    interface->setAbstractTypeLibrary(fields[1]);
-    interface->setAbstractTypeName(fields[2]);
-    interface->setAbstractTypeVersion(fields[3]);
+  // Exactly four fields, empty ones counted: "a:b:c:d".
+  std::string_view fields[4];
+  std::size_t fieldCount = 0;
+  for (std::size_t from = 0;; ++fieldCount) {
+    const std::size_t colon = type.find(':', from);
+    if (fieldCount < 4)
+      fields[fieldCount] = std::string_view(type).substr(from, colon - from);
+    if (colon == std::string::npos)
+      break;
+    from = colon + 1;
+  }
+  if (++fieldCount == 4) {
+    interface->setAbstractTypeVendor(std::string(fields[0]));
+    interface->setAbstractTypeLibrary(std::string(fields[1]));
+    interface->setAbstractTypeName(std::string(fields[2]));
+    interface->setAbstractTypeVersion(std::string(fields[3]));
   } else {
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-37@%s", name);
   }
@@ -196,26 +206,24 @@ bool HBOInterfaceReader::readPortMaps_(HXMLWElement &list, HBOBusIf *interface,
     ++count;
   }
   interface->reservePorts(count);
+  // The component holds the ports and their maps in one block, freed with
+  // itself; a record that a failed read leaves unused goes with the block.
+  HBOModelPortRecord *records = component->makeModelPorts(count);
+  std::size_t next = 0;
   for (HXMLWElement entry : list.children()) {
-    std::unique_ptr<HBOModelPort> port(new HBOModelPort());
-    std::unique_ptr<HBOPortMap> map(new HBOPortMap());
+    assert(next < count && "the port maps are counted before they are read");
+    HBOModelPortRecord &record = records[next++];
+    HBOModelPort *port = &record.port;
+    HBOPortMap *map = &record.map;
     port->setOwner(interface);
-    if (!readPortMapDetails(&entry, port.get(), map.get()))
+    if (!readPortMapDetails(&entry, port, map))
       return false;
-    // A port read in full is kept by its component, which frees it with
-    // itself; only a port the component refused is still ours here.
-    HBOModelPort *raw = port.get();
-    HBOModelPort *kept = nullptr;
-    if (component->getModelPortByName(kept, raw->getName()) && kept == raw)
-      port.release();
-    if (!m_validator.validatePort(raw, ofComponent, name))
+    if (!m_validator.validatePort(port, ofComponent, name))
       return false;
-    assert(!port && "a port with a name is kept by its component");
-    interface->addPort(raw);
+    interface->addPort(port);
     if (m_ctx.parsed)
       parsed.logicalPorts.insert(map->getLogicalPort());
-    HBOPortMap *rawMap = map.release();
-    interface->populatePortMap(rawMap);
+    interface->addLentPortMap(map);
   }
   return true;
 }
