@@ -9,6 +9,7 @@
 #include "NativeCache.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iostream>
 
 namespace {
@@ -104,52 +105,70 @@ bool HBOModelPort::getBusIfLogicalPortName(std::string &out) const {
 
 std::map<std::string, std::string> HBOModelPort::getPinPortMap() const {
   std::map<std::string, std::string> result;
-  for (const PinSlot &slot : m_pinSlots)
+  for (const PinSlot &slot : pinSlots_())
     result.emplace_hint(result.end(), indexOf_(slot), pinOf_(slot));
   return result;
 }
 
+namespace {
+
+// The units of an entry's size that \p bytes of text take.
+std::size_t textUnits(std::size_t bytes, std::size_t unit) { return (bytes + unit - 1) / unit; }
+
+} // namespace
+
 void HBOModelPort::reservePinPortMap(std::size_t count, std::size_t textBytes) {
-  m_pinSlots.reserve(m_pinSlots.size() + count);
-  m_pinText.reserve(m_pinText.size() + textBytes);
+  m_pinData.reserve(m_pinCount + count + textUnits(m_pinTextSize + textBytes, sizeof(PinSlot)));
 }
 
 std::uint32_t HBOModelPort::storeText_(std::string_view text) {
-  const auto at = static_cast<std::uint32_t>(m_pinText.size());
-  m_pinText.append(text);
+  const std::uint32_t at = m_pinTextSize;
+  m_pinData.resize(m_pinCount + textUnits(at + text.size(), sizeof(PinSlot)));
+  char *textStart = reinterpret_cast<char *>(m_pinData.data() + m_pinCount);
+  if (!text.empty())
+    std::memcpy(textStart + at, text.data(), text.size());
+  m_pinTextSize = static_cast<std::uint32_t>(at + text.size());
   return at;
 }
 
 const HBOModelPort::PinSlot *HBOModelPort::findPinSlot_(std::string_view index) const {
-  auto it = std::lower_bound(
-      m_pinSlots.begin(), m_pinSlots.end(), index,
+  const PinSlots slots = pinSlots_();
+  const PinSlot *it = std::lower_bound(
+      slots.begin(), slots.end(), index,
       [this](const PinSlot &slot, std::string_view key) { return textLess(indexOf_(slot), key); });
-  if (it == m_pinSlots.end() || indexOf_(*it) != index)
+  if (it == slots.end() || indexOf_(*it) != index)
     return nullptr;
-  return &*it;
+  return it;
 }
 
 void HBOModelPort::addPinPortMap(std::string_view index, std::string_view pin) {
   // Indexes mostly come in order, but "10" sorts before "9".
-  auto it = m_pinSlots.end();
-  if (!m_pinSlots.empty() && !textLess(indexOf_(m_pinSlots.back()), index))
-    it = std::lower_bound(m_pinSlots.begin(), m_pinSlots.end(), index,
-                          [this](const PinSlot &slot, std::string_view key) {
-                            return textLess(indexOf_(slot), key);
-                          });
-  if (it != m_pinSlots.end() && indexOf_(*it) == index) {
-    // The overwritten pin's text stays behind unused: repeats are rare.
-    it->pinLength = static_cast<std::uint32_t>(pin.size());
-    it->pinAt = storeText_(pin);
-    return;
+  std::size_t position = m_pinCount;
+  if (m_pinCount > 0 && !textLess(indexOf_(m_pinData[m_pinCount - 1]), index)) {
+    const PinSlots slots = pinSlots_();
+    position = static_cast<std::size_t>(
+        std::lower_bound(slots.begin(), slots.end(), index,
+                         [this](const PinSlot &slot, std::string_view key) {
+                           return textLess(indexOf_(slot), key);
+                         }) -
+        slots.begin());
+    if (indexOf_(m_pinData[position]) == index) {
+      // The overwritten pin's text stays behind unused: repeats are rare.
+      const std::uint32_t pinAt = storeText_(pin);
+      m_pinData[position].pinAt = pinAt;
+      m_pinData[position].pinLength = static_cast<std::uint32_t>(pin.size());
+      return;
+    }
   }
   PinSlot slot{};
   slot.indexLength = static_cast<std::uint32_t>(index.size());
   slot.pinLength = static_cast<std::uint32_t>(pin.size());
-  const std::ptrdiff_t position = it - m_pinSlots.begin();
   slot.indexAt = storeText_(index);
   slot.pinAt = storeText_(pin);
-  m_pinSlots.insert(m_pinSlots.begin() + position, slot);
+  // The text moves up by one entry with the entries after the new one, and
+  // its offsets, counted from the end of the entries, stay right.
+  m_pinData.insert(m_pinData.begin() + static_cast<std::ptrdiff_t>(position), slot);
+  ++m_pinCount;
 }
 
 bool HBOModelPort::getPinPort(std::string_view index, std::string &out) const {
@@ -167,7 +186,7 @@ void HBOModelPort::getPins(std::vector<HBOPinProps *> &out) const {
   if (!component)
     return;
   std::string name;
-  for (const PinSlot &slot : m_pinSlots) {
+  for (const PinSlot &slot : pinSlots_()) {
     name.assign(pinOf_(slot));
     if (HBOPinProps *pin = component->findPin(name))
       out.push_back(pin);
@@ -209,21 +228,19 @@ bool HBOModelPort::populatePinProps() {
 }
 
 void HBOModelPort::updatePortPinMap(const std::map<std::string, std::string> &pinRenames) {
-  std::string text;
-  text.reserve(m_pinText.size());
-  std::string pin;
-  for (PinSlot &slot : m_pinSlots) {
-    pin.assign(pinOf_(slot));
+  std::vector<std::pair<std::string, std::string>> entries;
+  entries.reserve(m_pinCount);
+  for (const PinSlot &slot : pinSlots_()) {
+    std::string pin(pinOf_(slot));
     auto it = pinRenames.find(pin);
-    const std::string &newPin = it == pinRenames.end() ? pin : it->second;
-    const auto indexAt = static_cast<std::uint32_t>(text.size());
-    text.append(indexOf_(slot));
-    slot.pinAt = static_cast<std::uint32_t>(text.size());
-    slot.pinLength = static_cast<std::uint32_t>(newPin.size());
-    text.append(newPin);
-    slot.indexAt = indexAt;
+    entries.emplace_back(std::string(indexOf_(slot)), it == pinRenames.end() ? pin : it->second);
   }
-  m_pinText.swap(text);
+  m_pinData.clear();
+  m_pinCount = 0;
+  m_pinTextSize = 0;
+  // Already in index order: each entry is appended at the end.
+  for (const auto &entry : entries)
+    addPinPortMap(entry.first, entry.second);
 }
 
 void HBOModelPort::display(int indent) const {
@@ -238,7 +255,7 @@ void HBOModelPort::display(int indent) const {
             << ", Direction: " << *m_direction << ", Left: " << left << ", Right: " << right
             << ", Width: " << width << "\n";
   const std::string dashes(indent + 2 > 0 ? indent + 2 : 0, '-');
-  for (const PinSlot &slot : m_pinSlots)
+  for (const PinSlot &slot : pinSlots_())
     std::cout << dashes << "Port Index: " << indexOf_(slot) << ", FPGA Pin: " << pinOf_(slot)
               << "\n";
 }

@@ -3,8 +3,8 @@
 // and live in the component; an older board's port holds its own records.
 //
 // A board has ports by the hundred and a pin map entry per bit, so the pin
-// map is kept as one text buffer and one array of offsets sorted by index
-// text, rather than a map node and two strings per entry; the direction and
+// map is kept in one array: entries of offsets sorted by index text, then
+// the texts they point at, rather than a map node and two strings per entry; the direction and
 // the logical port name come from small vocabularies and are pooled.
 #ifndef BOARDLIB_HBOMODELPORT_H
 #define BOARDLIB_HBOMODELPORT_H
@@ -52,10 +52,10 @@ public:
 
   /// Port index text to pin name; ordered by text, so "10" precedes "2".
   std::map<std::string, std::string> getPinPortMap() const;
-  std::size_t getPinPortMapSize() const { return m_pinSlots.size(); }
+  std::size_t getPinPortMapSize() const { return m_pinCount; }
   /// Calls \p visit(index, pin) for each entry, in the order of getPinPortMap.
   template <typename Visit> void forEachPinPortMap(Visit &&visit) const {
-    for (const PinSlot &slot : m_pinSlots)
+    for (const PinSlot &slot : pinSlots_())
       visit(indexOf_(slot), pinOf_(slot));
   }
   /// Room for \p count entries of \p textBytes bytes of index and pin text
@@ -89,23 +89,34 @@ public:
   void display(int indent) const;
 
 private:
-  // One pin map entry: where its index text and its pin name lie in
-  // m_pinText.
+  // One pin map entry: where its index text and its pin name lie in the
+  // text that follows the entries.
   struct PinSlot {
     std::uint32_t indexAt;
     std::uint32_t pinAt;
     std::uint32_t indexLength;
     std::uint32_t pinLength;
   };
+  // The entries, then the text in whole units of the entries' size.
+  struct PinSlots {
+    const PinSlot *first;
+    const PinSlot *last;
+    const PinSlot *begin() const { return first; }
+    const PinSlot *end() const { return last; }
+  };
+  PinSlots pinSlots_() const { return {m_pinData.data(), m_pinData.data() + m_pinCount}; }
+  const char *pinText_() const {
+    return reinterpret_cast<const char *>(m_pinData.data() + m_pinCount);
+  }
   std::string_view indexOf_(const PinSlot &slot) const {
-    return std::string_view(m_pinText.data() + slot.indexAt, slot.indexLength);
+    return std::string_view(pinText_() + slot.indexAt, slot.indexLength);
   }
   std::string_view pinOf_(const PinSlot &slot) const {
-    return std::string_view(m_pinText.data() + slot.pinAt, slot.pinLength);
+    return std::string_view(pinText_() + slot.pinAt, slot.pinLength);
   }
   /// The slot of \p index, or null.
   const PinSlot *findPinSlot_(std::string_view index) const;
-  /// Appends \p text to m_pinText; its offset.
+  /// Appends \p text to the text; its offset there.
   std::uint32_t storeText_(std::string_view text);
 
   std::string m_name;
@@ -116,8 +127,9 @@ private:
   bool m_isVector = false;
   bool m_heldInBlock = false;
   std::vector<HBOPinProps *> m_pinRecords;
-  std::vector<PinSlot> m_pinSlots;
-  std::string m_pinText;
+  std::vector<PinSlot> m_pinData;
+  std::uint32_t m_pinCount = 0;
+  std::uint32_t m_pinTextSize = 0;
   HBOBusIf *m_owner = nullptr;
 };
 

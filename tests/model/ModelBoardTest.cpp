@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 using modeltest::makeComponent;
 using modeltest::Strings;
 
@@ -264,4 +266,41 @@ TEST(ModelBoard, JumperSavesThroughTheAttachedHook) {
   HBOJumper orphan;
   orphan.setValue(false, true); // no owner: nothing to save, no crash
   EXPECT_FALSE(orphan.getDefaultValue());
+}
+
+TEST(ModelBoard, BlockNetsNameThemselvesAfterTheirBus) {
+  HBOBoard board;
+  HBOBoardBus *bus = makeBus("map", "a", "b");
+  board.addBus(bus);
+  // Handed over without an owner, so with no bus name either.
+  auto *handed = new HBOBoardBusNet();
+  handed->setName("own");
+  bus->addBoardBusNet(handed);
+  HBOBoardBusNet *nets = bus->makeBoardBusNets(3);
+  ASSERT_NE(nets, nullptr);
+  EXPECT_EQ(bus->makeBoardBusNets(0), nullptr);
+  for (int i = 0; i < 3; ++i)
+    nets[i].setGeneratedName(i);
+  auto text = std::make_shared<const std::string>("{J1 1}");
+  nets[0].setEnablementDependency(text);
+  nets[1].setEnablementDependency(std::string("{J2 0}"));
+  nets[2].setBoardBus("other");
+  nets[2].setName("renamed");
+
+  std::vector<std::string> names;
+  for (const HBOBoardBusNet *net : bus->getBoardBusNets())
+    names.push_back(net->getName() + "@" + net->getBoardBus());
+  EXPECT_EQ(names, (std::vector<std::string>{"own@", "map_0@map", "map_1@map", "renamed@other"}));
+  EXPECT_EQ(nets[0].getEnablementDependency(), "{J1 1}");
+  EXPECT_EQ(nets[1].getEnablementDependency(), "{J2 0}");
+  EXPECT_EQ(nets[2].getEnablementDependency(), "");
+  EXPECT_EQ(nets[0].getIsEnabled(), "true");
+
+  // A copy keeps the name and bus it had, whatever its new owner is called.
+  HBOBoardBus other;
+  other.setName("copy");
+  HBOBoardBusNet copy(nets[1], &other);
+  EXPECT_EQ(copy.getName(), "map_1");
+  EXPECT_EQ(copy.getBoardBus(), "map");
+  EXPECT_EQ(copy.getEnablementDependency(), "{J2 0}");
 }

@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <memory>
+#include <string_view>
 
 using namespace modeltest;
 
@@ -173,4 +175,61 @@ TEST(ModelBusIf, OwnsPreferencesAndPortMapsButNotPorts) {
     EXPECT_EQ(busIf.getPortMaps().at("p"), port.get());
   }
   EXPECT_EQ(port->getName(), "p");
+}
+
+TEST(ModelPort, PinMapOverwritesAndGrowsPastItsReservation) {
+  HBOModelPort port;
+  port.reservePinPortMap(2, 4);
+  // Out of order, a repeat that overwrites, and more than was reserved.
+  const std::vector<std::pair<std::string, std::string>> adds = {
+      {"9", "a9"},   {"10", "a10"}, {"1", "a1"},
+      {"10", "b10"}, {"", "blank"}, {"2", "a-long-pin-name"}};
+  std::map<std::string, std::string> expected;
+  for (const auto &[index, pin] : adds) {
+    port.addPinPortMap(index, pin);
+    expected[index] = pin;
+  }
+  EXPECT_EQ(port.getPinPortMap(), expected);
+  EXPECT_EQ(port.getPinPortMapSize(), expected.size());
+  std::vector<std::string> seen;
+  port.forEachPinPortMap([&](std::string_view index, std::string_view pin) {
+    seen.push_back(std::string(index) + "=" + std::string(pin));
+  });
+  EXPECT_EQ(seen,
+            (std::vector<std::string>{"=blank", "1=a1", "10=b10", "2=a-long-pin-name", "9=a9"}));
+}
+
+TEST(ModelComponent, BlockPortsAreLentToTheInterfaceAndFoundIgnoringCase) {
+  HBOBoardComponent component;
+  HBOBusIf *busIf = makeBusIf("bus");
+  component.setBusIf("bus", busIf);
+  HBOModelPortRecord *records = component.makeModelPorts(2);
+  ASSERT_NE(records, nullptr);
+  EXPECT_EQ(component.makeModelPorts(0), nullptr);
+  for (int i = 0; i < 2; ++i) {
+    HBOModelPortRecord &record = records[i];
+    record.port.setName(i ? "Data_Q" : "clk");
+    record.map.setPhysicalPort(record.port.getName());
+    record.map.setLogicalPort(i ? "DQ" : "CLK");
+    component.setModelPort(record.port.getName(), &record.port);
+    busIf->addPort(&record.port);
+    busIf->addLentPortMap(&record.map);
+  }
+  // Also a port and a map handed over the old way: both owned, freed once.
+  HBOModelPort *own = makePort("extra");
+  component.setModelPort("extra", own);
+  HBOPortMap *ownMap = new HBOPortMap();
+  busIf->populatePortMap(ownMap);
+
+  HBOModelPort *found = nullptr;
+  EXPECT_TRUE(component.getModelPortByName(found, "data_q"));
+  EXPECT_EQ(found, &records[1].port);
+  std::vector<std::string> keys;
+  for (const auto &entry : component.getModelPorts())
+    keys.push_back(entry.first);
+  EXPECT_EQ(keys, (std::vector<std::string>{"CLK", "DATA_Q", "EXTRA"}));
+  std::string physical;
+  EXPECT_TRUE(busIf->getPPortByLPort("dq", physical));
+  EXPECT_EQ(physical, "Data_Q");
+  EXPECT_EQ(busIf->getPortMapSize(), 3u);
 }
