@@ -15,30 +15,33 @@ HBOBoardBus::~HBOBoardBus() {
     if (!ownsInBlock_(net))
       handedOver.push_back(net);
   HBOCommon::deleteDistinct(std::move(handedOver));
-  // Long chains are freed one block at a time, not by recursion.
-  while (m_netBlocks)
-    m_netBlocks = std::move(m_netBlocks->next);
 }
 
 bool HBOBoardBus::ownsInBlock_(const HBOBoardBusNet *net) const {
   std::less<const HBOBoardBusNet *> before;
-  for (const NetBlock *block = m_netBlocks.get(); block; block = block->next.get()) {
-    const HBOBoardBusNet *first = block->nets.get();
-    if (!before(net, first) && before(net, first + block->count))
+  auto holds = [&](const NetBlock &block) {
+    const HBOBoardBusNet *first = block.nets.get();
+    return first && !before(net, first) && before(net, first + block.count);
+  };
+  if (holds(m_netBlock))
+    return true;
+  for (const NetBlock &block : m_moreNetBlocks)
+    if (holds(block))
       return true;
-  }
   return false;
 }
 
 HBOBoardBusNet *HBOBoardBus::makeBoardBusNets(std::size_t count) {
   if (count == 0)
     return nullptr;
-  auto block = std::make_unique<NetBlock>();
-  block->nets.reset(new HBOBoardBusNet[count]);
-  block->count = count;
-  block->next = std::move(m_netBlocks);
-  m_netBlocks = std::move(block);
-  HBOBoardBusNet *first = m_netBlocks->nets.get();
+  NetBlock block;
+  block.nets.reset(new HBOBoardBusNet[count]);
+  block.count = count;
+  HBOBoardBusNet *first = block.nets.get();
+  if (!m_netBlock.nets)
+    m_netBlock = std::move(block);
+  else
+    m_moreNetBlocks.push_back(std::move(block));
   m_nets.reserve(m_nets.size() + count);
   for (std::size_t i = 0; i < count; ++i) {
     first[i].setOwner(this);

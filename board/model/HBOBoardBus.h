@@ -85,14 +85,14 @@ private:
   int m_startIndexComp2 = 0;
   int m_stopIndexComp2 = 0;
   std::vector<HBOBoardBusNet *> m_nets;
-  // The nets made by makeBoardBusNets, newest block first; the rest of
-  // m_nets were handed over one by one.
+  // The nets made by makeBoardBusNets: the reader asks once per bus, so
+  // the first block is held here and any later ones behind it.
   struct NetBlock {
     std::unique_ptr<HBOBoardBusNet[]> nets;
     std::size_t count = 0;
-    std::unique_ptr<NetBlock> next;
   };
-  std::unique_ptr<NetBlock> m_netBlocks;
+  NetBlock m_netBlock;
+  std::vector<NetBlock> m_moreNetBlocks;
   bool ownsInBlock_(const HBOBoardBusNet *net) const;
 };
 

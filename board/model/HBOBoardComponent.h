@@ -222,6 +222,7 @@ public:
   void getImages(std::vector<HBOImage *> &out) const { out = m_images; }
   void addImage(HBOImage *image);
   void getComponentModes(std::vector<HBOComponentMode *> &out) const { out = m_modes; }
+  std::size_t getComponentModeCount() const { return m_modes.size(); }
   void addComponentMode(HBOComponentMode *mode);
   /// Renames a jumper in the expression of each mode, in mode order.
   void updateEnablementDependencyJumperName(const std::string &oldName, const std::string &newName);

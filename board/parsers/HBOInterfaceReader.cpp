@@ -314,11 +314,8 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
     return false;
   // Modes are added after reading, so the first one of a component is 0.
   std::size_t number = 0;
-  if (HBOBoardComponent *owner = mode->getOwnerComponent()) {
-    std::vector<HBOComponentMode *> modes;
-    owner->getComponentModes(modes);
-    number = modes.size();
-  }
+  if (HBOBoardComponent *owner = mode->getOwnerComponent())
+    number = owner->getComponentModeCount();
   // A generated name lets a mode be looked up and shown all the same.
   std::string name = element->getAttribute("name");
   if (name.empty())

@@ -286,11 +286,14 @@ TEST(ModelBoard, BlockNetsNameThemselvesAfterTheirBus) {
   nets[1].setEnablementDependency(std::string("{J2 0}"));
   nets[2].setBoardBus("other");
   nets[2].setName("renamed");
+  // A second block, as a caller other than the reader may ask for.
+  bus->makeBoardBusNets(1)->setGeneratedName(7);
 
   std::vector<std::string> names;
   for (const HBOBoardBusNet *net : bus->getBoardBusNets())
     names.push_back(net->getName() + "@" + net->getBoardBus());
-  EXPECT_EQ(names, (std::vector<std::string>{"own@", "map_0@map", "map_1@map", "renamed@other"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"own@", "map_0@map", "map_1@map", "renamed@other",
+                                             "map_7@map"}));
   EXPECT_EQ(nets[0].getEnablementDependency(), "{J1 1}");
   EXPECT_EQ(nets[1].getEnablementDependency(), "{J2 0}");
   EXPECT_EQ(nets[2].getEnablementDependency(), "");
