@@ -124,7 +124,9 @@ bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
 std::unique_ptr<HBOBoardBus>
 HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &connectionName,
                                         const std::string &comp1, const std::string &comp2) {
-  const std::string mapName = map.getAttribute("name");
+  std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
+  bus->setName(map.getAttribute("name"));
+  const std::string &mapName = bus->getName();
   const char *c1Start = map.findAttribute("c1_st_index");
   const char *c1End = map.findAttribute("c1_end_index");
   const char *c2Start = map.findAttribute("c2_st_index");
@@ -137,7 +139,6 @@ HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &co
   const float minDelay = readDelay(map, "min_delay");
   const float maxDelay = readDelay(map, "max_delay");
 
-  std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
   bus->setConnectionName(connectionName);
   bus->setComp1(comp1);
   bus->setComp2(comp2);
@@ -145,7 +146,6 @@ HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &co
   const int c1To = m_ctx.convert2NonNegativeInteger(c1End, "connection_map c1_end_index");
   const int c2From = m_ctx.convert2NonNegativeInteger(c2Start, "connection_map c2_st_index");
   const int c2To = m_ctx.convert2NonNegativeInteger(c2End, "connection_map c2_end_index");
-  bus->setName(mapName);
   bus->setDelay(typicalDelay);
   bus->setMinDelay(minDelay);
   bus->setMaxDelay(maxDelay);
