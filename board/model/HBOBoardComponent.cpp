@@ -20,6 +20,7 @@
 #include <boost/regex.hpp>
 
 #include <algorithm>
+#include <cassert>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -62,13 +63,6 @@ HBOBoardComponent::~HBOBoardComponent() {
     interfaces.push_back(entry.second);
   HBOCommon::deleteDistinct(interfaces);
 
-  // A pin renamed after it was entered can sit under two names.
-  std::vector<HBOPinProps *> pins;
-  pins.reserve(m_pins.size());
-  for (const auto &entry : m_pins)
-    pins.push_back(entry.second);
-  HBOCommon::deleteDistinct(pins);
-
   HBOCommon::deleteDistinct(m_modes);
 
   std::vector<HBOBoardCompMuxPosition *> positions;
@@ -78,7 +72,7 @@ HBOBoardComponent::~HBOBoardComponent() {
 
   HBOCommon::deleteDistinct(m_drivers);
   // Last: interfaces and pins may still name these ports, but no destructor
-  // above follows those names.
+  // above follows those names. The pins go with m_pinStore.
   HBOCommon::deleteDistinct(m_ownedModelPorts);
   m_portBlocks.clear();
 }
@@ -371,20 +365,85 @@ void HBOBoardComponent::getOfCompInterfaces(std::vector<HBOBusIf *> &out, bool f
 
 // ---- pins ----
 
+HBOPinProps *HBOBoardComponent::createPin() {
+  return m_pinStore.create();
+}
+
+void HBOBoardComponent::reservePins(std::size_t count) {
+  m_pinStore.reserve(count);
+  m_pins.reserve(m_pins.size() + count);
+}
+
+std::string_view HBOBoardComponent::keepPinName_(const std::string &name) {
+  if (name.size() > m_pinNameRoom) {
+    // Blocks of a few KiB hold the names of a whole pin file in a handful.
+    const std::size_t size = std::max<std::size_t>(name.size(), 4096);
+    m_pinNameBlocks.emplace_back(new char[size]);
+    m_pinNameFree = m_pinNameBlocks.back().get();
+    m_pinNameRoom = size;
+  }
+  std::copy(name.begin(), name.end(), m_pinNameFree);
+  std::string_view kept(m_pinNameFree, name.size());
+  m_pinNameFree += name.size();
+  m_pinNameRoom -= name.size();
+  return kept;
+}
+
 void HBOBoardComponent::addPin(HBOPinProps *pin) {
   if (!pin)
     return;
-  const int index = pin->getPinIndex();
+  assert(m_pinStore.owns(pin) && "pins are made by createPin");
   const std::string &name = pin->getName();
-  auto entry = m_pins.try_emplace(name, pin);
-  HBOPinProps *holderOfName = entry.second ? nullptr : entry.first->second;
-  // A different holder of the index is a collision that the reader has
-  // already reported; here it only loses its slot below.
-  if (holderOfName && holderOfName != pin) {
+  auto at = m_pins.lower_bound(name);
+  if (at != m_pins.end() && at->first == name) {
+    HBOPinProps *holderOfName = at->second;
+    if (holderOfName == pin) {
+      indexPin_(pin);
+      return;
+    }
+    // A different holder of the index is a collision that the reader has
+    // already reported; here it only loses its slot below.
     unindexPin_(holderOfName);
-    delete holderOfName;
+    m_pinStore.destroy(holderOfName);
+    at->second = pin;
+  } else {
+    m_pins.try_emplace(keepPinName_(name), pin);
   }
-  entry.first->second = pin;
+  indexPin_(pin);
+}
+
+void HBOBoardComponent::addPins(std::vector<HBOPinProps *> &pins) {
+  auto byName = [](const HBOPinProps *a, const HBOPinProps *b) {
+    return a->getName() < b->getName();
+  };
+  std::stable_sort(pins.begin(), pins.end(), byName);
+  // Of a run of one name the last given stays.
+  auto out = pins.begin();
+  for (auto it = pins.begin(); it != pins.end();) {
+    auto runEnd = it + 1;
+    while (runEnd != pins.end() && (*runEnd)->getName() == (*it)->getName())
+      ++runEnd;
+    for (auto dropped = it; dropped != runEnd - 1; ++dropped)
+      m_pinStore.destroy(*dropped);
+    *out++ = *(runEnd - 1);
+    it = runEnd;
+  }
+  pins.erase(out, pins.end());
+  if (!m_pins.empty()) {
+    for (HBOPinProps *pin : pins)
+      addPin(pin);
+    return;
+  }
+  // Into an empty map the sorted pins go in one pass.
+  m_pins.reserve(pins.size());
+  for (HBOPinProps *pin : pins) {
+    m_pins.appendUnsorted(keepPinName_(pin->getName()), pin);
+    indexPin_(pin);
+  }
+}
+
+void HBOBoardComponent::indexPin_(HBOPinProps *pin) {
+  const int index = pin->getPinIndex();
   if (inSlotRange(index)) {
     if (m_pinSlots.size() <= static_cast<std::size_t>(index))
       m_pinSlots.resize(index + 1, nullptr);

@@ -7,6 +7,8 @@
 #ifndef BOARDLIB_HBOBOARDCOMPONENT_H
 #define BOARDLIB_HBOBOARDCOMPONENT_H
 
+#include "HBOPinProps.h"
+#include "HSTChunkStore.h"
 #include "HSTFlatMap.h"
 #include "HSTStringUtils.h"
 
@@ -14,6 +16,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <variant>
 #include <vector>
@@ -27,7 +30,6 @@ class HBOImage;
 class HBOModelPort;
 struct HBOModelPortRecord;
 class HBOParameter;
-class HBOPinProps;
 
 class HBOBoardComponent {
 public:
@@ -46,16 +48,17 @@ public:
   /// (board vendor, board name, board version, connector name).
   using CompatibleConnector = std::tuple<std::string, std::string, std::string, std::string>;
 
-  /// Pins by name, in name order.
-  using PinMap = HSTFlatMap<std::string, HBOPinProps *>;
+  /// Pins by name, in name order. The names are the component's own copies,
+  /// made when the pins were entered.
+  using PinMap = HSTFlatMap<std::string_view, HBOPinProps *>;
 
   /// Pin indexes below this are found by one array access.
   static constexpr int s_pinSlots = 401;
 
   HBOBoardComponent();
   /// Drops the object from the script caches, then deletes parameters,
-  /// images, interfaces, pins, modes, mux positions, drivers and, last, the
-  /// model ports that went through setModelPort.
+  /// images, interfaces, modes, mux positions, drivers, the model ports that
+  /// went through setModelPort and, last, the pins.
   ~HBOBoardComponent();
   HBOBoardComponent(const HBOBoardComponent &) = delete;
   HBOBoardComponent &operator=(const HBOBoardComponent &) = delete;
@@ -194,10 +197,21 @@ public:
 
   // ---- pins ----
 
-  /// Enters \p pin under its name and, below 401, in its index slot. A
-  /// former pin of that name is deleted; a former holder of the index only
-  /// loses the slot. Collisions are the reader's to report.
+  /// A new pin kept by the component and freed with it, not yet entered.
+  /// Its owner (getOwner) is left to the caller: pins listed in the board
+  /// file have none. Pins live in a few blocks of the component's, not one
+  /// allocation each.
+  HBOPinProps *createPin();
+  /// Makes room for \p count more pins in one block.
+  void reservePins(std::size_t count);
+  /// Enters \p pin, made by createPin, under its name and, below 401, in
+  /// its index slot. A former pin of that name is destroyed; a former holder
+  /// of the index only loses the slot. Collisions are the reader's to report.
   void addPin(HBOPinProps *pin);
+  /// Enters the pins, made by createPin, as addPin would in name order; of
+  /// pins with the same name only the last given is entered, and the others
+  /// are destroyed. \p pins is left in that order, with the pins entered.
+  void addPins(std::vector<HBOPinProps *> &pins);
   /// Below 401, the pin last entered with that index, unless it lost the
   /// slot; any other index gives the first pin in name order that was
   /// entered with it.
@@ -296,6 +310,10 @@ private:
   void storeInterface_(const std::string &key, HBOBusIf *busIf);
   /// Drops \p pin from the index look-ups.
   void unindexPin_(HBOPinProps *pin);
+  /// Enters \p pin in the index look-ups.
+  void indexPin_(HBOPinProps *pin);
+  /// The component's copy of a pin name, for the key of the pin map.
+  std::string_view keepPinName_(const std::string &name);
 
   // Legacy identity and files: set on few components, so kept apart and
   // made only when one of them is set.
@@ -342,6 +360,12 @@ private:
   std::vector<HBOImage *> m_images;
   std::vector<HBOComponentMode *> m_modes;
   std::map<std::string, HBOBusIf *> m_interfaces;
+  // Every pin createPin made; they go with the component.
+  HSTChunkStore<HBOPinProps> m_pinStore;
+  // The texts of the pin map's keys, in blocks that never move.
+  std::vector<std::unique_ptr<char[]>> m_pinNameBlocks;
+  std::size_t m_pinNameRoom = 0;
+  char *m_pinNameFree = nullptr;
   PinMap m_pins;
   // Index look-ups: a slot per index below s_pinSlots, grown as far as the
   // indexes entered need, and the other indexes sorted, each with the pin

@@ -8,6 +8,7 @@
 #include <cassert>
 #include <cctype>
 #include <deque>
+#include <functional>
 #include <iostream>
 #include <mutex>
 #include <unordered_map>
@@ -158,13 +159,56 @@ std::string propName(PropId id) {
 
 } // namespace
 
-HBOPinProps::HBOPinProps() : m_internalVref(&HSTIntern::empty()), m_gtLoc(&HSTIntern::empty()) {}
+// What few pins have, or what no pin has at first.
+struct HBOPinProps::Extra {
+  struct Value {
+    PropId id;
+    Text pooled;
+    // Once getPortProp handed out a reference, the pin owns a string of its
+    // own that the caller may change.
+    std::unique_ptr<std::string> owned;
+    const std::string *get() const { return owned ? owned.get() : pooled; }
+  };
+  std::vector<Value> props;        // in no order
+  std::vector<TextPair> bankProps; // beyond the inline ones, in no order
+  std::vector<TextPair> intfPorts; // beyond the first, in no order
+  std::vector<StringMap> partOf;
+  Text internalVref = &HSTIntern::empty();
+  Text gtLoc = &HSTIntern::empty();
+};
 
-HBOPinProps::~HBOPinProps() {
-  zeb::forgetScriptHandles(this);
-  for (const PropValue &entry : m_propValues)
-    if (entry.owned)
-      delete entry.value;
+HBOPinProps::HBOPinProps() : m_loc(&HSTIntern::empty()) {}
+
+HBOPinProps::~HBOPinProps() { zeb::forgetScriptHandles(this); }
+
+HBOPinProps::Extra &HBOPinProps::extra_() const {
+  if (!m_extra)
+    m_extra.reset(new Extra);
+  return *m_extra;
+}
+
+template <typename F> void HBOPinProps::forEachValue_(F f) const {
+  for (int i = 0; i < m_propCount; ++i)
+    f(PropId(m_propIds[i]), *m_propValues[i]);
+  if (m_extra)
+    for (const Extra::Value &value : m_extra->props)
+      f(value.id, *value.get());
+}
+
+template <typename F> void HBOPinProps::forEachBankProp_(F f) const {
+  for (int i = 0; i < m_bankCount; ++i)
+    f(*m_bankProps[i].first, *m_bankProps[i].second);
+  if (m_extra)
+    for (const TextPair &entry : m_extra->bankProps)
+      f(*entry.first, *entry.second);
+}
+
+template <typename F> void HBOPinProps::forEachIntfPort_(F f) const {
+  if (m_intfPort.first)
+    f(*m_intfPort.first, *m_intfPort.second);
+  if (m_extra)
+    for (const TextPair &entry : m_extra->intfPorts)
+      f(*entry.first, *entry.second);
 }
 
 const std::vector<std::string> &HBOPinProps::getPortPropNames() {
@@ -197,20 +241,26 @@ bool HBOPinProps::getName(std::string &out) const {
 }
 
 bool HBOPinProps::getPinLoc(std::string &out) const {
-  out = m_loc;
+  out = *m_loc;
   return true;
 }
 
+void HBOPinProps::setPinLoc(std::string_view loc) { m_loc = &HSTIntern::get(loc); }
+
 bool HBOPinProps::getPinInternalVref(std::string &out) const {
-  out = *m_internalVref;
+  out = m_extra ? *m_extra->internalVref : std::string();
   return true;
 }
 
 void HBOPinProps::setPinInternalVref(const std::string &vref) {
-  m_internalVref = &HSTIntern::get(vref);
+  extra_().internalVref = &HSTIntern::get(vref);
 }
 
-void HBOPinProps::setGtLoc(const std::string &gtLoc) { m_gtLoc = &HSTIntern::get(gtLoc); }
+const std::string &HBOPinProps::getGtLoc() const {
+  return m_extra ? *m_extra->gtLoc : HSTIntern::empty();
+}
+
+void HBOPinProps::setGtLoc(const std::string &gtLoc) { extra_().gtLoc = &HSTIntern::get(gtLoc); }
 
 // ---- port properties, by id ----
 
@@ -221,59 +271,92 @@ bool HBOPinProps::isPresent_(PropId id) const {
 }
 
 const std::string *HBOPinProps::findValue_(PropId id) const {
-  auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
-                             [](const PropValue &v, PropId key) { return v.id < key; });
-  if (it == m_propValues.end() || it->id != id)
-    return nullptr;
-  return it->value;
+  if (id < MaskBits)
+    for (int i = 0; i < m_propCount; ++i)
+      if (m_propIds[i] == id)
+        return m_propValues[i];
+  if (m_extra)
+    for (const Extra::Value &value : m_extra->props)
+      if (value.id == id)
+        return value.get();
+  return nullptr;
+}
+
+void HBOPinProps::dropInline_(int at) const {
+  --m_propCount;
+  m_propIds[at] = m_propIds[m_propCount];
+  m_propValues[at] = m_propValues[m_propCount];
 }
 
 std::string &HBOPinProps::materialise_(PropId id) const {
   if (id < MaskBits)
     m_propMask |= std::uint64_t(1) << id;
-  auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
-                             [](const PropValue &v, PropId key) { return v.id < key; });
-  if (it == m_propValues.end() || it->id != id)
-    it = m_propValues.insert(it, PropValue{id, false, &HSTIntern::empty()});
-  if (!it->owned) {
-    it->value = new std::string(*it->value);
-    it->owned = true;
+  std::vector<Extra::Value> &props = extra_().props;
+  for (Extra::Value &value : props) {
+    if (value.id != id)
+      continue;
+    if (!value.owned)
+      value.owned.reset(new std::string(*value.pooled));
+    return *value.owned;
   }
-  return *const_cast<std::string *>(it->value);
+  Text pooled = &HSTIntern::empty();
+  for (int i = 0; i < m_propCount; ++i) {
+    if (m_propIds[i] == id) {
+      pooled = m_propValues[i];
+      // The value moves to the extra part, where it can be owned.
+      dropInline_(i);
+      break;
+    }
+  }
+  props.push_back(Extra::Value{id, pooled, std::unique_ptr<std::string>(new std::string(*pooled))});
+  return *props.back().owned;
 }
 
-void HBOPinProps::setById_(PropId id, const std::string &value) {
-  if (id < MaskBits && value.empty()) {
-    // Present and empty needs only the bit; drop a stored value.
+void HBOPinProps::setById_(PropId id, std::string_view value) {
+  const bool masked = id < MaskBits;
+  if (masked)
     m_propMask |= std::uint64_t(1) << id;
-    auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
-                               [](const PropValue &v, PropId key) { return v.id < key; });
-    if (it != m_propValues.end() && it->id == id) {
-      if (it->owned)
-        delete it->value;
-      m_propValues.erase(it);
+  if (masked && value.empty()) {
+    // Present and empty needs only the bit; drop a stored value.
+    for (int i = 0; i < m_propCount; ++i) {
+      if (m_propIds[i] == id) {
+        dropInline_(i);
+        return;
+      }
+    }
+    if (m_extra) {
+      std::vector<Extra::Value> &props = m_extra->props;
+      props.erase(std::remove_if(props.begin(), props.end(),
+                                 [id](const Extra::Value &v) { return v.id == id; }),
+                  props.end());
     }
     return;
   }
-  auto it = std::lower_bound(m_propValues.begin(), m_propValues.end(), id,
-                             [](const PropValue &v, PropId key) { return v.id < key; });
-  if (id < MaskBits)
-    m_propMask |= std::uint64_t(1) << id;
-  const std::string *pooled = &HSTIntern::get(value);
-  if (it != m_propValues.end() && it->id == id) {
-    if (it->owned)
-      delete it->value;
-    it->owned = false;
-    it->value = pooled;
+  Text pooled = &HSTIntern::get(value);
+  if (masked) {
+    for (int i = 0; i < m_propCount; ++i) {
+      if (m_propIds[i] == id) {
+        m_propValues[i] = pooled;
+        return;
+      }
+    }
+  }
+  if (m_extra) {
+    for (Extra::Value &entry : m_extra->props) {
+      if (entry.id == id) {
+        entry.owned.reset();
+        entry.pooled = pooled;
+        return;
+      }
+    }
+  }
+  if (masked && m_propCount < s_inlineProps) {
+    m_propIds[m_propCount] = static_cast<std::uint8_t>(id);
+    m_propValues[m_propCount] = pooled;
+    ++m_propCount;
     return;
   }
-  if (m_propValues.capacity() == m_propValues.size()) {
-    // Pins of a board carry a handful of values each; one allocation.
-    const std::size_t at = it - m_propValues.begin();
-    m_propValues.reserve(m_propValues.empty() ? 6 : 2 * m_propValues.size());
-    it = m_propValues.begin() + at;
-  }
-  m_propValues.insert(it, PropValue{id, false, pooled});
+  extra_().props.push_back(Extra::Value{id, pooled, nullptr});
 }
 
 void HBOPinProps::getById_(PropId id, std::string &out) const {
@@ -306,6 +389,11 @@ void HBOPinProps::setPortProp(const std::string &name, const std::string &value)
   setById_(id, value);
 }
 
+void HBOPinProps::setPortPropAt(std::size_t slot, std::string_view value) {
+  if (slot < KnownCount)
+    setById_(static_cast<PropId>(slot), value);
+}
+
 void HBOPinProps::getPortProp_(const std::string &name, std::string &out) const {
   PropId id = 0;
   if (!lookupPropId(name, id, false))
@@ -321,10 +409,10 @@ HBOPinProps::StringMap HBOPinProps::getPortProps() const {
     const std::string *value = findValue_(id);
     result.emplace(propName(id), value ? *value : std::string());
   }
-  for (const PropValue &entry : m_propValues) {
-    if (entry.id >= MaskBits)
-      result.emplace(propName(entry.id), *entry.value);
-  }
+  forEachValue_([&result](PropId id, const std::string &value) {
+    if (id >= MaskBits)
+      result.emplace(propName(id), value);
+  });
   return result;
 }
 
@@ -359,33 +447,48 @@ void HBOPinProps::setPinSlew(const std::string &value) { setById_(Slew, value); 
 // ---- IO bank properties ----
 
 bool HBOPinProps::setIOBankProperty(const std::string &name, const std::string &value) {
+  return setIOBankPropertyView(name, value);
+}
+
+bool HBOPinProps::setIOBankPropertyView(std::string_view name, std::string_view value) {
   if (name.empty())
     return false;
-  auto it =
-      std::lower_bound(m_ioBankProps.begin(), m_ioBankProps.end(), name,
-                       [](const BankProp &e, const std::string &key) { return *e.first < key; });
-  const std::string *pooled = &HSTIntern::get(value);
-  if (it != m_ioBankProps.end() && *it->first == name) {
-    it->second = pooled;
-    return true;
+  Text pooled = &HSTIntern::get(value);
+  for (int i = 0; i < m_bankCount; ++i) {
+    if (*m_bankProps[i].first == name) {
+      m_bankProps[i].second = pooled;
+      return true;
+    }
   }
-  if (m_ioBankProps.empty()) {
-    // Bank, VCCO and VREF on most pins: one allocation.
-    m_ioBankProps.reserve(3);
-    it = m_ioBankProps.begin();
+  if (m_extra) {
+    for (TextPair &entry : m_extra->bankProps) {
+      if (*entry.first == name) {
+        entry.second = pooled;
+        return true;
+      }
+    }
   }
-  m_ioBankProps.emplace(it, &HSTIntern::get(name), pooled);
+  const TextPair entry(&HSTIntern::get(name), pooled);
+  if (m_bankCount < s_inlineBankProps)
+    m_bankProps[m_bankCount++] = entry;
+  else
+    extra_().bankProps.push_back(entry);
   return true;
 }
 
 std::string HBOPinProps::getIOBankPropertyValue(const std::string &name) const {
-  if (m_ioBankProps.empty() || name.empty())
+  if (m_bankCount == 0 || name.empty())
     return std::string();
-  for (const BankProp &entry : m_ioBankProps) {
-    if (HBOCommon::iEquals(*entry.first, name))
-      return *entry.second;
-  }
-  return std::string();
+  // Of several names equal ignoring case, the first in name order answers.
+  const std::string *bestName = nullptr;
+  const std::string *bestValue = nullptr;
+  forEachBankProp_([&](const std::string &entryName, const std::string &value) {
+    if (HBOCommon::iEquals(entryName, name) && (!bestName || entryName < *bestName)) {
+      bestName = &entryName;
+      bestValue = &value;
+    }
+  });
+  return bestValue ? *bestValue : std::string();
 }
 
 bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
@@ -395,34 +498,53 @@ bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
 
 HBOPinProps::StringMap HBOPinProps::getIOBankProperties() const {
   StringMap result;
-  for (const BankProp &entry : m_ioBankProps)
-    result.emplace_hint(result.end(), *entry.first, *entry.second);
+  forEachBankProp_(
+      [&result](const std::string &name, const std::string &value) { result.emplace(name, value); });
   return result;
 }
 
-// ---- interfaces using the pin ----
+// ---- groups and interfaces using the pin ----
+
+const std::vector<HBOPinProps::StringMap> &HBOPinProps::getPartOf() const {
+  static const std::vector<StringMap> none;
+  return m_extra ? m_extra->partOf : none;
+}
+
+void HBOPinProps::addPartOf(const StringMap &group) { extra_().partOf.push_back(group); }
 
 HBOPinProps::StringMap HBOPinProps::getIntfPortMap() const {
-  return StringMap(m_intfPortMap.begin(), m_intfPortMap.end());
+  StringMap result;
+  forEachIntfPort_([&result](const std::string &intf, const std::string &port) {
+    result.emplace(intf, port);
+  });
+  return result;
 }
 
 void HBOPinProps::addIntfPortMap(const std::string &interfaceName, const std::string &port) {
-  auto it = std::lower_bound(m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
-                             [](const std::pair<std::string, std::string> &e,
-                                const std::string &key) { return e.first < key; });
-  if (it != m_intfPortMap.end() && it->first == interfaceName)
-    it->second = port;
-  else
-    m_intfPortMap.emplace(it, interfaceName, port);
+  // Pooled texts are equal exactly when they are the same object.
+  const TextPair entry(&HSTIntern::get(interfaceName), &HSTIntern::get(port));
+  if (!m_intfPort.first || m_intfPort.first == entry.first) {
+    m_intfPort = entry;
+    return;
+  }
+  if (m_extra) {
+    for (TextPair &other : m_extra->intfPorts) {
+      if (other.first == entry.first) {
+        other.second = entry.second;
+        return;
+      }
+    }
+  }
+  extra_().intfPorts.push_back(entry);
 }
 
 std::string HBOPinProps::getPortForInterface(const std::string &interfaceName) const {
-  auto it = std::lower_bound(m_intfPortMap.begin(), m_intfPortMap.end(), interfaceName,
-                             [](const std::pair<std::string, std::string> &e,
-                                const std::string &key) { return e.first < key; });
-  if (it != m_intfPortMap.end() && it->first == interfaceName)
-    return it->second;
-  return std::string();
+  std::string port;
+  forEachIntfPort_([&](const std::string &intf, const std::string &value) {
+    if (intf == interfaceName)
+      port = value;
+  });
+  return port;
 }
 
 // ---- whole-pin operations ----
@@ -430,20 +552,22 @@ std::string HBOPinProps::getPortForInterface(const std::string &interfaceName) c
 void HBOPinProps::copyIOPropertiesFrom(const HBOPinProps &other) {
   if (&other == this)
     return;
-  if (!other.m_loc.empty())
+  if (!other.m_loc->empty())
     m_loc = other.m_loc;
-  for (const PropValue &entry : other.m_propValues) {
-    if (!entry.value->empty())
-      setById_(entry.id, *entry.value);
+  other.forEachValue_([this](PropId id, const std::string &value) {
+    if (!value.empty())
+      setById_(id, value);
+  });
+  if (other.m_extra) {
+    if (!other.m_extra->internalVref->empty())
+      extra_().internalVref = other.m_extra->internalVref;
+    if (!other.m_extra->gtLoc->empty())
+      extra_().gtLoc = other.m_extra->gtLoc;
   }
-  if (!other.m_internalVref->empty())
-    m_internalVref = other.m_internalVref;
-  if (!other.m_gtLoc->empty())
-    m_gtLoc = other.m_gtLoc;
-  for (const BankProp &entry : other.m_ioBankProps) {
-    if (!entry.second->empty())
-      setIOBankProperty(*entry.first, *entry.second);
-  }
+  other.forEachBankProp_([this](const std::string &name, const std::string &value) {
+    if (!value.empty())
+      setIOBankPropertyView(name, value);
+  });
 }
 
 bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::string loc,
@@ -452,7 +576,7 @@ bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::
                           std::string odt, std::string equalization, std::string preEmphasis,
                           std::string dqsBias) {
   HBOCommon::toUpperInPlace(loc);
-  m_loc = std::move(loc);
+  m_loc = &HSTIntern::get(loc);
   m_name = std::move(name);
   m_ownerPort = port;
   m_pinIndex = index;
@@ -471,16 +595,16 @@ bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::
 
 void HBOPinProps::display(int indent) const {
   std::cout << std::string(indent > 0 ? indent : 0, '-') << "Pin - index:" << m_pinIndex
-            << ", name:" << m_name << ", iostd:" << getByIdOrEmpty_(IoStandard) << ", loc:" << m_loc
-            << ", drive:" << getByIdOrEmpty_(Drive) << ", slew:" << getByIdOrEmpty_(Slew)
-            << ", diff_term:" << getByIdOrEmpty_(DiffTerm);
+            << ", name:" << m_name << ", iostd:" << getByIdOrEmpty_(IoStandard)
+            << ", loc:" << *m_loc << ", drive:" << getByIdOrEmpty_(Drive)
+            << ", slew:" << getByIdOrEmpty_(Slew) << ", diff_term:" << getByIdOrEmpty_(DiffTerm);
   for (const auto &entry : getPortProps()) {
     if (entry.first == "iostandard" || entry.first == "drive" || entry.first == "slew" ||
         entry.first == "diff_term")
       continue;
     std::cout << ", " << entry.first << ":" << entry.second;
   }
-  for (const BankProp &entry : m_ioBankProps)
-    std::cout << ", iobank." << *entry.first << ":" << *entry.second;
+  for (const auto &entry : getIOBankProperties())
+    std::cout << ", iobank." << entry.first << ":" << entry.second;
   std::cout << "\n";
 }

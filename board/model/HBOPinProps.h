@@ -2,15 +2,23 @@
 // that constraints need, and the interfaces that use it.
 //
 // A board carries about a thousand pins per component and an installation
-// thousands of boards, so a pin is kept compact: the port properties are
-// stored as small ids with a presence mask and only the non-empty values,
-// and the other maps are small sorted vectors behind map-shaped getters.
+// thousands of boards, so a pin is kept compact: it needs no allocation of
+// its own beyond a long name. The values (locations, IO standards, bank
+// numbers, the names of the interfaces and ports using the pin) repeat over
+// the pins of a bank or a port and across boards, so the pin points into
+// the process-wide pool; the few of each kind that a pin has sit in small
+// arrays inside it, and what is rare (more values than fit, values a caller
+// may change, groups, internal reference and transceiver location) lives
+// behind one pointer.
 #ifndef BOARDLIB_HBOPINPROPS_H
 #define BOARDLIB_HBOPINPROPS_H
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,13 +49,13 @@ public:
   const std::string &getName() const { return m_name; }
   bool getName(std::string &out) const;
   void setName(std::string name) { m_name = std::move(name); }
-  const std::string &getPinLoc() const { return m_loc; }
+  const std::string &getPinLoc() const { return *m_loc; }
   bool getPinLoc(std::string &out) const;
-  void setPinLoc(std::string loc) { m_loc = std::move(loc); }
-  bool hasPinLoc() const { return !m_loc.empty(); }
+  void setPinLoc(std::string_view loc);
+  bool hasPinLoc() const { return !m_loc->empty(); }
   bool getPinInternalVref(std::string &out) const;
   void setPinInternalVref(const std::string &vref);
-  const std::string &getGtLoc() const { return *m_gtLoc; }
+  const std::string &getGtLoc() const;
   void setGtLoc(const std::string &gtLoc);
 
   // Port properties. Names are lower-cased on the way in.
@@ -63,6 +71,9 @@ public:
   void getPortProp_(const std::string &name, std::string &out) const;
   /// All entries, present-but-empty ones included, in name order.
   StringMap getPortProps() const;
+  /// Sets the property at \p slot of getPortPropNames(), as setPortProp
+  /// would, without looking the name up: what a reader does for each pin.
+  void setPortPropAt(std::size_t slot, std::string_view value);
 
   void getPinIOStandard(std::string &out) const;
   std::string getPinIOStandard() const;
@@ -94,6 +105,8 @@ public:
 
   /// False for an empty name; otherwise creates or overwrites.
   bool setIOBankProperty(const std::string &name, const std::string &value);
+  /// The same from views, which readers take from the document.
+  bool setIOBankPropertyView(std::string_view name, std::string_view value);
   /// The value of the first name (in name order) equal to \p name ignoring
   /// case, or an empty string.
   std::string getIOBankPropertyValue(const std::string &name) const;
@@ -102,8 +115,8 @@ public:
   StringMap getIOBankProperties() const;
 
   /// One map per grouping that the pin belongs to.
-  const std::vector<StringMap> &getPartOf() const { return m_partOf; }
-  void addPartOf(const StringMap &group) { m_partOf.push_back(group); }
+  const std::vector<StringMap> &getPartOf() const;
+  void addPartOf(const StringMap &group);
 
   /// Interface name to the physical port of that interface using this pin.
   StringMap getIntfPortMap() const;
@@ -126,41 +139,49 @@ public:
 
 private:
   using PropId = std::uint32_t;
-  // A value is a pooled text, shared with every pin that has the same one,
-  // except after getPortProp handed out a reference to it: then the pin
-  // owns a string of its own that the caller may change.
-  struct PropValue {
-    PropId id;
-    bool owned;
-    const std::string *value;
-  };
-  // Bank properties repeat on every pin of a bank: both sides are pooled.
-  using BankProp = std::pair<const std::string *, const std::string *>;
-  using StringPairs = std::vector<std::pair<std::string, std::string>>;
+  using Text = const std::string *; // pooled
+  using TextPair = std::pair<Text, Text>;
+  struct Extra;
+
+  // Most pins carry two or three values, a bank, its VCCO and sometimes its
+  // VREF, and serve one interface.
+  static constexpr int s_inlineProps = 4;
+  static constexpr int s_inlineBankProps = 3;
 
   bool isPresent_(PropId id) const;
   const std::string *findValue_(PropId id) const;
   std::string &materialise_(PropId id) const;
-  void setById_(PropId id, const std::string &value);
+  void setById_(PropId id, std::string_view value);
   void getById_(PropId id, std::string &out) const;
   std::string getByIdOrEmpty_(PropId id) const;
+  void dropInline_(int at) const;
+  Extra &extra_() const;
+  /// Calls \p f(id, value) for each stored value.
+  template <typename F> void forEachValue_(F f) const;
+  template <typename F> void forEachBankProp_(F f) const;
+  template <typename F> void forEachIntfPort_(F f) const;
 
   std::int32_t m_pinIndex = 0;
+  // Ids of the values in m_propValues, below 64 each.
+  mutable std::uint8_t m_propIds[s_inlineProps] = {};
+  mutable std::uint8_t m_propCount = 0;
+  std::uint8_t m_bankCount = 0;
+  // Port properties. Ids below 64 are present when their bit is set, and
+  // have a value stored only when it is not empty (or a reference to it was
+  // handed out); ids from 64 on are present exactly when they have a value.
+  // Pooled values of ids below 64 sit in m_propValues, in no order, while
+  // there is room; the others in the extra part.
+  mutable std::uint64_t m_propMask = 0;
   HBOBoardComponent *m_owner = nullptr;
   HBOModelPort *m_ownerPort = nullptr;
   std::string m_name;
-  std::string m_loc;
-  // Port properties. Ids below 64 are present when their bit is set, and
-  // have an entry in m_propValues only when the value is not empty (or a
-  // reference to it was handed out). Ids from 64 on are present exactly when
-  // they have an entry. Sorted by id.
-  mutable std::uint64_t m_propMask = 0;
-  mutable std::vector<PropValue> m_propValues;
-  const std::string *m_internalVref;
-  const std::string *m_gtLoc;
-  std::vector<BankProp> m_ioBankProps; // sorted by name
-  std::vector<StringMap> m_partOf;
-  StringPairs m_intfPortMap; // sorted by interface name
+  Text m_loc;
+  mutable Text m_propValues[s_inlineProps] = {};
+  // Bank properties, in no order: the name as written and the value.
+  TextPair m_bankProps[s_inlineBankProps] = {};
+  // The first interface entered and its port; null when there is none.
+  TextPair m_intfPort = {};
+  mutable std::unique_ptr<Extra> m_extra;
 };
 
 #endif

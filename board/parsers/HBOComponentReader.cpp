@@ -193,20 +193,15 @@ std::string HBOComponentReader::readAttributes_(HXMLWElement &element,
 
 void HBOComponentReader::readPinMapFile_(const std::string &pinMapFile,
                                          HBOBoardComponent *component) {
-  std::map<std::string, HBOPinProps *> pins;
+  // Pins of a file that fails half-way are never entered; the component
+  // frees them with itself.
+  std::vector<HBOPinProps *> pins;
   std::vector<HBODesignConstr> constrs;
-  try {
-    m_pinFiles.parsePinFile(pinMapFile, pins, constrs);
-  } catch (...) {
-    for (auto &entry : pins)
-      delete entry.second;
-    throw;
-  }
+  m_pinFiles.parsePinFile(pinMapFile, *component, pins, constrs);
   component->setDesignConstrs(constrs);
-  for (auto &entry : pins) {
-    component->addPin(entry.second);
-    entry.second->setOwner(component);
-  }
+  component->addPins(pins);
+  for (HBOPinProps *pin : pins)
+    pin->setOwner(component);
 }
 
 void HBOComponentReader::readDrivers_(HXMLWElement &drivers, HBOBoardComponent *component) {
@@ -283,7 +278,7 @@ void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *compon
                      pinName, component->getComponentName());
       continue;
     }
-    HBOPinProps *pin = new HBOPinProps();
+    HBOPinProps *pin = component->createPin();
     pin->setName(pinName);
     pin->setPinIndex(index);
     pin->setPinLoc(p.getAttribute("loc"));

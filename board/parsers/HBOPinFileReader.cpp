@@ -16,7 +16,6 @@
 #include "HXMLWElement.h"
 
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 
@@ -40,8 +39,8 @@ int portPropSlot(std::string_view name) {
 
 } // namespace
 
-bool HBOPinFileReader::parsePinFile(const std::string &fileName,
-                                    std::map<std::string, HBOPinProps *> &pins,
+bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardComponent &component,
+                                    std::vector<HBOPinProps *> &pins,
                                     std::vector<HBODesignConstr> &constrs) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                            "HBOBoardParser parsing pin file'%s'\n", fileName.c_str());
@@ -50,13 +49,13 @@ bool HBOPinFileReader::parsePinFile(const std::string &fileName,
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-55@%s", path);
     return false;
   }
-  if (!parsePins(path, pins, constrs))
+  if (!parsePins(path, component, pins, constrs))
     HEXError::raise("board", ComMsg::CriticalWarning, "@49-57@%s%s", path, std::string());
   return true;
 }
 
-bool HBOPinFileReader::parsePins(const std::string &path,
-                                 std::map<std::string, HBOPinProps *> &pins,
+bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &component,
+                                 std::vector<HBOPinProps *> &pins,
                                  std::vector<HBODesignConstr> &constrs) {
   if (m_ctx.validate && !m_dtd.isValidXML(path, "part0_pins"))
     return false;
@@ -74,7 +73,6 @@ bool HBOPinFileReader::parsePins(const std::string &path,
   std::vector<bool> readProp(propNames.size());
   for (std::size_t i = 0; i < propNames.size(); ++i)
     readProp[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
-  const std::string noValue;
 
   for (HXMLWElement child : root->children()) {
     if (child.isTag("design_constrs")) {
@@ -87,7 +85,14 @@ bool HBOPinFileReader::parsePins(const std::string &path,
     HBOViewTable indexOfLoc;  // location -> index text
     std::vector<const char *> propValues(propNames.size());
     std::vector<std::pair<const char *, const char *>> bankProps;
-    std::string value;
+    // The pins of the file go into one block of the component's.
+    std::size_t count = 0;
+    for (HXMLWElement element : child.children()) {
+      (void)element;
+      ++count;
+    }
+    component.reservePins(count);
+    pins.reserve(pins.size() + count);
     for (HXMLWElement element : child.children()) {
       // One pass over the attributes; the steps below then run in their order.
       const char *name = "";
@@ -111,64 +116,19 @@ bool HBOPinFileReader::parsePins(const std::string &path,
 
       checkIndexAndLoc_(path, name, index, loc, nameOfIndex, indexOfLoc);
 
-      std::unique_ptr<HBOPinProps> pin(new HBOPinProps());
+      HBOPinProps *pin = component.createPin();
+      pins.push_back(pin);
       pin->setName(name);
       pin->setPinIndex(m_ctx.convert2NonNegativeInteger(index, "pin index"));
       pin->setPinLoc(loc);
-      for (std::size_t i = 0; i < propNames.size(); ++i) {
-        if (!readProp[i])
-          continue;
-        const std::string *text = &noValue;
-        if (propValues[i] && *propValues[i]) {
-          value.assign(propValues[i]);
-          text = &value;
-        }
-        setPortPropAt_(*pin, i, *text);
-      }
-      for (const auto &bank : bankProps) {
-        value.assign(bank.second);
-        pin->setIOBankProperty(bank.first, value);
-      }
-
-      // A repeated name keeps the last pin.
-      HBOPinProps *&slot = pins[pin->getName()];
-      delete slot;
-      slot = pin.release();
+      for (std::size_t i = 0; i < propNames.size(); ++i)
+        if (readProp[i])
+          pin->setPortPropAt(i, propValues[i] ? propValues[i] : "");
+      for (const auto &bank : bankProps)
+        pin->setIOBankPropertyView(bank.first, bank.second);
     }
   }
   return true;
-}
-
-void HBOPinFileReader::setPortPropAt_(HBOPinProps &pin, std::size_t slot,
-                                      const std::string &value) {
-  // Most properties have a setter of their own, which skips the look-up of
-  // the name that setPortProp makes for every pin.
-  using Setter = void (HBOPinProps::*)(const std::string &);
-  static const std::vector<Setter> setters = [] {
-    const std::pair<const char *, Setter> known[] = {
-        {"diff_term", &HBOPinProps::setPinDiffTerm},
-        {"dqs_bias", &HBOPinProps::setPinDqsBias},
-        {"drive", &HBOPinProps::setPinDrive},
-        {"equalization", &HBOPinProps::setPinEqualization},
-        {"ibuf_low_pwr", &HBOPinProps::setPinIbufLowPwr},
-        {"iostandard", &HBOPinProps::setPinIOStandard},
-        {"odt", &HBOPinProps::setPinOdt},
-        {"output_impedance", &HBOPinProps::setPinOutputImpedance},
-        {"pre_emphasis", &HBOPinProps::setPinPreEmphasis},
-        {"slew", &HBOPinProps::setPinSlew},
-    };
-    const std::vector<std::string> &names = HBOPinProps::getPortPropNames();
-    std::vector<Setter> table(names.size(), nullptr);
-    for (const auto &entry : known)
-      for (std::size_t i = 0; i < names.size(); ++i)
-        if (names[i] == entry.first)
-          table[i] = entry.second;
-    return table;
-  }();
-  if (setters[slot])
-    (pin.*setters[slot])(value);
-  else
-    pin.setPortProp(HBOPinProps::getPortPropNames()[slot], value);
 }
 
 void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, std::string_view name,
@@ -213,7 +173,7 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
                              "' the connection_map references a FPGA pin index '" +
                              std::to_string(index) + "' that is not defined in part0_pins.xml.",
                          true);
-    HBOPinProps *pin = new HBOPinProps();
+    HBOPinProps *pin = component->createPin();
     pin->setName(HBOParseContext::numberedName(componentName, index));
     pin->setPinIndex(index);
     pin->setOwner(component);

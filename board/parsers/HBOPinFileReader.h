@@ -6,11 +6,11 @@
 
 #include "HBOParseContext.h"
 
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
+class HBOBoardComponent;
 class HBODtdValidator;
 class HBOPinProps;
 class HBOViewTable;
@@ -20,10 +20,12 @@ class HBOPinFileReader {
 public:
   HBOPinFileReader(HBOParseContext &ctx, HBODtdValidator &dtd) : m_ctx(ctx), m_dtd(dtd) {}
 
-  bool parsePinFile(const std::string &fileName, std::map<std::string, HBOPinProps *> &pins,
-                    std::vector<HBODesignConstr> &constrs);
-  bool parsePins(const std::string &path, std::map<std::string, HBOPinProps *> &pins,
-                 std::vector<HBODesignConstr> &constrs);
+  /// Reads the pins of \p fileName into pins that \p component makes, in
+  /// file order, without entering them (HBOBoardComponent::addPins does).
+  bool parsePinFile(const std::string &fileName, HBOBoardComponent &component,
+                    std::vector<HBOPinProps *> &pins, std::vector<HBODesignConstr> &constrs);
+  bool parsePins(const std::string &path, HBOBoardComponent &component,
+                 std::vector<HBOPinProps *> &pins, std::vector<HBODesignConstr> &constrs);
   bool createPinsForComponent(std::string componentName, int from, int to,
                               const std::string &connectionName);
 
@@ -31,8 +33,6 @@ private:
   /// A pin's index and location must be given, and be unique in the file.
   void checkIndexAndLoc_(const std::string &path, std::string_view name, const char *index,
                          std::string_view loc, HBOViewTable &nameOfIndex, HBOViewTable &indexOfLoc);
-  /// Sets the port property at \p slot of HBOPinProps::getPortPropNames().
-  static void setPortPropAt_(HBOPinProps &pin, std::size_t slot, const std::string &value);
   /// The design_constrs element of the pin file \p path.
   bool parseDesignConstrs_(HXMLWElement &element, const std::string &path,
                            std::vector<HBODesignConstr> &constrs);

@@ -78,8 +78,8 @@ TEST(ModelComponent, PinPropsByBusIfOnSchemaTwoFollowPinMaps) {
   auto *component = makeComponent("fpga", "");
   component->setBoard(&board);
   board.addBoardComponent(component);
-  component->addPin(makePin("A1", 1));
-  component->addPin(makePin("B1", 2));
+  component->addPin(makePin(*component, "A1", 1));
+  component->addPin(makePin(*component, "B1", 2));
   HBOModelPort *port = makePort("led");
   port->addPinPortMap("0", "B1");
   port->addPinPortMap("1", "A1");
@@ -136,20 +136,20 @@ TEST(ModelComponent, BusIfSeqByVlnvTextKeepsTheClockPatternOddity) {
 
 TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
   HBOBoardComponent component;
-  HBOPinProps *a1 = makePin("A1", 5);
+  HBOPinProps *a1 = makePin(component, "A1", 5);
   component.addPin(a1);
   component.addPin(a1); // the same pointer twice changes nothing
   EXPECT_EQ(component.getPins().size(), 1u);
   EXPECT_EQ(component.getPinByIndex(5), a1);
 
   // Same index, other name: both stay, the new one takes the slot.
-  HBOPinProps *b1 = makePin("B1", 5);
+  HBOPinProps *b1 = makePin(component, "B1", 5);
   component.addPin(b1);
   EXPECT_EQ(component.getPinByIndex(5), b1);
   EXPECT_EQ(component.findPin("A1"), a1);
 
   // Same name, other index: the old pin is replaced, its slot freed.
-  HBOPinProps *newB1 = makePin("B1", 7);
+  HBOPinProps *newB1 = makePin(component, "B1", 7);
   component.addPin(newB1);
   EXPECT_EQ(component.findPin("B1"), newB1);
   EXPECT_EQ(component.getPinByIndex(5), nullptr);
@@ -161,9 +161,9 @@ TEST(ModelComponent, AddPinResolvesCollisionsSilently) {
 
 TEST(ModelComponent, IndexesOutsideTheSlotsAnswerTheFirstPinInNameOrder) {
   HBOBoardComponent component;
-  std::map<int, HBOPinProps *> pins{{400, makePin("P400", 400)},
-                                    {401, makePin("P401", 401)},
-                                    {-1, makePin("SCALAR", -1)},
+  std::map<int, HBOPinProps *> pins{{400, makePin(component, "P400", 400)},
+                                    {401, makePin(component, "P401", 401)},
+                                    {-1, makePin(component, "SCALAR", -1)},
                                     {0, nullptr},
                                     {100000, nullptr}};
   for (const auto &entry : pins)
@@ -174,12 +174,12 @@ TEST(ModelComponent, IndexesOutsideTheSlotsAnswerTheFirstPinInNameOrder) {
 
   // A repeated index answers the first pin in name order, whatever the
   // order of entry; a replaced pin no longer answers.
-  HBOPinProps *z = makePin("Z500", 500);
+  HBOPinProps *z = makePin(component, "Z500", 500);
   component.addPin(z);
-  component.addPin(makePin("M500", 500));
-  component.addPin(makePin("M500", 500));
+  component.addPin(makePin(component, "M500", 500));
+  component.addPin(makePin(component, "M500", 500));
   EXPECT_EQ(component.getPinByIndex(500)->getName(), "M500");
-  component.addPin(makePin("M500", 501));
+  component.addPin(makePin(component, "M500", 501));
   EXPECT_EQ(component.getPinByIndex(500), z);
   EXPECT_EQ(component.getPinByIndex(501), component.findPin("M500"));
 }

@@ -86,7 +86,7 @@ TEST(ModelPort, PinMapOrderIsTextualAndRenamesKeepKeys) {
   component->setBoard(&board);
   board.addBoardComponent(component);
   for (const char *name : {"P2", "P10", "Q2"})
-    component->addPin(makePin(name));
+    component->addPin(makePin(*component, name));
   HBOBusIf *busIf = makeBusIf("bus");
   busIf->setOwnerComponent(component);
   component->setBusIf("bus", busIf);

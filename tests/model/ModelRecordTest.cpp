@@ -105,7 +105,7 @@ TEST(ModelConnection, BusComponentsAndNetPins) {
 
   HBOBoard board;
   HBOBoardComponent *fpga = makeComponent("fpga", "");
-  HBOPinProps *pin = makePin("A1", 3);
+  HBOPinProps *pin = makePin(*fpga, "A1", 3);
   fpga->addPin(pin);
   board.addBoardComponent(fpga);
   board.addBoardComponent(makeComponent("chip", ""));

@@ -48,9 +48,10 @@ inline HBOModelPort *makePort(const std::string &name) {
   return port;
 }
 
-/// A pin; index 0 is also what a pin without an index holds.
-inline HBOPinProps *makePin(const std::string &name, int index = 0) {
-  auto *pin = new HBOPinProps();
+/// A pin of \p component, not yet entered; index 0 is also what a pin
+/// without an index holds.
+inline HBOPinProps *makePin(HBOBoardComponent &component, const std::string &name, int index = 0) {
+  HBOPinProps *pin = component.createPin();
   pin->setName(name);
   pin->setPinIndex(index);
   return pin;
