@@ -29,7 +29,7 @@ public:
     if (count == 0)
       return;
     if (m_chunks.empty() || m_chunks.back().capacity - m_chunks.back().used < count)
-      addChunk_(count);
+      addChunk_(std::max(count, nextCapacity_()));
   }
 
   template <typename... Args> T *create(Args &&...args) {

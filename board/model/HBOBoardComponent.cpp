@@ -365,22 +365,26 @@ void HBOBoardComponent::getOfCompInterfaces(std::vector<HBOBusIf *> &out, bool f
 
 // ---- pins ----
 
-HBOPinProps *HBOBoardComponent::createPin() {
-  return m_pinStore.create();
-}
+HBOPinProps *HBOBoardComponent::createPin() { return m_pinStore.create(); }
 
-void HBOBoardComponent::reservePins(std::size_t count) {
-  m_pinStore.reserve(count);
-  m_pins.reserve(m_pins.size() + count);
+void HBOBoardComponent::reservePins(std::size_t count) { m_pinStore.reserve(count); }
+
+void HBOBoardComponent::reservePinNames_(std::size_t bytes) {
+  if (bytes <= m_pinNameRoom)
+    return;
+  m_pinNameBlocks.emplace_back(new char[bytes]);
+  m_pinNameFree = m_pinNameBlocks.back().get();
+  m_pinNameRoom = bytes;
+  m_pinNameBlockSize = bytes;
 }
 
 std::string_view HBOBoardComponent::keepPinName_(const std::string &name) {
   if (name.size() > m_pinNameRoom) {
-    // Blocks of a few KiB hold the names of a whole pin file in a handful.
-    const std::size_t size = std::max<std::size_t>(name.size(), 4096);
-    m_pinNameBlocks.emplace_back(new char[size]);
-    m_pinNameFree = m_pinNameBlocks.back().get();
-    m_pinNameRoom = size;
+    // Blocks double from a small one: most components have a few pins, the
+    // FPGA hundreds, whose names addPins reserves in one go.
+    const std::size_t next =
+        std::min<std::size_t>(std::max<std::size_t>(256, 2 * m_pinNameBlockSize), 16384);
+    reservePinNames_(std::max(name.size(), next));
   }
   std::copy(name.begin(), name.end(), m_pinNameFree);
   std::string_view kept(m_pinNameFree, name.size());
@@ -434,7 +438,12 @@ void HBOBoardComponent::addPins(std::vector<HBOPinProps *> &pins) {
       addPin(pin);
     return;
   }
-  // Into an empty map the sorted pins go in one pass.
+  // Into an empty map the sorted pins go in one pass, their names into one
+  // block.
+  std::size_t nameBytes = 0;
+  for (const HBOPinProps *pin : pins)
+    nameBytes += pin->getName().size();
+  reservePinNames_(nameBytes);
   m_pins.reserve(pins.size());
   for (HBOPinProps *pin : pins) {
     m_pins.appendUnsorted(keepPinName_(pin->getName()), pin);

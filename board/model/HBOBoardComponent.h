@@ -314,6 +314,8 @@ private:
   void indexPin_(HBOPinProps *pin);
   /// The component's copy of a pin name, for the key of the pin map.
   std::string_view keepPinName_(const std::string &name);
+  /// Makes sure that \p bytes of pin names fit without a new block.
+  void reservePinNames_(std::size_t bytes);
 
   // Legacy identity and files: set on few components, so kept apart and
   // made only when one of them is set.
@@ -365,6 +367,7 @@ private:
   // The texts of the pin map's keys, in blocks that never move.
   std::vector<std::unique_ptr<char[]>> m_pinNameBlocks;
   std::size_t m_pinNameRoom = 0;
+  std::size_t m_pinNameBlockSize = 0;
   char *m_pinNameFree = nullptr;
   PinMap m_pins;
   // Index look-ups: a slot per index below s_pinSlots, grown as far as the

@@ -498,8 +498,9 @@ bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
 
 HBOPinProps::StringMap HBOPinProps::getIOBankProperties() const {
   StringMap result;
-  forEachBankProp_(
-      [&result](const std::string &name, const std::string &value) { result.emplace(name, value); });
+  forEachBankProp_([&result](const std::string &name, const std::string &value) {
+    result.emplace(name, value);
+  });
   return result;
 }
 
@@ -514,9 +515,8 @@ void HBOPinProps::addPartOf(const StringMap &group) { extra_().partOf.push_back(
 
 HBOPinProps::StringMap HBOPinProps::getIntfPortMap() const {
   StringMap result;
-  forEachIntfPort_([&result](const std::string &intf, const std::string &port) {
-    result.emplace(intf, port);
-  });
+  forEachIntfPort_(
+      [&result](const std::string &intf, const std::string &port) { result.emplace(intf, port); });
   return result;
 }
 

@@ -165,6 +165,11 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
   HBOBoardComponent *component = m_ctx.board->findBoardComponent(componentName);
   if (!component || from > to)
     return true;
+  // The missing pins go into one block of the component's.
+  std::size_t missing = 0;
+  for (int index = from; index <= to; ++index)
+    missing += component->getPinByIndex(index) ? 0 : 1;
+  component->reservePins(missing);
   for (int index = from; index <= to; ++index) {
     if (component->getPinByIndex(index))
       continue;
