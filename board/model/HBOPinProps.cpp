@@ -5,6 +5,7 @@
 #include "NativeCache.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <cctype>
 #include <deque>
@@ -12,6 +13,7 @@
 #include <iostream>
 #include <mutex>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace {
 
@@ -159,25 +161,149 @@ std::string propName(PropId id) {
 
 } // namespace
 
+// The port and bank properties of a pin. Ids below 64 are present when
+// their bit is set and have an entry in values only when the value is not
+// empty; ids from 64 on are present exactly when they have an entry. Texts
+// are pooled, so equal sets compare and hash by their pointers.
+struct HBOPinProps::IOProfile {
+  std::uint64_t mask = 0;
+  std::vector<std::pair<PropId, Text>> values; // sorted by id
+  std::vector<TextPair> bankProps;             // sorted by name
+
+  bool operator==(const IOProfile &other) const {
+    return mask == other.mask && values == other.values && bankProps == other.bankProps;
+  }
+  std::size_t hash() const {
+    std::size_t h = std::hash<std::uint64_t>()(mask);
+    auto mix = [&h](std::size_t v) { h ^= v + 0x9e3779b97f4a7c15ull + (h << 6) + (h >> 2); };
+    for (const auto &entry : values) {
+      mix(entry.first);
+      mix(reinterpret_cast<std::size_t>(entry.second));
+    }
+    for (const TextPair &entry : bankProps) {
+      mix(reinterpret_cast<std::size_t>(entry.first));
+      mix(reinterpret_cast<std::size_t>(entry.second));
+    }
+    return h;
+  }
+  const Text *find(PropId id) const {
+    auto it = std::lower_bound(
+        values.begin(), values.end(), id,
+        [](const std::pair<PropId, Text> &e, PropId key) { return e.first < key; });
+    return it != values.end() && it->first == id ? &it->second : nullptr;
+  }
+};
+
+// Every distinct profile of the process, kept for its life like the pooled
+// texts. Readers of several boards meet here at once: the pool is sharded
+// under locks, and each thread remembers the profiles it met last, so that
+// the run of pins of one bank takes no lock.
+struct HBOPinProps::IOProfilePool {
+  struct Hash {
+    std::size_t operator()(const IOProfile *p) const { return p->hash(); }
+  };
+  struct Equal {
+    bool operator()(const IOProfile *a, const IOProfile *b) const { return *a == *b; }
+  };
+  struct Shard {
+    std::mutex mutex;
+    std::deque<IOProfile> profiles; // stable addresses
+    std::unordered_set<const IOProfile *, Hash, Equal> index;
+  };
+  static constexpr std::size_t kShards = 16;
+  static constexpr std::size_t kThreadCacheSlots = 256;
+
+  static const IOProfile *empty() {
+    static const IOProfile *profile = new IOProfile;
+    return profile;
+  }
+
+  static const IOProfile *get(const IOProfile &candidate) {
+    if (candidate.mask == 0 && candidate.values.empty() && candidate.bankProps.empty())
+      return empty();
+    const std::size_t hash = candidate.hash();
+    thread_local std::array<const IOProfile *, kThreadCacheSlots> recent{};
+    const IOProfile *&slot = recent[hash % kThreadCacheSlots];
+    if (slot && *slot == candidate)
+      return slot;
+    static std::array<Shard, kShards> *shards = new std::array<Shard, kShards>;
+    Shard &shard = (*shards)[(hash >> 8) % kShards];
+    std::lock_guard<std::mutex> lock(shard.mutex);
+    auto it = shard.index.find(&candidate);
+    if (it == shard.index.end()) {
+      IOProfile &stored = shard.profiles.emplace_back(candidate);
+      stored.values.shrink_to_fit();
+      stored.bankProps.shrink_to_fit();
+      it = shard.index.insert(&stored).first;
+    }
+    slot = *it;
+    return slot;
+  }
+};
+
+namespace {
+
+// Where a change of a pin's profile is made before it is pooled; kept per
+// thread so that its vectors are reused rather than allocated each time.
+template <typename Profile> Profile &scratchProfile(const Profile &from) {
+  thread_local Profile scratch;
+  scratch.mask = from.mask;
+  scratch.values.assign(from.values.begin(), from.values.end());
+  scratch.bankProps.assign(from.bankProps.begin(), from.bankProps.end());
+  return scratch;
+}
+
+template <typename Profile>
+void setInProfile(Profile &profile, std::uint32_t id, std::string_view value) {
+  const bool masked = id < MaskBits;
+  if (masked)
+    profile.mask |= std::uint64_t(1) << id;
+  auto it = std::lower_bound(profile.values.begin(), profile.values.end(), id,
+                             [](const std::pair<std::uint32_t, const std::string *> &e,
+                                std::uint32_t key) { return e.first < key; });
+  const bool found = it != profile.values.end() && it->first == id;
+  if (masked && value.empty()) {
+    // Present and empty needs only the bit.
+    if (found)
+      profile.values.erase(it);
+    return;
+  }
+  const std::string *pooled = &HSTIntern::get(value);
+  if (found)
+    it->second = pooled;
+  else
+    profile.values.emplace(it, id, pooled);
+}
+
+template <typename Profile>
+bool setBankInProfile(Profile &profile, std::string_view name, std::string_view value) {
+  if (name.empty())
+    return false;
+  const std::string *pooled = &HSTIntern::get(value);
+  auto it = std::lower_bound(profile.bankProps.begin(), profile.bankProps.end(), name,
+                             [](const std::pair<const std::string *, const std::string *> &e,
+                                std::string_view key) { return std::string_view(*e.first) < key; });
+  if (it != profile.bankProps.end() && *it->first == name)
+    it->second = pooled;
+  else
+    profile.bankProps.emplace(it, &HSTIntern::get(name), pooled);
+  return true;
+}
+
+} // namespace
+
 // What few pins have, or what no pin has at first.
 struct HBOPinProps::Extra {
-  struct Value {
-    PropId id;
-    Text pooled;
-    // Once getPortProp handed out a reference, the pin owns a string of its
-    // own that the caller may change.
-    std::unique_ptr<std::string> owned;
-    const std::string *get() const { return owned ? owned.get() : pooled; }
-  };
-  std::vector<Value> props;        // in no order
-  std::vector<TextPair> bankProps; // beyond the inline ones, in no order
+  // Values that getPortProp handed out a reference to: the pin owns a
+  // string the caller may change, which stands for the pooled value.
+  std::vector<std::pair<PropId, std::unique_ptr<std::string>>> owned;
   std::vector<TextPair> intfPorts; // beyond the first, in no order
   std::vector<StringMap> partOf;
   Text internalVref = &HSTIntern::empty();
   Text gtLoc = &HSTIntern::empty();
 };
 
-HBOPinProps::HBOPinProps() : m_loc(&HSTIntern::empty()) {}
+HBOPinProps::HBOPinProps() : m_loc(&HSTIntern::empty()), m_io(IOProfilePool::empty()) {}
 
 HBOPinProps::~HBOPinProps() { zeb::forgetScriptHandles(this); }
 
@@ -185,22 +311,6 @@ HBOPinProps::Extra &HBOPinProps::extra_() const {
   if (!m_extra)
     m_extra.reset(new Extra);
   return *m_extra;
-}
-
-template <typename F> void HBOPinProps::forEachValue_(F f) const {
-  for (int i = 0; i < m_propCount; ++i)
-    f(PropId(m_propIds[i]), *m_propValues[i]);
-  if (m_extra)
-    for (const Extra::Value &value : m_extra->props)
-      f(value.id, *value.get());
-}
-
-template <typename F> void HBOPinProps::forEachBankProp_(F f) const {
-  for (int i = 0; i < m_bankCount; ++i)
-    f(*m_bankProps[i].first, *m_bankProps[i].second);
-  if (m_extra)
-    for (const TextPair &entry : m_extra->bankProps)
-      f(*entry.first, *entry.second);
 }
 
 template <typename F> void HBOPinProps::forEachIntfPort_(F f) const {
@@ -266,97 +376,55 @@ void HBOPinProps::setGtLoc(const std::string &gtLoc) { extra_().gtLoc = &HSTInte
 
 bool HBOPinProps::isPresent_(PropId id) const {
   if (id < MaskBits)
-    return (m_propMask >> id) & 1u;
-  return findValue_(id) != nullptr;
+    return (m_io->mask >> id) & 1u;
+  return m_io->find(id) != nullptr;
 }
 
 const std::string *HBOPinProps::findValue_(PropId id) const {
-  if (id < MaskBits)
-    for (int i = 0; i < m_propCount; ++i)
-      if (m_propIds[i] == id)
-        return m_propValues[i];
   if (m_extra)
-    for (const Extra::Value &value : m_extra->props)
-      if (value.id == id)
-        return value.get();
-  return nullptr;
-}
-
-void HBOPinProps::dropInline_(int at) const {
-  --m_propCount;
-  m_propIds[at] = m_propIds[m_propCount];
-  m_propValues[at] = m_propValues[m_propCount];
+    for (const auto &entry : m_extra->owned)
+      if (entry.first == id)
+        return entry.second.get();
+  const Text *value = m_io->find(id);
+  return value ? *value : nullptr;
 }
 
 std::string &HBOPinProps::materialise_(PropId id) const {
-  if (id < MaskBits)
-    m_propMask |= std::uint64_t(1) << id;
-  std::vector<Extra::Value> &props = extra_().props;
-  for (Extra::Value &value : props) {
-    if (value.id != id)
-      continue;
-    if (!value.owned)
-      value.owned.reset(new std::string(*value.pooled));
-    return *value.owned;
+  if (m_extra)
+    for (const auto &entry : m_extra->owned)
+      if (entry.first == id)
+        return *entry.second;
+  // Present from now on, with the value it has.
+  const Text *value = m_io->find(id);
+  const std::string &current = value ? **value : HSTIntern::empty();
+  if (!isPresent_(id)) {
+    IOProfile &next = scratchProfile(*m_io);
+    if (id < MaskBits)
+      next.mask |= std::uint64_t(1) << id;
+    else
+      setInProfile(next, id, std::string_view());
+    m_io = IOProfilePool::get(next);
   }
-  Text pooled = &HSTIntern::empty();
-  for (int i = 0; i < m_propCount; ++i) {
-    if (m_propIds[i] == id) {
-      pooled = m_propValues[i];
-      // The value moves to the extra part, where it can be owned.
-      dropInline_(i);
-      break;
-    }
-  }
-  props.push_back(Extra::Value{id, pooled, std::unique_ptr<std::string>(new std::string(*pooled))});
-  return *props.back().owned;
+  auto &owned = extra_().owned;
+  owned.emplace_back(id, std::unique_ptr<std::string>(new std::string(current)));
+  return *owned.back().second;
+}
+
+void HBOPinProps::dropOwned_(PropId id) {
+  if (!m_extra)
+    return;
+  auto &owned = m_extra->owned;
+  owned.erase(std::remove_if(owned.begin(), owned.end(),
+                             [id](const auto &entry) { return entry.first == id; }),
+              owned.end());
 }
 
 void HBOPinProps::setById_(PropId id, std::string_view value) {
-  const bool masked = id < MaskBits;
-  if (masked)
-    m_propMask |= std::uint64_t(1) << id;
-  if (masked && value.empty()) {
-    // Present and empty needs only the bit; drop a stored value.
-    for (int i = 0; i < m_propCount; ++i) {
-      if (m_propIds[i] == id) {
-        dropInline_(i);
-        return;
-      }
-    }
-    if (m_extra) {
-      std::vector<Extra::Value> &props = m_extra->props;
-      props.erase(std::remove_if(props.begin(), props.end(),
-                                 [id](const Extra::Value &v) { return v.id == id; }),
-                  props.end());
-    }
-    return;
-  }
-  Text pooled = &HSTIntern::get(value);
-  if (masked) {
-    for (int i = 0; i < m_propCount; ++i) {
-      if (m_propIds[i] == id) {
-        m_propValues[i] = pooled;
-        return;
-      }
-    }
-  }
-  if (m_extra) {
-    for (Extra::Value &entry : m_extra->props) {
-      if (entry.id == id) {
-        entry.owned.reset();
-        entry.pooled = pooled;
-        return;
-      }
-    }
-  }
-  if (masked && m_propCount < s_inlineProps) {
-    m_propIds[m_propCount] = static_cast<std::uint8_t>(id);
-    m_propValues[m_propCount] = pooled;
-    ++m_propCount;
-    return;
-  }
-  extra_().props.push_back(Extra::Value{id, pooled, nullptr});
+  // The value may be the owned string about to go.
+  IOProfile &next = scratchProfile(*m_io);
+  setInProfile(next, id, value);
+  dropOwned_(id);
+  m_io = IOProfilePool::get(next);
 }
 
 void HBOPinProps::getById_(PropId id, std::string &out) const {
@@ -404,15 +472,14 @@ void HBOPinProps::getPortProp_(const std::string &name, std::string &out) const 
 HBOPinProps::StringMap HBOPinProps::getPortProps() const {
   StringMap result;
   for (PropId id = 0; id < MaskBits; ++id) {
-    if (!((m_propMask >> id) & 1u))
+    if (!((m_io->mask >> id) & 1u))
       continue;
     const std::string *value = findValue_(id);
     result.emplace(propName(id), value ? *value : std::string());
   }
-  forEachValue_([&result](PropId id, const std::string &value) {
-    if (id >= MaskBits)
-      result.emplace(propName(id), value);
-  });
+  for (const auto &entry : m_io->values)
+    if (entry.first >= MaskBits)
+      result.emplace(propName(entry.first), *findValue_(entry.first));
   return result;
 }
 
@@ -453,42 +520,36 @@ bool HBOPinProps::setIOBankProperty(const std::string &name, const std::string &
 bool HBOPinProps::setIOBankPropertyView(std::string_view name, std::string_view value) {
   if (name.empty())
     return false;
-  Text pooled = &HSTIntern::get(value);
-  for (int i = 0; i < m_bankCount; ++i) {
-    if (*m_bankProps[i].first == name) {
-      m_bankProps[i].second = pooled;
-      return true;
-    }
-  }
-  if (m_extra) {
-    for (TextPair &entry : m_extra->bankProps) {
-      if (*entry.first == name) {
-        entry.second = pooled;
-        return true;
-      }
-    }
-  }
-  const TextPair entry(&HSTIntern::get(name), pooled);
-  if (m_bankCount < s_inlineBankProps)
-    m_bankProps[m_bankCount++] = entry;
-  else
-    extra_().bankProps.push_back(entry);
+  IOProfile &next = scratchProfile(*m_io);
+  setBankInProfile(next, name, value);
+  m_io = IOProfilePool::get(next);
   return true;
 }
 
+void HBOPinProps::setFileProperties(
+    const std::vector<bool> &read, const std::vector<const char *> &values,
+    const std::vector<std::pair<const char *, const char *>> &bankProps) {
+  IOProfile &next = scratchProfile(*m_io);
+  for (std::size_t slot = 0; slot < read.size() && slot < values.size() && slot < KnownCount;
+       ++slot) {
+    if (!read[slot])
+      continue;
+    setInProfile(next, static_cast<PropId>(slot), values[slot] ? values[slot] : "");
+    dropOwned_(static_cast<PropId>(slot));
+  }
+  for (const auto &bank : bankProps)
+    setBankInProfile(next, bank.first, bank.second);
+  m_io = IOProfilePool::get(next);
+}
+
 std::string HBOPinProps::getIOBankPropertyValue(const std::string &name) const {
-  if (m_bankCount == 0 || name.empty())
+  if (name.empty())
     return std::string();
-  // Of several names equal ignoring case, the first in name order answers.
-  const std::string *bestName = nullptr;
-  const std::string *bestValue = nullptr;
-  forEachBankProp_([&](const std::string &entryName, const std::string &value) {
-    if (HBOCommon::iEquals(entryName, name) && (!bestName || entryName < *bestName)) {
-      bestName = &entryName;
-      bestValue = &value;
-    }
-  });
-  return bestValue ? *bestValue : std::string();
+  // In name order, so the first of several equal ignoring case answers.
+  for (const TextPair &entry : m_io->bankProps)
+    if (HBOCommon::iEquals(*entry.first, name))
+      return *entry.second;
+  return std::string();
 }
 
 bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
@@ -498,9 +559,8 @@ bool HBOPinProps::getIOBankPropertyList(StringMap &out) const {
 
 HBOPinProps::StringMap HBOPinProps::getIOBankProperties() const {
   StringMap result;
-  forEachBankProp_([&result](const std::string &name, const std::string &value) {
-    result.emplace(name, value);
-  });
+  for (const TextPair &entry : m_io->bankProps)
+    result.emplace_hint(result.end(), *entry.first, *entry.second);
   return result;
 }
 
@@ -554,20 +614,28 @@ void HBOPinProps::copyIOPropertiesFrom(const HBOPinProps &other) {
     return;
   if (!other.m_loc->empty())
     m_loc = other.m_loc;
-  other.forEachValue_([this](PropId id, const std::string &value) {
-    if (!value.empty())
-      setById_(id, value);
-  });
+  // Every value the other pin stores, its handed-out ones included.
+  for (PropId id = 0; id < MaskBits; ++id) {
+    if ((other.m_io->mask >> id) & 1u) {
+      const std::string *value = other.findValue_(id);
+      if (value && !value->empty())
+        setById_(id, *value);
+    }
+  }
+  for (const auto &entry : other.m_io->values) {
+    const std::string *value = other.findValue_(entry.first);
+    if (entry.first >= MaskBits && !value->empty())
+      setById_(entry.first, *value);
+  }
   if (other.m_extra) {
     if (!other.m_extra->internalVref->empty())
       extra_().internalVref = other.m_extra->internalVref;
     if (!other.m_extra->gtLoc->empty())
       extra_().gtLoc = other.m_extra->gtLoc;
   }
-  other.forEachBankProp_([this](const std::string &name, const std::string &value) {
-    if (!value.empty())
-      setIOBankPropertyView(name, value);
-  });
+  for (const TextPair &entry : other.m_io->bankProps)
+    if (!entry.second->empty())
+      setIOBankPropertyView(*entry.first, *entry.second);
 }
 
 bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::string loc,

@@ -6,10 +6,10 @@
 // its own beyond a long name. The values (locations, IO standards, bank
 // numbers, the names of the interfaces and ports using the pin) repeat over
 // the pins of a bank or a port and across boards, so the pin points into
-// the process-wide pool; the few of each kind that a pin has sit in small
-// arrays inside it, and what is rare (more values than fit, values a caller
-// may change, groups, internal reference and transceiver location) lives
-// behind one pointer.
+// process-wide pools: its port and bank properties together are one pooled
+// set, shared with every pin that has the same. What is rare (more than one
+// interface, values a caller may change, groups, internal reference and
+// transceiver location) lives behind one pointer.
 #ifndef BOARDLIB_HBOPINPROPS_H
 #define BOARDLIB_HBOPINPROPS_H
 
@@ -107,6 +107,11 @@ public:
   bool setIOBankProperty(const std::string &name, const std::string &value);
   /// The same from views, which readers take from the document.
   bool setIOBankPropertyView(std::string_view name, std::string_view value);
+  /// What a pin file gives a pin, in one step: the port property at each
+  /// slot of getPortPropNames() whose \p read flag is set (a null value as
+  /// empty), then the bank properties, as the setters would one by one.
+  void setFileProperties(const std::vector<bool> &read, const std::vector<const char *> &values,
+                         const std::vector<std::pair<const char *, const char *>> &bankProps);
   /// The value of the first name (in name order) equal to \p name ignoring
   /// case, or an empty string.
   std::string getIOBankPropertyValue(const std::string &name) const;
@@ -142,11 +147,8 @@ private:
   using Text = const std::string *; // pooled
   using TextPair = std::pair<Text, Text>;
   struct Extra;
-
-  // Most pins carry two or three values, a bank, its VCCO and sometimes its
-  // VREF, and serve one interface.
-  static constexpr int s_inlineProps = 4;
-  static constexpr int s_inlineBankProps = 3;
+  struct IOProfile;
+  struct IOProfilePool;
 
   bool isPresent_(PropId id) const;
   const std::string *findValue_(PropId id) const;
@@ -154,31 +156,20 @@ private:
   void setById_(PropId id, std::string_view value);
   void getById_(PropId id, std::string &out) const;
   std::string getByIdOrEmpty_(PropId id) const;
-  void dropInline_(int at) const;
+  /// Drops the value that getPortProp handed out for \p id, if any.
+  void dropOwned_(PropId id);
   Extra &extra_() const;
-  /// Calls \p f(id, value) for each stored value.
-  template <typename F> void forEachValue_(F f) const;
-  template <typename F> void forEachBankProp_(F f) const;
   template <typename F> void forEachIntfPort_(F f) const;
 
   std::int32_t m_pinIndex = 0;
-  // Ids of the values in m_propValues, below 64 each.
-  mutable std::uint8_t m_propIds[s_inlineProps] = {};
-  mutable std::uint8_t m_propCount = 0;
-  std::uint8_t m_bankCount = 0;
-  // Port properties. Ids below 64 are present when their bit is set, and
-  // have a value stored only when it is not empty (or a reference to it was
-  // handed out); ids from 64 on are present exactly when they have a value.
-  // Pooled values of ids below 64 sit in m_propValues, in no order, while
-  // there is room; the others in the extra part.
-  mutable std::uint64_t m_propMask = 0;
   HBOBoardComponent *m_owner = nullptr;
   HBOModelPort *m_ownerPort = nullptr;
   std::string m_name;
   Text m_loc;
-  mutable Text m_propValues[s_inlineProps] = {};
-  // Bank properties, in no order: the name as written and the value.
-  TextPair m_bankProps[s_inlineBankProps] = {};
+  // The port and IO bank properties, pooled as a whole: the pins of a bank
+  // or of a bus have the same ones. Changing one of them points the pin to
+  // another pooled set. Never null.
+  mutable const IOProfile *m_io;
   // The first interface entered and its port; null when there is none.
   TextPair m_intfPort = {};
   mutable std::unique_ptr<Extra> m_extra;

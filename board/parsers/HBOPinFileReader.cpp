@@ -121,11 +121,7 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
       pin->setName(name);
       pin->setPinIndex(m_ctx.convert2NonNegativeInteger(index, "pin index"));
       pin->setPinLoc(loc);
-      for (std::size_t i = 0; i < propNames.size(); ++i)
-        if (readProp[i])
-          pin->setPortPropAt(i, propValues[i] ? propValues[i] : "");
-      for (const auto &bank : bankProps)
-        pin->setIOBankPropertyView(bank.first, bank.second);
+      pin->setFileProperties(readProp, propValues, bankProps);
     }
   }
   return true;
