@@ -59,6 +59,7 @@ public:
   size_type size() const { return m_entries.size(); }
   void clear() { m_entries.clear(); }
   void reserve(size_type count) { m_entries.reserve(count); }
+  size_type capacity() const { return m_entries.capacity(); }
   void shrink_to_fit() { m_entries.shrink_to_fit(); }
 
   template <typename K> iterator lower_bound(const K &key) {

@@ -367,7 +367,15 @@ void HBOBoardComponent::getOfCompInterfaces(std::vector<HBOBusIf *> &out, bool f
 
 HBOPinProps *HBOBoardComponent::createPin() { return m_pinStore.create(); }
 
-void HBOBoardComponent::reservePins(std::size_t count) { m_pinStore.reserve(count); }
+void HBOBoardComponent::reservePins(std::size_t count, std::size_t nameBytes) {
+  m_pinStore.reserve(count);
+  // Connections ask for a few pins at a time: grow as a vector would.
+  const std::size_t wanted = m_pins.size() + count;
+  if (m_pins.capacity() < wanted)
+    m_pins.reserve(std::max(wanted, 2 * m_pins.capacity()));
+  if (nameBytes > m_pinNameRoom)
+    reservePinNames_(std::max(nameBytes, std::min<std::size_t>(2 * m_pinNameBlockSize, 16384)));
+}
 
 void HBOBoardComponent::reservePinNames_(std::size_t bytes) {
   if (bytes <= m_pinNameRoom)
@@ -454,8 +462,13 @@ void HBOBoardComponent::addPins(std::vector<HBOPinProps *> &pins) {
 void HBOBoardComponent::indexPin_(HBOPinProps *pin) {
   const int index = pin->getPinIndex();
   if (inSlotRange(index)) {
-    if (m_pinSlots.size() <= static_cast<std::size_t>(index))
+    if (m_pinSlots.size() <= static_cast<std::size_t>(index)) {
+      // Indexes mostly come in rising order, one at a time.
+      if (m_pinSlots.capacity() <= static_cast<std::size_t>(index))
+        m_pinSlots.reserve(std::min<std::size_t>(
+            s_pinSlots, std::max<std::size_t>({16, index + 1u, 2 * m_pinSlots.capacity()})));
       m_pinSlots.resize(index + 1, nullptr);
+    }
     m_pinSlots[index] = pin;
   } else {
     auto at = std::upper_bound(

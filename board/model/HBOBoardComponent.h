@@ -202,8 +202,9 @@ public:
   /// file have none. Pins live in a few blocks of the component's, not one
   /// allocation each.
   HBOPinProps *createPin();
-  /// Makes room for \p count more pins in one block.
-  void reservePins(std::size_t count);
+  /// Makes room for \p count more pins in one block, and for \p nameBytes
+  /// more bytes of their names.
+  void reservePins(std::size_t count, std::size_t nameBytes = 0);
   /// Enters \p pin, made by createPin, under its name and, below 401, in
   /// its index slot. A former pin of that name is destroyed; a former holder
   /// of the index only loses the slot. Collisions are the reader's to report.

@@ -165,7 +165,8 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
   std::size_t missing = 0;
   for (int index = from; index <= to; ++index)
     missing += component->getPinByIndex(index) ? 0 : 1;
-  component->reservePins(missing);
+  // Names are the component's name, "_" and the index.
+  component->reservePins(missing, missing * (componentName.size() + 1 + std::to_string(to).size()));
   for (int index = from; index <= to; ++index) {
     if (component->getPinByIndex(index))
       continue;
