@@ -184,6 +184,32 @@ TEST(ModelComponent, IndexesOutsideTheSlotsAnswerTheFirstPinInNameOrder) {
   EXPECT_EQ(component.getPinByIndex(501), component.findPin("M500"));
 }
 
+TEST(ModelComponent, AddPinsEntersInNameOrderAndKeepsTheLastOfAName) {
+  HBOBoardComponent component;
+  HBOPinProps *a = makePin(component, "A", 3);
+  HBOPinProps *lastB = makePin(component, "B", 4);
+  std::vector<HBOPinProps *> pins{makePin(component, "B", 3), a, lastB};
+  component.addPins(pins);
+  EXPECT_EQ(pins, (std::vector<HBOPinProps *>{a, lastB}));
+  EXPECT_EQ(component.getPins().size(), 2u);
+  EXPECT_EQ(component.findPin("B"), lastB);
+  // The first B is never entered, so it takes no slot from A.
+  EXPECT_EQ(component.getPinByIndex(3), a);
+  EXPECT_EQ(component.getPinByIndex(4), lastB);
+
+  // Into a filled map, as addPin would.
+  HBOPinProps *newA = makePin(component, "A", 7);
+  std::vector<HBOPinProps *> more{newA};
+  component.addPins(more);
+  EXPECT_EQ(component.findPin("A"), newA);
+  EXPECT_EQ(component.getPinByIndex(7), newA);
+
+  // The map keeps the name a pin was entered under.
+  newA->setName("Z");
+  EXPECT_EQ(component.findPin("A"), newA);
+  EXPECT_EQ(component.findPin("Z"), nullptr);
+}
+
 TEST(ModelComponent, ConnectorPredicatesCompareExactly) {
   struct Case {
     const char *type;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 
 using Props = HBOPinProps::StringMap;
@@ -70,10 +71,13 @@ TEST(ModelPin, EmptyValuesStayVisibleForKnownAndUnknownNames) {
 }
 
 TEST(ModelPin, NameTableIsSafeAcrossThreads) {
+  // Both threads also make the same pooled value sets at once.
   auto work = [](int base) {
     HBOPinProps pin;
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
       pin.setPortProp("threaded_" + std::to_string((base + i) % 50), "v");
+      pin.setIOBankProperty("bank", std::to_string(i % 7));
+    }
     return pin.getPortProps().size();
   };
   std::size_t a = 0, b = 0;
@@ -149,8 +153,58 @@ TEST(ModelPin, InterfacePortMapKeepsTheLastPortPerInterface) {
   EXPECT_EQ(pin.getPartOf()[0].at("group"), "g1");
 }
 
+TEST(ModelPin, PinsWithEqualValuesStayIndependent) {
+  // Equal values are shared between pins: a change to one pin, or to the
+  // string handed out for it, must reach no other.
+  HBOPinProps a, b;
+  for (HBOPinProps *pin : {&a, &b}) {
+    pin->setPinIOStandard("SSTL15");
+    pin->setPinSlew("");
+    pin->setIOBankProperty("bank", "14");
+  }
+  a.getPortProp("slew") = "FAST";
+  b.setPinIOStandard("LVDS");
+  a.setIOBankProperty("bank", "15");
+  EXPECT_EQ(a.getPortProps(), (Props{{"iostandard", "SSTL15"}, {"slew", "FAST"}}));
+  EXPECT_EQ(b.getPortProps(), (Props{{"iostandard", "LVDS"}, {"slew", ""}}));
+  EXPECT_EQ(b.getIOBankPropertyValue("bank"), "14");
+
+  // A copy takes the handed-out value; a later set replaces it.
+  HBOPinProps c;
+  c.copyIOPropertiesFrom(a);
+  EXPECT_EQ(c.getPortProps(), a.getPortProps());
+  EXPECT_EQ(c.getIOBankProperties(), (Props{{"bank", "15"}}));
+  a.setPinSlew("SLOW");
+  EXPECT_EQ(a.getPinSlew(), "SLOW");
+  EXPECT_EQ(c.getPinSlew(), "FAST");
+}
+
+TEST(ModelPin, FilePropertiesSetOnlyTheSlotsRead) {
+  const std::vector<std::string> &names = HBOPinProps::getPortPropNames();
+  auto slot = [&names](const char *name) {
+    return std::find(names.begin(), names.end(), name) - names.begin();
+  };
+  std::vector<bool> read(names.size(), true);
+  read[slot("iostandard")] = false;
+  std::vector<const char *> values(names.size(), nullptr);
+  values[slot("iostandard")] = "LVDS";
+  values[slot("slew")] = "FAST";
+  HBOPinProps pin;
+  pin.getPortProp("drive") = "8"; // an unread value stays, a read one goes
+  pin.getPortProp("odt") = "RTT_40";
+  read[slot("drive")] = false;
+  pin.setFileProperties(read, values, {{"bank", "12"}, {"", "x"}, {"bank", "13"}});
+  const Props props = pin.getPortProps();
+  EXPECT_EQ(props.size(), names.size() - 1);
+  EXPECT_EQ(props.count("iostandard"), 0u);
+  EXPECT_EQ(props.at("slew"), "FAST");
+  EXPECT_EQ(props.at("drive"), "8");
+  EXPECT_EQ(props.at("odt"), "");
+  EXPECT_EQ(pin.getIOBankProperties(), (Props{{"bank", "13"}}));
+}
+
 TEST(ModelPin, StaysCompact) {
-  // Thousands of boards with a thousand pins each: a per-pin std::map for
-  // the properties would blow this budget.
-  EXPECT_LE(sizeof(HBOPinProps), 256u);
+  // Thousands of boards with a thousand pins each: the values are pooled,
+  // and a pin holds little more than its name.
+  EXPECT_LE(sizeof(HBOPinProps), 112u);
 }

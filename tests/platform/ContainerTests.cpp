@@ -1,4 +1,6 @@
-// The flat ordered map and the string pool behind the compact board model.
+// The flat ordered map, the block store and the string pool behind the
+// compact board model.
+#include "HSTChunkStore.h"
 #include "HSTFlatMap.h"
 #include "HSTIntern.h"
 
@@ -71,4 +73,35 @@ TEST(HSTIntern, EqualTextsShareOneCopyAcrossThreads) {
     EXPECT_EQ(*text, "LVCMOS18");
   }
   EXPECT_EQ(&HSTIntern::get("value_7"), &HSTIntern::get(std::string("value_") + "7"));
+}
+
+TEST(HSTChunkStore, DestroysEveryObjectOnceAndKeepsAddresses) {
+  struct Counted {
+    explicit Counted(int &alive) : alive(alive) { ++alive; }
+    ~Counted() { --alive; }
+    int &alive;
+  };
+  int alive = 0;
+  {
+    HSTChunkStore<Counted> store;
+    store.reserve(3);
+    std::vector<Counted *> made;
+    for (int i = 0; i < 40; ++i)
+      made.push_back(store.create(alive));
+    EXPECT_EQ(alive, 40);
+    EXPECT_TRUE(store.owns(made[0]) && store.owns(made[39]));
+    Counted other(alive);
+    EXPECT_FALSE(store.owns(&other));
+    store.destroy(made[1]);
+    store.destroy(made[39]);
+    EXPECT_EQ(store.size(), 38u);
+    EXPECT_EQ(alive, 39);
+    // Addresses stay while blocks are added.
+    Counted *first = made[0];
+    for (int i = 0; i < 300; ++i)
+      store.create(alive);
+    EXPECT_EQ(made[0], first);
+    EXPECT_EQ(&made[0]->alive, &alive);
+  }
+  EXPECT_EQ(alive, 0);
 }
