@@ -301,6 +301,8 @@ struct HBOPinProps::Extra {
   std::vector<StringMap> partOf;
   Text internalVref = &HSTIntern::empty();
   Text gtLoc = &HSTIntern::empty();
+  // Only the pins that a port of an older board holds know their port.
+  HBOModelPort *ownerPort = nullptr;
 };
 
 HBOPinProps::HBOPinProps() : m_loc(&HSTIntern::empty()), m_io(IOProfilePool::empty()) {}
@@ -339,10 +341,15 @@ bool HBOPinProps::getPinIndex(int &out) const {
 }
 
 bool HBOPinProps::getOwnerPort(HBOModelPort *&out) const {
-  if (!m_ownerPort)
+  if (!m_extra || !m_extra->ownerPort)
     return false;
-  out = m_ownerPort;
+  out = m_extra->ownerPort;
   return true;
+}
+
+void HBOPinProps::setOwnerPort(HBOModelPort *port) {
+  if (port || m_extra)
+    extra_().ownerPort = port;
 }
 
 bool HBOPinProps::getName(std::string &out) const {
@@ -646,7 +653,7 @@ bool HBOPinProps::setProp(int index, HBOModelPort *port, std::string name, std::
   HBOCommon::toUpperInPlace(loc);
   m_loc = &HSTIntern::get(loc);
   m_name = std::move(name);
-  m_ownerPort = port;
+  setOwnerPort(port);
   m_pinIndex = index;
   setById_(DiffTerm, diffTerm);
   setById_(Drive, drive);

@@ -45,7 +45,7 @@ public:
   void setOwner(HBOBoardComponent *owner) { m_owner = owner; }
   /// False, with \p out untouched, when there is no owner port.
   bool getOwnerPort(HBOModelPort *&out) const;
-  void setOwnerPort(HBOModelPort *port) { m_ownerPort = port; }
+  void setOwnerPort(HBOModelPort *port);
   const std::string &getName() const { return m_name; }
   bool getName(std::string &out) const;
   void setName(std::string name) { m_name = std::move(name); }
@@ -163,7 +163,6 @@ private:
 
   std::int32_t m_pinIndex = 0;
   HBOBoardComponent *m_owner = nullptr;
-  HBOModelPort *m_ownerPort = nullptr;
   std::string m_name;
   Text m_loc;
   // The port and IO bank properties, pooled as a whole: the pins of a bank

@@ -206,5 +206,5 @@ TEST(ModelPin, FilePropertiesSetOnlyTheSlotsRead) {
 TEST(ModelPin, StaysCompact) {
   // Thousands of boards with a thousand pins each: the values are pooled,
   // and a pin holds little more than its name.
-  EXPECT_LE(sizeof(HBOPinProps), 112u);
+  EXPECT_LE(sizeof(HBOPinProps), 96u);
 }
