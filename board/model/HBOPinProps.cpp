@@ -537,12 +537,23 @@ void HBOPinProps::setFileProperties(
     const std::vector<bool> &read, const std::vector<const char *> &values,
     const std::vector<std::pair<const char *, const char *>> &bankProps) {
   IOProfile &next = scratchProfile(*m_io);
-  for (std::size_t slot = 0; slot < read.size() && slot < values.size() && slot < KnownCount;
-       ++slot) {
-    if (!read[slot])
-      continue;
-    setInProfile(next, static_cast<PropId>(slot), values[slot] ? values[slot] : "");
-    dropOwned_(static_cast<PropId>(slot));
+  const std::size_t slots = std::min({read.size(), values.size(), std::size_t(KnownCount)});
+  if (next.mask == 0 && next.values.empty() && !m_extra) {
+    // A fresh pin, as a reader makes it: the values go in in id order.
+    for (std::size_t slot = 0; slot < slots; ++slot) {
+      if (!read[slot])
+        continue;
+      next.mask |= std::uint64_t(1) << slot;
+      if (values[slot] && *values[slot])
+        next.values.emplace_back(static_cast<PropId>(slot), &HSTIntern::get(values[slot]));
+    }
+  } else {
+    for (std::size_t slot = 0; slot < slots; ++slot) {
+      if (!read[slot])
+        continue;
+      setInProfile(next, static_cast<PropId>(slot), values[slot] ? values[slot] : "");
+      dropOwned_(static_cast<PropId>(slot));
+    }
   }
   for (const auto &bank : bankProps)
     setBankInProfile(next, bank.first, bank.second);
