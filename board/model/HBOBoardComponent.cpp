@@ -428,16 +428,20 @@ void HBOBoardComponent::addPins(std::vector<HBOPinProps *> &pins) {
   auto byName = [](const HBOPinProps *a, const HBOPinProps *b) {
     return a->getName() < b->getName();
   };
+  pins.erase(std::remove(pins.begin(), pins.end(), nullptr), pins.end());
   std::stable_sort(pins.begin(), pins.end(), byName);
-  // Of a run of one name the last given stays.
+  // Of a run of one name the last given stays; a pin given twice is
+  // destroyed once, and not when it is the one that stays.
   auto out = pins.begin();
   for (auto it = pins.begin(); it != pins.end();) {
     auto runEnd = it + 1;
     while (runEnd != pins.end() && (*runEnd)->getName() == (*it)->getName())
       ++runEnd;
+    HBOPinProps *kept = *(runEnd - 1);
     for (auto dropped = it; dropped != runEnd - 1; ++dropped)
-      m_pinStore.destroy(*dropped);
-    *out++ = *(runEnd - 1);
+      if (*dropped != kept && std::find(it, dropped, *dropped) == dropped)
+        m_pinStore.destroy(*dropped);
+    *out++ = kept;
     it = runEnd;
   }
   pins.erase(out, pins.end());
