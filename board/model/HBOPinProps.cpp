@@ -464,11 +464,6 @@ void HBOPinProps::setPortProp(const std::string &name, const std::string &value)
   setById_(id, value);
 }
 
-void HBOPinProps::setPortPropAt(std::size_t slot, std::string_view value) {
-  if (slot < KnownCount)
-    setById_(static_cast<PropId>(slot), value);
-}
-
 void HBOPinProps::getPortProp_(const std::string &name, std::string &out) const {
   PropId id = 0;
   if (!lookupPropId(name, id, false))

@@ -71,9 +71,6 @@ public:
   void getPortProp_(const std::string &name, std::string &out) const;
   /// All entries, present-but-empty ones included, in name order.
   StringMap getPortProps() const;
-  /// Sets the property at \p slot of getPortPropNames(), as setPortProp
-  /// would, without looking the name up: what a reader does for each pin.
-  void setPortPropAt(std::size_t slot, std::string_view value);
 
   void getPinIOStandard(std::string &out) const;
   std::string getPinIOStandard() const;
@@ -105,8 +102,6 @@ public:
 
   /// False for an empty name; otherwise creates or overwrites.
   bool setIOBankProperty(const std::string &name, const std::string &value);
-  /// The same from views, which readers take from the document.
-  bool setIOBankPropertyView(std::string_view name, std::string_view value);
   /// What a pin file gives a pin, in one step: the port property at each
   /// slot of getPortPropNames() whose \p read flag is set (a null value as
   /// empty), then the bank properties, as the setters would one by one.
@@ -156,6 +151,7 @@ private:
   void setById_(PropId id, std::string_view value);
   void getById_(PropId id, std::string &out) const;
   std::string getByIdOrEmpty_(PropId id) const;
+  bool setIOBankPropertyView(std::string_view name, std::string_view value);
   /// Drops the value that getPortProp handed out for \p id, if any.
   void dropOwned_(PropId id);
   Extra &extra_() const;
