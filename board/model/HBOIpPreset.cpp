@@ -12,10 +12,9 @@
 
 namespace {
 
-bool endsWithCsv(const std::string &value) {
-  static const std::string suffix = ".csv";
-  return value.size() >= suffix.size() &&
-         value.compare(value.size() - suffix.size(), suffix.size(), suffix) == 0;
+bool endsWithCsv(std::string_view value) {
+  constexpr std::string_view suffix = ".csv";
+  return value.size() >= suffix.size() && value.substr(value.size() - suffix.size()) == suffix;
 }
 
 // A bare file name is taken relative to the board's directory, but only when
@@ -47,14 +46,17 @@ bool HBOIpPreset::isAssocIntf() const { return HBOCommon::iEquals(m_kind, "assoc
 void HBOIpPreset::settleParams_() const {
   if (m_paramsSettled.load(std::memory_order_acquire))
     return;
-  // Loaded boards may be read from several threads; the sort happens once
-  // per preset, so one lock for all of them is enough.
+  // Loaded boards may be read from several threads; the merge happens once
+  // per batch of setParam calls, so one lock for all presets is enough.
   static std::mutex mutex;
   std::lock_guard<std::mutex> lock(mutex);
   if (m_paramsSettled.load(std::memory_order_relaxed))
     return;
-  m_params.sortKeepLast();
-  m_params.shrink_to_fit();
+  ParamMap::Builder merged;
+  m_params.appendTo(merged);
+  merged.append(*m_pending);
+  m_params.assign(merged);
+  m_pending.reset();
   m_paramsSettled.store(true, std::memory_order_release);
 }
 
@@ -72,15 +74,36 @@ bool HBOIpPreset::getParamValue(const std::string &name, std::string &value) con
   return true;
 }
 
+std::string_view HBOIpPreset::resolveValue(std::string_view value, std::string &scratch) const {
+  if (!endsWithCsv(value))
+    return value;
+  scratch = resolveCsv(std::string(value), m_owner);
+  return scratch;
+}
+
 bool HBOIpPreset::setParam(const std::string &name, const std::string &value) {
   if (name.empty())
     return false;
-  std::string stored = endsWithCsv(value) ? resolveCsv(value, m_owner) : value;
-  const bool inOrder = m_params.empty() || m_params.rbegin()->first < name;
-  m_params.appendUnsorted(name, std::move(stored));
-  if (!inOrder)
-    m_paramsSettled.store(false, std::memory_order_release);
+  std::string scratch;
+  // Names given one at a time may be anything, so they stay with the preset.
+  if (!m_pending)
+    m_pending = std::make_unique<ParamMap::Builder>();
+  m_pending->addLocalName(name, resolveValue(value, scratch));
+  m_paramsSettled.store(false, std::memory_order_release);
   return true;
+}
+
+void HBOIpPreset::setParams(ParamMap::Builder &params) {
+  if (params.empty())
+    return;
+  if (m_params.empty() && !m_pending) {
+    m_params.assign(params);
+    return;
+  }
+  if (!m_pending)
+    m_pending = std::make_unique<ParamMap::Builder>();
+  m_pending->append(params);
+  m_paramsSettled.store(false, std::memory_order_release);
 }
 
 void HBOIpPreset::display(int indent) const {

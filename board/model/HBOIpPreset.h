@@ -4,16 +4,18 @@
 #ifndef BOARDLIB_HBOIPPRESET_H
 #define BOARDLIB_HBOIPPRESET_H
 
-#include "HSTFlatMap.h"
+#include "HBOIpPresetParams.h"
 
 #include <atomic>
+#include <memory>
 #include <string>
+#include <string_view>
 
 class HBOBoard;
 
 class HBOIpPreset {
 public:
-  using ParamMap = HSTFlatMap<std::string, std::string>;
+  using ParamMap = HBOIpPresetParams;
 
   HBOIpPreset() = default;
   /// Drops the object from the script caches.
@@ -51,6 +53,12 @@ public:
   /// resolved beside the owner's board file when it exists there. False
   /// only for an empty name.
   bool setParam(const std::string &name, const std::string &value);
+  /// A reader's way to set many at once, as setParam would each entry of
+  /// \p params in turn (whose values are already resolved); the caller may
+  /// reuse \p params afterwards.
+  void setParams(ParamMap::Builder &params);
+  /// The value to store for \p value, resolved as setParam does.
+  std::string_view resolveValue(std::string_view value, std::string &scratch) const;
 
   const std::string &getValueType() const { return m_valueType; }
   void setValueType(std::string valueType) { m_valueType = std::move(valueType); }
@@ -69,13 +77,13 @@ private:
   std::string m_ipInterface;
   std::string m_presetName;
   std::string m_kind = "preset";
-  /// Sorts the parameters that came out of order, once, before a read.
+  /// Merges what setParam added into the parameters, once, before a read.
   void settleParams_() const;
 
-  // A preset has hundreds of parameters, read in file order: they are
-  // appended and sorted at the first read, keeping the last value of a
-  // repeated name, as a map that each one overwrote would.
   mutable ParamMap m_params;
+  // Values given one by one wait here until the next read; a reader sets
+  // them in one go, and never leaves any.
+  mutable std::unique_ptr<ParamMap::Builder> m_pending;
   mutable std::atomic<bool> m_paramsSettled{true};
   std::string m_valueType;
   HBOBoard *m_owner = nullptr;

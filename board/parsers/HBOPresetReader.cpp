@@ -193,19 +193,24 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
     return true;
   readIpIdentity(*ip, *preset, m_ctx.board, m_ctx.parsed);
 
-  std::string name, value, hier;
+  m_params.clear();
+  // Parameter names come from the IPs' vocabulary and are pooled; values as
+  // setParam would store them.
+  auto add = [&](std::string_view name, std::string_view value) {
+    if (!name.empty())
+      m_params.addPooledName(name, preset->resolveValue(value, m_resolved));
+  };
   for (HXMLWElement group : ip->children()) {
     // Model parameters have no hierarchical form: there "hier" is a plain value.
     bool userParams = group.isTag("user_parameters");
     if (!userParams && !group.isTag("model_parameters"))
       continue;
     for (HXMLWElement param : group.children()) {
-      // The strings are reused from one parameter to the next.
-      name.assign(param.getAttributeView("name"));
-      hier.clear();
+      std::string_view name = param.getAttributeView("name");
+      m_hier.clear();
       if (userParams && param.isTag("user_hier_parameter")) {
-        if (readHierParam(&param, hier))
-          preset->setParam(name, hier);
+        if (readHierParam(&param, m_hier))
+          add(name, m_hier);
         continue;
       }
       std::string_view valueType = param.getAttributeView("value_type");
@@ -216,17 +221,17 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
                                        : std::string();
         path += param.getAttributeView("value");
         if (HUTFile::exists(path))
-          preset->setParam(name, path);
+          add(name, path);
         preset->setValueType(std::string(valueType));
       } else if (userParams && HBOParseContext::sameIgnoringCase(valueType, "hier")) {
-        if (readHierParam(&param, hier))
-          preset->setParam(name, hier);
+        if (readHierParam(&param, m_hier))
+          add(name, m_hier);
       } else {
-        value.assign(param.getAttributeView("value"));
-        preset->setParam(name, value);
+        add(name, param.getAttributeView("value"));
       }
     }
   }
+  preset->setParams(m_params);
   return true;
 }
 
@@ -266,6 +271,7 @@ bool HBOPresetReader::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPre
     return true;
   preset->setPresetorAssocIntf("assoc_intf");
   readIpIdentity(*ip, *preset, m_ctx.board, nullptr);
+  m_params.clear();
   for (HXMLWElement group : ip->children("associated_board_interfaces")) {
     std::size_t position = 0;
     for (HXMLWElement entry : group.children()) {
@@ -273,10 +279,14 @@ bool HBOPresetReader::readAssociatedInterfacesDetails(HXMLWElement *ip, HBOIpPre
       std::string order = entry.getAttribute("order");
       if (order.empty())
         order = std::to_string(position);
-      preset->setParam(entry.getAttribute("name"), order);
+      // The keys are this board's interface names: they stay with the record.
+      std::string_view name = entry.getAttributeView("name");
+      if (!name.empty())
+        m_params.addLocalName(name, preset->resolveValue(order, m_resolved));
       ++position;
     }
   }
+  preset->setParams(m_params);
   return true;
 }
 

@@ -3,11 +3,12 @@
 #ifndef BOARDLIB_HBOPRESETREADER_H
 #define BOARDLIB_HBOPRESETREADER_H
 
+#include "HBOIpPreset.h"
+
 #include <map>
 #include <string>
 
 class HBODtdValidator;
-class HBOIpPreset;
 class HBOParseContext;
 class HXMLWElement;
 
@@ -33,6 +34,10 @@ private:
 
   HBOParseContext &m_ctx;
   HBODtdValidator &m_dtd;
+  // The parameters of the record being read, reused from one to the next.
+  HBOIpPreset::ParamMap::Builder m_params;
+  std::string m_hier;
+  std::string m_resolved;
 };
 
 #endif

@@ -1,0 +1,175 @@
+#include "HBOIpPresetParams.h"
+
+#include "HSTIntern.h"
+
+#include <algorithm>
+#include <new>
+#include <numeric>
+
+namespace {
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+constexpr std::uint32_t kDropped = UINT32_MAX;
+
+// Values worth sharing between boards: a word of letters (true, false,
+// enumerations such as AUTO or Disabled) or a number below a thousand. Such a
+// set stays small however many boards there are; anything else (other
+// numbers, paths, lists) can be one board's own and is kept with the preset.
+bool isCommonValue(std::string_view value) {
+  if (value.empty() || value.size() > 12)
+    return false;
+  if (std::all_of(value.begin(), value.end(), isLetter))
+    return true;
+  return value.size() <= 3 && std::all_of(value.begin(), value.end(), isDigit) &&
+         (value.size() == 1 || value[0] != '0');
+}
+
+} // namespace
+
+// ---- Builder ----
+
+void HBOIpPresetParams::Builder::clear() {
+  m_items.clear();
+  m_text.clear();
+}
+
+HBOIpPresetParams::Builder::Text HBOIpPresetParams::Builder::local_(std::string_view text) {
+  Text out{nullptr, static_cast<std::uint32_t>(m_text.size()),
+           static_cast<std::uint32_t>(text.size())};
+  m_text.append(text);
+  return out;
+}
+
+HBOIpPresetParams::Builder::Text HBOIpPresetParams::Builder::value_(std::string_view text) {
+  if (text.empty())
+    return Text{&HSTIntern::empty(), 0, 0};
+  if (isCommonValue(text))
+    return Text{&HSTIntern::get(text), 0, 0};
+  return local_(text);
+}
+
+std::string_view HBOIpPresetParams::Builder::view_(const Text &text) const {
+  if (text.pooled)
+    return *text.pooled;
+  return std::string_view(m_text).substr(text.offset, text.size);
+}
+
+void HBOIpPresetParams::Builder::addPooledName(std::string_view name, std::string_view value) {
+  m_items.push_back(Item{Text{&HSTIntern::get(name), 0, 0}, value_(value)});
+}
+
+void HBOIpPresetParams::Builder::addLocalName(std::string_view name, std::string_view value) {
+  Text nameText = local_(name);
+  m_items.push_back(Item{nameText, value_(value)});
+}
+
+void HBOIpPresetParams::Builder::append(const Builder &other) {
+  const auto shift = static_cast<std::uint32_t>(m_text.size());
+  m_text += other.m_text;
+  for (Item item : other.m_items) {
+    if (!item.name.pooled)
+      item.name.offset += shift;
+    if (!item.value.pooled)
+      item.value.offset += shift;
+    m_items.push_back(item);
+  }
+}
+
+// ---- the map ----
+
+HBOIpPresetParams::const_iterator HBOIpPresetParams::find(std::string_view name) const {
+  const Slot *first = m_slots;
+  const Slot *last = m_slots + m_size;
+  const Slot *it = std::lower_bound(first, last, name, [](const Slot &slot, std::string_view key) {
+    return std::string_view(*slot.name) < key;
+  });
+  if (it != last && std::string_view(*it->name) == name)
+    return const_iterator(it);
+  return end();
+}
+
+void HBOIpPresetParams::release_() {
+  if (!m_slots)
+    return;
+  auto *texts = reinterpret_cast<std::string *>(m_slots + m_size);
+  for (std::uint32_t i = 0; i < m_localTexts; ++i)
+    texts[i].~basic_string();
+  ::operator delete(m_slots);
+  m_slots = nullptr;
+  m_size = 0;
+  m_localTexts = 0;
+}
+
+void HBOIpPresetParams::assign(Builder &builder) {
+  using Item = Builder::Item;
+  const std::vector<Item> &items = builder.m_items;
+  // Sorted by name, and equal names by their order of arrival, so that the
+  // last of each run is the value that stays.
+  std::vector<std::uint32_t> &order = builder.m_order;
+  order.resize(items.size());
+  std::iota(order.begin(), order.end(), 0u);
+  std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+    const int cmp = builder.view_(items[a].name).compare(builder.view_(items[b].name));
+    return cmp < 0 || (cmp == 0 && a < b);
+  });
+  std::size_t kept = 0;
+  std::size_t localTexts = 0;
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if (i + 1 < order.size() &&
+        builder.view_(items[order[i]].name) == builder.view_(items[order[i + 1]].name)) {
+      order[i] = kDropped;
+      continue;
+    }
+    ++kept;
+    localTexts += (items[order[i]].name.pooled ? 0 : 1) + (items[order[i]].value.pooled ? 0 : 1);
+  }
+
+  release_();
+  if (kept == 0)
+    return;
+  static_assert(sizeof(Slot) % alignof(std::string) == 0, "the texts follow the slots unpadded");
+  void *block = ::operator new(kept * sizeof(Slot) + localTexts * sizeof(std::string));
+  auto *slots = static_cast<Slot *>(block);
+  auto *texts = reinterpret_cast<std::string *>(slots + kept);
+  m_slots = slots;
+  m_size = static_cast<std::uint32_t>(kept);
+  // Counted as they are made: a copy that throws leaves a block that
+  // release_ can take apart.
+  m_localTexts = 0;
+  auto textOf = [&](const Builder::Text &text) -> const std::string * {
+    if (text.pooled)
+      return text.pooled;
+    std::string *made = new (texts + m_localTexts) std::string(builder.view_(text));
+    ++m_localTexts;
+    return made;
+  };
+  try {
+    Slot *slot = slots;
+    for (std::uint32_t index : order) {
+      if (index == kDropped)
+        continue;
+      const std::string *name = textOf(items[index].name);
+      const std::string *value = textOf(items[index].value);
+      new (slot++) Slot{name, value};
+    }
+  } catch (...) {
+    release_();
+    throw;
+  }
+}
+
+void HBOIpPresetParams::appendTo(Builder &builder) const {
+  const auto *texts = reinterpret_cast<const std::string *>(m_slots + m_size);
+  auto isLocal = [&](const std::string *text) {
+    return text >= texts && text < texts + m_localTexts;
+  };
+  for (const Slot *slot = m_slots; slot != m_slots + m_size; ++slot) {
+    Builder::Text name =
+        isLocal(slot->name) ? builder.local_(*slot->name) : Builder::Text{slot->name, 0, 0};
+    Builder::Text value =
+        isLocal(slot->value) ? builder.local_(*slot->value) : Builder::Text{slot->value, 0, 0};
+    builder.m_items.push_back(Builder::Item{name, value});
+  }
+}
