@@ -39,9 +39,16 @@ std::string resolveCsv(const std::string &value, const HBOBoard *owner) {
 
 HBOIpPreset::~HBOIpPreset() { zeb::forgetScriptHandles(this); }
 
-bool HBOIpPreset::isPreset() const { return HBOCommon::iEquals(m_kind, "preset"); }
+void HBOIpPreset::setPresetorAssocIntf(std::string_view kind) {
+  const std::string text(kind);
+  m_kind = HBOCommon::iEquals(text, "preset")       ? Kind::Preset
+           : HBOCommon::iEquals(text, "assoc_intf") ? Kind::AssocIntf
+                                                    : Kind::Other;
+}
 
-bool HBOIpPreset::isAssocIntf() const { return HBOCommon::iEquals(m_kind, "assoc_intf"); }
+bool HBOIpPreset::isPreset() const { return m_kind == Kind::Preset; }
+
+bool HBOIpPreset::isAssocIntf() const { return m_kind == Kind::AssocIntf; }
 
 void HBOIpPreset::settleParams_() const {
   if (m_paramsSettled.load(std::memory_order_acquire))
@@ -107,7 +114,7 @@ void HBOIpPreset::setParams(ParamMap::Builder &params) {
 }
 
 void HBOIpPreset::display(int indent) const {
-  std::cout << std::string(indent > 0 ? indent : 0, '-') << "Preset - Name: " << m_name
+  std::cout << std::string(indent > 0 ? indent : 0, '-') << "Preset - Name: " << *m_name
             << " Preset Name: " << m_presetName << " Preset Proc Name: " << m_presetProcName
-            << " IP Interface Name: " << m_ipInterface << "\n";
+            << " IP Interface Name: " << *m_ipInterface << "\n";
 }

@@ -5,6 +5,7 @@
 #define BOARDLIB_HBOIPPRESET_H
 
 #include "HBOIpPresetParams.h"
+#include "HSTIntern.h"
 
 #include <atomic>
 #include <memory>
@@ -23,23 +24,27 @@ public:
   HBOIpPreset(const HBOIpPreset &) = delete;
   HBOIpPreset &operator=(const HBOIpPreset &) = delete;
 
-  const std::string &getVendor() const { return m_vendor; }
-  void setVendor(std::string vendor) { m_vendor = std::move(vendor); }
-  const std::string &getLibrary() const { return m_library; }
-  void setLibrary(std::string library) { m_library = std::move(library); }
-  const std::string &getName() const { return m_name; }
-  void setName(std::string name) { m_name = std::move(name); }
+  // The IP's vendor, library, name, version and interface come from the IP
+  // catalog's vocabulary, the same on many boards: they are pooled.
+  const std::string &getVendor() const { return *m_vendor; }
+  void setVendor(std::string_view vendor) { m_vendor = &HSTIntern::get(vendor); }
+  const std::string &getLibrary() const { return *m_library; }
+  void setLibrary(std::string_view library) { m_library = &HSTIntern::get(library); }
+  const std::string &getName() const { return *m_name; }
+  void setName(std::string_view name) { m_name = &HSTIntern::get(name); }
   const std::string &getPresetProcName() const { return m_presetProcName; }
   void setPresetProcName(std::string name) { m_presetProcName = std::move(name); }
-  const std::string &getVersion() const { return m_version; }
-  void setVersion(std::string version) { m_version = std::move(version); }
-  const std::string &getIpInterface() const { return m_ipInterface; }
-  void setIpInterface(std::string ipInterface) { m_ipInterface = std::move(ipInterface); }
+  const std::string &getVersion() const { return *m_version; }
+  void setVersion(std::string_view version) { m_version = &HSTIntern::get(version); }
+  const std::string &getIpInterface() const { return *m_ipInterface; }
+  void setIpInterface(std::string_view ipInterface) {
+    m_ipInterface = &HSTIntern::get(ipInterface);
+  }
   const std::string &getPresetName() const { return m_presetName; }
   void setPresetName(std::string presetName) { m_presetName = std::move(presetName); }
 
   /// "preset" or "assoc_intf".
-  void setPresetorAssocIntf(std::string kind) { m_kind = std::move(kind); }
+  void setPresetorAssocIntf(std::string_view kind);
   /// The kind compared ignoring case; a kind that is neither word answers
   /// false to both.
   bool isPreset() const;
@@ -60,8 +65,8 @@ public:
   /// The value to store for \p value, resolved as setParam does.
   std::string_view resolveValue(std::string_view value, std::string &scratch) const;
 
-  const std::string &getValueType() const { return m_valueType; }
-  void setValueType(std::string valueType) { m_valueType = std::move(valueType); }
+  const std::string &getValueType() const { return *m_valueType; }
+  void setValueType(std::string_view valueType) { m_valueType = &HSTIntern::get(valueType); }
   HBOBoard *getOwner() const { return m_owner; }
   void setOwner(HBOBoard *owner) { m_owner = owner; }
 
@@ -69,14 +74,18 @@ public:
   void display(int indent) const;
 
 private:
-  std::string m_vendor;
-  std::string m_library;
-  std::string m_name;
+  enum class Kind : unsigned char { Preset, AssocIntf, Other };
+
+  const std::string *m_vendor = &HSTIntern::empty();
+  const std::string *m_library = &HSTIntern::empty();
+  const std::string *m_name = &HSTIntern::empty();
+  const std::string *m_version = &HSTIntern::empty();
+  const std::string *m_ipInterface = &HSTIntern::empty();
+  const std::string *m_valueType = &HSTIntern::empty();
   std::string m_presetProcName;
-  std::string m_version;
-  std::string m_ipInterface;
   std::string m_presetName;
-  std::string m_kind = "preset";
+  HBOBoard *m_owner = nullptr;
+  Kind m_kind = Kind::Preset;
   /// Merges what setParam added into the parameters, once, before a read.
   void settleParams_() const;
 
@@ -85,8 +94,6 @@ private:
   // them in one go, and never leaves any.
   mutable std::unique_ptr<ParamMap::Builder> m_pending;
   mutable std::atomic<bool> m_paramsSettled{true};
-  std::string m_valueType;
-  HBOBoard *m_owner = nullptr;
 };
 
 #endif

@@ -17,6 +17,7 @@
 #include "HUTFile.h"
 #include "HXMLWElement.h"
 
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -65,22 +66,41 @@ void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPr
   HBOCommon::deleteDistinct(replaced);
 }
 
+// The record's name: its procedure and the IP it applies to, in one string
+// made in one go.
 std::string presetNameOf(const HBOIpPreset &preset) {
-  return preset.getPresetProcName() + ":" + preset.getVendor() + ":" + preset.getLibrary() + ":" +
-         preset.getName() + ":" + preset.getVersion() + ":" + preset.getIpInterface();
+  const std::string *parts[] = {&preset.getPresetProcName(), &preset.getVendor(),
+                                &preset.getLibrary(),        &preset.getName(),
+                                &preset.getVersion(),        &preset.getIpInterface()};
+  std::size_t size = 0;
+  for (const std::string *part : parts)
+    size += part->size() + 1;
+  std::string out;
+  out.reserve(size);
+  for (std::size_t i = 0; i < std::size(parts); ++i) {
+    if (i > 0)
+      out += ':';
+    out += *parts[i];
+  }
+  return out;
 }
 
 // Reads the five identifying attributes of an ip element into the record.
 void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner,
                     HBOParsedVLNVs *parsed) {
-  std::string vendor = ip.getAttribute("vendor");
-  std::string library = ip.getAttribute("library");
-  std::string name = ip.getAttribute("name");
-  std::string version = ip.getAttribute("version");
+  std::string_view vendor = ip.getAttributeView("vendor");
+  std::string_view library = ip.getAttributeView("library");
+  std::string_view name = ip.getAttributeView("name");
+  std::string_view version = ip.getAttributeView("version");
   // The collector sees the file's own text, before any default applies.
-  if (parsed)
-    parsed->preferredIpVlnvs.insert(vendor + ":" + library + ":" + name + ":" + version);
-  std::string ipInterface = ip.getAttribute("ip_interface");
+  if (parsed) {
+    std::string vlnv;
+    vlnv.reserve(vendor.size() + library.size() + name.size() + version.size() + 3);
+    vlnv.append(vendor).append(1, ':').append(library).append(1, ':');
+    vlnv.append(name).append(1, ':').append(version);
+    parsed->preferredIpVlnvs.insert(std::move(vlnv));
+  }
+  std::string_view ipInterface = ip.getAttributeView("ip_interface");
   if (version.empty())
     version = "*";
   if (ipInterface.empty())
