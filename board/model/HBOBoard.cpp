@@ -370,17 +370,17 @@ void HBOBoard::setBoardDataProps(const std::map<std::string, boost::any> &data) 
   m_dataProps.setData(data);
 }
 
-void HBOBoard::setIpPreset(const std::string &name, const std::vector<HBOIpPreset *> &presets) {
+void HBOBoard::setIpPreset(const std::string &name, std::vector<HBOIpPreset *> presets) {
   if (name.empty())
     return;
-  m_ipPresets[HBOCommon::toUpperCopy(name)] = presets;
+  m_ipPresets[HBOCommon::toUpperCopy(name)] = std::move(presets);
 }
 
 void HBOBoard::setIpAssociatedInterface(const std::string &name,
-                                        const std::vector<HBOIpPreset *> &presets) {
+                                        std::vector<HBOIpPreset *> presets) {
   if (name.empty())
     return;
-  m_ipAssocInterfaces[HBOCommon::toUpperCopy(name)] = presets;
+  m_ipAssocInterfaces[HBOCommon::toUpperCopy(name)] = std::move(presets);
 }
 
 void HBOBoard::addBoardComponent(HBOBoardComponent *component) {

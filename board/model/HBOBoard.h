@@ -185,8 +185,8 @@ public:
   const HBOBoardDataProps &getBoardDataProps() const { return m_dataProps; }
 
   /// Under the upper-cased name; an empty name is ignored.
-  void setIpPreset(const std::string &name, const std::vector<HBOIpPreset *> &presets);
-  void setIpAssociatedInterface(const std::string &name, const std::vector<HBOIpPreset *> &presets);
+  void setIpPreset(const std::string &name, std::vector<HBOIpPreset *> presets);
+  void setIpAssociatedInterface(const std::string &name, std::vector<HBOIpPreset *> presets);
   const PresetMap &getIpPresets() const { return m_ipPresets; }
   const PresetMap &getIpAssociatedInterfaces() const { return m_ipAssocInterfaces; }
 

@@ -72,7 +72,7 @@ const HBOIpPreset::ParamMap &HBOIpPreset::getParamList() const {
   return m_params;
 }
 
-bool HBOIpPreset::getParamValue(const std::string &name, std::string &value) const {
+bool HBOIpPreset::getParamValue(std::string_view name, std::string &value) const {
   settleParams_();
   auto it = m_params.find(name);
   if (it == m_params.end())

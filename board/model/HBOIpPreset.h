@@ -53,7 +53,7 @@ public:
   /// In name order.
   const ParamMap &getParamList() const;
   /// False, \p value untouched, when \p name is not there.
-  bool getParamValue(const std::string &name, std::string &value) const;
+  bool getParamValue(std::string_view name, std::string &value) const;
   /// Stores \p value under \p name; a bare file name ending in ".csv" is
   /// resolved beside the owner's board file when it exists there. False
   /// only for an empty name.

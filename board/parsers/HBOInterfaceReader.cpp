@@ -160,10 +160,10 @@ void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string 
   const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
   auto found = presets.find(HSTStringUtils::toUpper(presetProc));
   if (found != presets.end() && !found->second.empty() && found->second.front()) {
-    std::string file;
-    found->second.front()->getParamValue("CONFIG.XML_INPUT_FILE", file);
-    if (!file.empty())
-      interface->setPresetFile(file);
+    const HBOIpPreset::ParamMap &params = found->second.front()->getParamList();
+    auto file = params.find("CONFIG.XML_INPUT_FILE");
+    if (file != params.end() && !file->second.empty())
+      interface->setPresetFile(file->second);
   } else if (m_ctx.strictChecks && m_ctx.sendMessages) {
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
   }

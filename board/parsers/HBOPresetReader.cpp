@@ -36,6 +36,7 @@ public:
     for (HBOIpPreset *preset : m_presets)
       delete preset;
   }
+  void reserve(std::size_t count) { m_presets.reserve(count); }
   void add(std::unique_ptr<HBOIpPreset> preset) { m_presets.push_back(preset.release()); }
   std::vector<HBOIpPreset *> release() {
     std::vector<HBOIpPreset *> out;
@@ -62,7 +63,7 @@ void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPr
   auto it = map.find(HBOCommon::toUpperCopy(name));
   if (it != map.end())
     replaced = it->second;
-  set(name, records);
+  set(name, std::move(records));
   HBOCommon::deleteDistinct(replaced);
 }
 
@@ -190,6 +191,8 @@ bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HB
   for (HXMLWElement element : root->children("ip_preset")) {
     std::string procName = element.getAttribute("preset_proc_name");
     PendingPresets records;
+    // Sized once: the list goes to the board as it is.
+    records.reserve(std::distance(element.children().begin(), element.children().end()));
     for (HXMLWElement ip : element.children()) {
       std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
       preset->setPresetProcName(procName);
@@ -198,8 +201,8 @@ bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HB
     }
     // A later ip_preset of the same name, in any case, replaces this one.
     handOver(m_ctx.board->getIpPresets(), procName, records,
-             [this](const std::string &name, const std::vector<HBOIpPreset *> &v) {
-               m_ctx.board->setIpPreset(name, v);
+             [this](const std::string &name, std::vector<HBOIpPreset *> v) {
+               m_ctx.board->setIpPreset(name, std::move(v));
              });
   }
   return true;
@@ -276,8 +279,8 @@ bool HBOPresetReader::readIpAssociatedInterfaces(HXMLWElement *root, std::string
           records.add(std::move(preset));
       }
       handOver(m_ctx.board->getIpAssociatedInterfaces(), name, records,
-               [this](const std::string &key, const std::vector<HBOIpPreset *> &v) {
-                 m_ctx.board->setIpAssociatedInterface(key, v);
+               [this](const std::string &key, std::vector<HBOIpPreset *> v) {
+                 m_ctx.board->setIpAssociatedInterface(key, std::move(v));
                });
     }
   }
