@@ -115,6 +115,6 @@ void HBOIpPreset::setParams(ParamMap::Builder &params) {
 
 void HBOIpPreset::display(int indent) const {
   std::cout << std::string(indent > 0 ? indent : 0, '-') << "Preset - Name: " << *m_name
-            << " Preset Name: " << m_presetName << " Preset Proc Name: " << m_presetProcName
+            << " Preset Name: " << m_presetName << " Preset Proc Name: " << *m_presetProcName
             << " IP Interface Name: " << *m_ipInterface << "\n";
 }

@@ -32,8 +32,10 @@ public:
   void setLibrary(std::string_view library) { m_library = &HSTIntern::get(library); }
   const std::string &getName() const { return *m_name; }
   void setName(std::string_view name) { m_name = &HSTIntern::get(name); }
-  const std::string &getPresetProcName() const { return m_presetProcName; }
-  void setPresetProcName(std::string name) { m_presetProcName = std::move(name); }
+  /// Procedure names ("ddr4_sdram_preset") recur across the records of a
+  /// procedure and across boards: pooled too.
+  const std::string &getPresetProcName() const { return *m_presetProcName; }
+  void setPresetProcName(std::string_view name) { m_presetProcName = &HSTIntern::get(name); }
   const std::string &getVersion() const { return *m_version; }
   void setVersion(std::string_view version) { m_version = &HSTIntern::get(version); }
   const std::string &getIpInterface() const { return *m_ipInterface; }
@@ -82,7 +84,7 @@ private:
   const std::string *m_version = &HSTIntern::empty();
   const std::string *m_ipInterface = &HSTIntern::empty();
   const std::string *m_valueType = &HSTIntern::empty();
-  std::string m_presetProcName;
+  const std::string *m_presetProcName = &HSTIntern::empty();
   std::string m_presetName;
   HBOBoard *m_owner = nullptr;
   Kind m_kind = Kind::Preset;

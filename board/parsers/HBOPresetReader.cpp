@@ -13,6 +13,7 @@
 #include "HBOParseContext.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
+#include "HSTIntern.h"
 #include "HSTStringUtils.h"
 #include "HUTFile.h"
 #include "HXMLWElement.h"
@@ -189,7 +190,7 @@ bool HBOPresetReader::readIpPresets(HXMLWElement *root, std::map<std::string, HB
     return false;
   // The records go to the board itself; the caller's map stays as it was.
   for (HXMLWElement element : root->children("ip_preset")) {
-    std::string procName = element.getAttribute("preset_proc_name");
+    const std::string &procName = HSTIntern::get(element.getAttributeView("preset_proc_name"));
     PendingPresets records;
     // Sized once: the list goes to the board as it is.
     records.reserve(std::distance(element.children().begin(), element.children().end()));
