@@ -158,7 +158,11 @@ void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string 
   // The preset file is read before the components, so every procedure of
   // the board is known by now.
   const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
-  auto found = presets.find(HSTStringUtils::toUpper(presetProc));
+  // The key in upper case, in a buffer that every interface reuses.
+  thread_local std::string key;
+  key.assign(presetProc);
+  key = HSTStringUtils::toUpper(std::move(key));
+  auto found = presets.find(key);
   if (found != presets.end() && !found->second.empty() && found->second.front()) {
     const HBOIpPreset::ParamMap &params = found->second.front()->getParamList();
     auto file = params.find("CONFIG.XML_INPUT_FILE");
