@@ -8,6 +8,7 @@
 #include <boost/filesystem.hpp>
 
 #include <iostream>
+#include <iterator>
 #include <mutex>
 
 namespace {
@@ -38,6 +39,40 @@ std::string resolveCsv(const std::string &value, const HBOBoard *owner) {
 } // namespace
 
 HBOIpPreset::~HBOIpPreset() { zeb::forgetScriptHandles(this); }
+
+const std::string &HBOIpPreset::getPresetName() const {
+  if (!m_presetNamePending.load(std::memory_order_acquire))
+    return m_presetName;
+  // Loaded boards may be read from several threads.
+  static std::mutex mutex;
+  std::lock_guard<std::mutex> lock(mutex);
+  if (m_presetNamePending.load(std::memory_order_relaxed)) {
+    const std::string *parts[] = {m_presetProcName, m_vendor,  m_library,
+                                  m_name,           m_version, m_ipInterface};
+    std::size_t size = 0;
+    for (const std::string *part : parts)
+      size += part->size() + 1;
+    m_presetName.clear();
+    m_presetName.reserve(size);
+    for (std::size_t i = 0; i < std::size(parts); ++i) {
+      if (i > 0)
+        m_presetName += ':';
+      m_presetName += *parts[i];
+    }
+    m_presetNamePending.store(false, std::memory_order_release);
+  }
+  return m_presetName;
+}
+
+void HBOIpPreset::setPresetName(std::string presetName) {
+  m_presetName = std::move(presetName);
+  m_presetNamePending.store(false, std::memory_order_release);
+}
+
+void HBOIpPreset::setPresetNameFromIdentity() {
+  m_presetName.clear();
+  m_presetNamePending.store(true, std::memory_order_release);
+}
 
 void HBOIpPreset::setPresetorAssocIntf(std::string_view kind) {
   const std::string text(kind);
@@ -115,6 +150,6 @@ void HBOIpPreset::setParams(ParamMap::Builder &params) {
 
 void HBOIpPreset::display(int indent) const {
   std::cout << std::string(indent > 0 ? indent : 0, '-') << "Preset - Name: " << *m_name
-            << " Preset Name: " << m_presetName << " Preset Proc Name: " << *m_presetProcName
+            << " Preset Name: " << getPresetName() << " Preset Proc Name: " << *m_presetProcName
             << " IP Interface Name: " << *m_ipInterface << "\n";
 }

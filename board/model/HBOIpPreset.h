@@ -42,8 +42,12 @@ public:
   void setIpInterface(std::string_view ipInterface) {
     m_ipInterface = &HSTIntern::get(ipInterface);
   }
-  const std::string &getPresetName() const { return m_presetName; }
-  void setPresetName(std::string presetName) { m_presetName = std::move(presetName); }
+  const std::string &getPresetName() const;
+  void setPresetName(std::string presetName);
+  /// The name becomes "proc:vendor:library:name:version:interface" of the
+  /// identity as it stands when the name is first asked for: a catalog
+  /// that never shows the record never pays for the string.
+  void setPresetNameFromIdentity();
 
   /// "preset" or "assoc_intf".
   void setPresetorAssocIntf(std::string_view kind);
@@ -85,9 +89,10 @@ private:
   const std::string *m_ipInterface = &HSTIntern::empty();
   const std::string *m_valueType = &HSTIntern::empty();
   const std::string *m_presetProcName = &HSTIntern::empty();
-  std::string m_presetName;
+  mutable std::string m_presetName;
   HBOBoard *m_owner = nullptr;
   Kind m_kind = Kind::Preset;
+  mutable std::atomic<bool> m_presetNamePending{false};
   /// Merges what setParam added into the parameters, once, before a read.
   void settleParams_() const;
 

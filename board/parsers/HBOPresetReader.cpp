@@ -18,7 +18,6 @@
 #include "HUTFile.h"
 #include "HXMLWElement.h"
 
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -68,25 +67,6 @@ void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPr
   HBOCommon::deleteDistinct(replaced);
 }
 
-// The record's name: its procedure and the IP it applies to, in one string
-// made in one go.
-std::string presetNameOf(const HBOIpPreset &preset) {
-  const std::string *parts[] = {&preset.getPresetProcName(), &preset.getVendor(),
-                                &preset.getLibrary(),        &preset.getName(),
-                                &preset.getVersion(),        &preset.getIpInterface()};
-  std::size_t size = 0;
-  for (const std::string *part : parts)
-    size += part->size() + 1;
-  std::string out;
-  out.reserve(size);
-  for (std::size_t i = 0; i < std::size(parts); ++i) {
-    if (i > 0)
-      out += ':';
-    out += *parts[i];
-  }
-  return out;
-}
-
 // Reads the five identifying attributes of an ip element into the record.
 void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner,
                     HBOParsedVLNVs *parsed) {
@@ -113,7 +93,7 @@ void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner
   preset.setVersion(version);
   preset.setIpInterface(ipInterface);
   preset.setOwner(owner);
-  preset.setPresetName(presetNameOf(preset));
+  preset.setPresetNameFromIdentity();
 }
 
 // Hierarchical parameters nest as deep as a file says; a hostile file must

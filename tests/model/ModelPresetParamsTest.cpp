@@ -98,8 +98,15 @@ TEST(ModelPresetParams, SetParamAfterABulkSetActsAsOneMoreCall) {
             entriesOf(preset.getParamList()));
 }
 
-TEST(ModelPresetParams, ThreadsReadingAtOnceSeeOneSettledMap) {
+TEST(ModelPresetParams, ThreadsReadingAtOnceSeeOneSettledMapAndName) {
   HBOIpPreset preset;
+  preset.setPresetProcName("led_preset");
+  preset.setVendor("quarnel-ip");
+  preset.setLibrary("ip");
+  preset.setName("gpio_ctl");
+  preset.setVersion("*");
+  preset.setIpInterface("GPIO");
+  preset.setPresetNameFromIdentity();
   Entries expected;
   for (int i = 99; i >= 0; --i) {
     const std::string name = "CONFIG.PARAMETER_" + std::to_string(i);
@@ -114,6 +121,7 @@ TEST(ModelPresetParams, ThreadsReadingAtOnceSeeOneSettledMap) {
   std::vector<std::thread> readers;
   for (Entries &out : seen)
     readers.emplace_back([&preset, &out] {
+      out.emplace_back("name", preset.getPresetName());
       std::string value;
       if (preset.getParamValue("CONFIG.PARAMETER_7", value))
         out.emplace_back("value", value);
@@ -122,7 +130,8 @@ TEST(ModelPresetParams, ThreadsReadingAtOnceSeeOneSettledMap) {
     });
   for (std::thread &reader : readers)
     reader.join();
-  expected.insert(expected.begin(), {"value", "7"});
+  expected.insert(expected.begin(),
+                  {{"name", "led_preset:quarnel-ip:ip:gpio_ctl:*:GPIO"}, {"value", "7"}});
   for (const Entries &out : seen)
     EXPECT_EQ(expected, out);
 }
