@@ -60,7 +60,11 @@ void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPr
     return;
   }
   std::vector<HBOIpPreset *> replaced;
-  auto it = map.find(HBOCommon::toUpperCopy(name));
+  // The key in upper case, in a buffer that every procedure reuses.
+  thread_local std::string key;
+  key.assign(name);
+  key = HSTStringUtils::toUpper(std::move(key));
+  auto it = map.find(key);
   if (it != map.end())
     replaced = it->second;
   set(name, std::move(records));
