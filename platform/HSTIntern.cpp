@@ -1,10 +1,12 @@
 #include "HSTIntern.h"
 
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <mutex>
-#include <unordered_map>
+#include <vector>
 
 namespace {
 
@@ -13,10 +15,54 @@ namespace {
 constexpr std::size_t kShards = 32;
 constexpr std::size_t kThreadCacheSlots = 1024;
 
+// A look-up is mostly a miss of the processor's caches: an entry carries
+// the hash and where the text's characters are, so that a probe reads the
+// entry and the characters and nothing else, and the hash is computed once.
+struct Entry {
+  std::size_t hash = 0;
+  const std::string *text = nullptr;
+  const char *data = nullptr;
+  std::size_t size = 0;
+
+  bool holds(std::string_view other, std::size_t otherHash) const {
+    return hash == otherHash && size == other.size() && std::memcmp(data, other.data(), size) == 0;
+  }
+};
+
+// Open addressing with linear probing, at most half full.
 struct Shard {
   std::mutex mutex;
   std::deque<std::string> texts; // stable addresses
-  std::unordered_map<std::string_view, const std::string *> index;
+  std::vector<Entry> table = std::vector<Entry>(64);
+  std::size_t count = 0;
+
+  const std::string &intern(std::string_view text, std::size_t hash) {
+    std::size_t mask = table.size() - 1;
+    std::size_t at = hash & mask;
+    for (; table[at].text; at = (at + 1) & mask) {
+      if (table[at].holds(text, hash))
+        return *table[at].text;
+    }
+    const std::string &stored = texts.emplace_back(text);
+    table[at] = Entry{hash, &stored, stored.data(), stored.size()};
+    if (++count * 2 > table.size())
+      grow();
+    return stored;
+  }
+
+  void grow() {
+    std::vector<Entry> bigger(table.size() * 2);
+    const std::size_t mask = bigger.size() - 1;
+    for (const Entry &entry : table) {
+      if (!entry.text)
+        continue;
+      std::size_t at = entry.hash & mask;
+      while (bigger[at].text)
+        at = (at + 1) & mask;
+      bigger[at] = entry;
+    }
+    table.swap(bigger);
+  }
 };
 
 using Pool = std::array<Shard, kShards>;
@@ -28,17 +74,6 @@ Pool &pool() {
   return *p;
 }
 
-const std::string &internSlow(std::string_view text, std::size_t hash) {
-  Shard &shard = pool()[(hash >> 10) % kShards];
-  std::lock_guard<std::mutex> lock(shard.mutex);
-  auto it = shard.index.find(text);
-  if (it != shard.index.end())
-    return *it->second;
-  const std::string &stored = shard.texts.emplace_back(text);
-  shard.index.emplace(std::string_view(stored), &stored);
-  return stored;
-}
-
 } // namespace
 
 namespace HSTIntern {
@@ -46,14 +81,20 @@ namespace HSTIntern {
 const std::string &get(std::string_view text) {
   if (text.empty())
     return empty();
-  thread_local std::array<const std::string *, kThreadCacheSlots> recent{};
+  thread_local std::array<Entry, kThreadCacheSlots> recent{};
   const std::size_t hash = std::hash<std::string_view>()(text);
-  const std::string *&slot = recent[hash % kThreadCacheSlots];
-  if (slot && *slot == text)
-    return *slot;
-  const std::string &stored = internSlow(text, hash);
-  slot = &stored;
-  return stored;
+  // The table of a shard indexes by the low bits, so the shard takes high ones.
+  Entry &slot = recent[(hash >> 12) % kThreadCacheSlots];
+  if (slot.text && slot.holds(text, hash))
+    return *slot.text;
+  Shard &shard = pool()[(hash >> 24) % kShards];
+  const std::string *stored;
+  {
+    std::lock_guard<std::mutex> lock(shard.mutex);
+    stored = &shard.intern(text, hash);
+  }
+  slot = Entry{hash, stored, stored->data(), stored->size()};
+  return *stored;
 }
 
 const std::string &empty() {
@@ -65,7 +106,7 @@ std::size_t size() {
   std::size_t total = 0;
   for (Shard &shard : pool()) {
     std::lock_guard<std::mutex> lock(shard.mutex);
-    total += shard.texts.size();
+    total += shard.count;
   }
   return total;
 }
