@@ -1,5 +1,6 @@
 #include "HSTIntern.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -15,9 +16,10 @@ namespace {
 constexpr std::size_t kShards = 32;
 constexpr std::size_t kThreadCacheSlots = 1024;
 
-// A look-up is mostly a miss of the processor's caches: an entry carries
-// the hash and where the text's characters are, so that a probe reads the
-// entry and the characters and nothing else, and the hash is computed once.
+// A look-up is mostly a miss of the processor's caches: an entry of a
+// thread's cache carries the hash and where the text's characters are, so
+// that a probe reads the entry and the characters and nothing else, and the
+// hash is computed once.
 struct Entry {
   std::size_t hash = 0;
   const std::string *text = nullptr;
@@ -29,37 +31,65 @@ struct Entry {
   }
 };
 
+// A shard's entry fills one cache line and holds the start of its text, so
+// that the probe for a name of up to kInline characters, the usual case,
+// reads that one line.
+constexpr std::size_t kInline = 32;
+
+struct alignas(64) Slot {
+  std::size_t hash = 0;
+  const std::string *text = nullptr;
+  const char *data = nullptr;
+  std::size_t size = 0;
+  char head[kInline] = {};
+
+  Slot() = default;
+  Slot(std::size_t h, const std::string &stored)
+      : hash(h), text(&stored), data(stored.data()), size(stored.size()) {
+    std::memcpy(head, data, std::min(size, kInline));
+  }
+  bool holds(std::string_view other, std::size_t otherHash) const {
+    if (hash != otherHash || size != other.size())
+      return false;
+    if (size <= kInline)
+      return std::memcmp(head, other.data(), size) == 0;
+    return std::memcmp(head, other.data(), kInline) == 0 &&
+           std::memcmp(data + kInline, other.data() + kInline, size - kInline) == 0;
+  }
+};
+
 // Open addressing with linear probing, at most half full.
 struct Shard {
   std::mutex mutex;
   std::deque<std::string> texts; // stable addresses
-  std::vector<Entry> table = std::vector<Entry>(64);
+  std::vector<Slot> table = std::vector<Slot>(64);
   std::size_t count = 0;
 
-  const std::string &intern(std::string_view text, std::size_t hash) {
+  /// The entry of \p text, made if need be; a copy, as the table may move.
+  Slot intern(std::string_view text, std::size_t hash) {
     std::size_t mask = table.size() - 1;
     std::size_t at = hash & mask;
     for (; table[at].text; at = (at + 1) & mask) {
       if (table[at].holds(text, hash))
-        return *table[at].text;
+        return table[at];
     }
-    const std::string &stored = texts.emplace_back(text);
-    table[at] = Entry{hash, &stored, stored.data(), stored.size()};
+    table[at] = Slot(hash, texts.emplace_back(text));
+    Slot made = table[at];
     if (++count * 2 > table.size())
       grow();
-    return stored;
+    return made;
   }
 
   void grow() {
-    std::vector<Entry> bigger(table.size() * 2);
+    std::vector<Slot> bigger(table.size() * 2);
     const std::size_t mask = bigger.size() - 1;
-    for (const Entry &entry : table) {
-      if (!entry.text)
+    for (const Slot &slot : table) {
+      if (!slot.text)
         continue;
-      std::size_t at = entry.hash & mask;
+      std::size_t at = slot.hash & mask;
       while (bigger[at].text)
         at = (at + 1) & mask;
-      bigger[at] = entry;
+      bigger[at] = slot;
     }
     table.swap(bigger);
   }
@@ -88,13 +118,13 @@ const std::string &get(std::string_view text) {
   if (slot.text && slot.holds(text, hash))
     return *slot.text;
   Shard &shard = pool()[(hash >> 24) % kShards];
-  const std::string *stored;
+  Slot found;
   {
     std::lock_guard<std::mutex> lock(shard.mutex);
-    stored = &shard.intern(text, hash);
+    found = shard.intern(text, hash);
   }
-  slot = Entry{hash, stored, stored->data(), stored->size()};
-  return *stored;
+  slot = Entry{hash, found.text, found.data, found.size};
+  return *found.text;
 }
 
 const std::string &empty() {
