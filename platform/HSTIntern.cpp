@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <deque>
@@ -64,6 +65,15 @@ struct Shard {
   std::deque<std::string> texts; // stable addresses
   std::vector<Slot> table = std::vector<Slot>(64);
   std::size_t count = 0;
+  // Where the table is, for prefetching without the lock: a prefetch of a
+  // table that has just been replaced only wastes a fetch.
+  std::atomic<const Slot *> published{table.data()};
+  std::atomic<std::size_t> publishedMask{table.size() - 1};
+
+  void prefetch(std::size_t hash) const {
+    const Slot *slots = published.load(std::memory_order_relaxed);
+    __builtin_prefetch(slots + (hash & publishedMask.load(std::memory_order_relaxed)));
+  }
 
   /// The entry of \p text, made if need be; a copy, as the table may move.
   Slot intern(std::string_view text, std::size_t hash) {
@@ -92,6 +102,8 @@ struct Shard {
       bigger[at] = slot;
     }
     table.swap(bigger);
+    publishedMask.store(table.size() - 1, std::memory_order_relaxed);
+    published.store(table.data(), std::memory_order_relaxed);
   }
 };
 
@@ -108,23 +120,61 @@ Pool &pool() {
 
 namespace HSTIntern {
 
-const std::string &get(std::string_view text) {
-  if (text.empty())
-    return empty();
-  thread_local std::array<Entry, kThreadCacheSlots> recent{};
-  const std::size_t hash = std::hash<std::string_view>()(text);
-  // The table of a shard indexes by the low bits, so the shard takes high ones.
-  Entry &slot = recent[(hash >> 12) % kThreadCacheSlots];
-  if (slot.text && slot.holds(text, hash))
-    return *slot.text;
-  Shard &shard = pool()[(hash >> 24) % kShards];
+namespace {
+
+using ThreadCache = std::array<Entry, kThreadCacheSlots>;
+
+ThreadCache &threadCache() {
+  thread_local ThreadCache recent{};
+  return recent;
+}
+
+std::size_t hashOf(std::string_view text) { return std::hash<std::string_view>()(text); }
+// The table of a shard indexes by the low bits, so the others take high ones.
+Entry &cacheSlot(ThreadCache &cache, std::size_t hash) {
+  return cache[(hash >> 12) % kThreadCacheSlots];
+}
+Shard &shardOf(std::size_t hash) { return pool()[(hash >> 24) % kShards]; }
+
+const std::string &lookUp(std::string_view text, std::size_t hash, Entry &cached) {
+  if (cached.text && cached.holds(text, hash))
+    return *cached.text;
+  Shard &shard = shardOf(hash);
   Slot found;
   {
     std::lock_guard<std::mutex> lock(shard.mutex);
     found = shard.intern(text, hash);
   }
-  slot = Entry{hash, found.text, found.data, found.size};
+  cached = Entry{hash, found.text, found.data, found.size};
   return *found.text;
+}
+
+} // namespace
+
+const std::string &get(std::string_view text) {
+  if (text.empty())
+    return empty();
+  const std::size_t hash = hashOf(text);
+  return lookUp(text, hash, cacheSlot(threadCache(), hash));
+}
+
+void getMany(const std::string_view *texts, std::size_t count, const std::string **out) {
+  ThreadCache &cache = threadCache();
+  // In rounds, so that the hashes stay on the stack and the fetches of one
+  // round are still in the caches when they are read.
+  constexpr std::size_t kRound = 32;
+  std::size_t hashes[kRound];
+  for (std::size_t start = 0; start < count; start += kRound) {
+    const std::size_t end = std::min(count, start + kRound);
+    for (std::size_t i = start; i < end; ++i) {
+      hashes[i - start] = hashOf(texts[i]);
+      shardOf(hashes[i - start]).prefetch(hashes[i - start]);
+    }
+    for (std::size_t i = start; i < end; ++i)
+      out[i] = texts[i].empty()
+                   ? &empty()
+                   : &lookUp(texts[i], hashes[i - start], cacheSlot(cache, hashes[i - start]));
+  }
 }
 
 const std::string &empty() {

@@ -56,13 +56,30 @@ std::string_view HBOIpPresetParams::Builder::view_(const Text &text) const {
   return std::string_view(m_text).substr(text.offset, text.size);
 }
 
+// Pooled later, all at once: the pool is faster with many names at a time.
 void HBOIpPresetParams::Builder::addPooledName(std::string_view name, std::string_view value) {
-  m_items.push_back(Item{Text{&HSTIntern::get(name), 0, 0}, value_(value)});
+  Text nameText = local_(name);
+  m_items.push_back(Item{nameText, value_(value), true});
 }
 
 void HBOIpPresetParams::Builder::addLocalName(std::string_view name, std::string_view value) {
   Text nameText = local_(name);
-  m_items.push_back(Item{nameText, value_(value)});
+  m_items.push_back(Item{nameText, value_(value), false});
+}
+
+void HBOIpPresetParams::Builder::poolNames_() {
+  m_toPool.clear();
+  for (const Item &item : m_items)
+    if (item.poolName && !item.name.pooled)
+      m_toPool.push_back(view_(item.name));
+  if (m_toPool.empty())
+    return;
+  m_pooled.resize(m_toPool.size());
+  HSTIntern::getMany(m_toPool.data(), m_toPool.size(), m_pooled.data());
+  std::size_t next = 0;
+  for (Item &item : m_items)
+    if (item.poolName && !item.name.pooled)
+      item.name = Text{m_pooled[next++], 0, 0};
 }
 
 void HBOIpPresetParams::Builder::append(const Builder &other) {
@@ -104,6 +121,7 @@ void HBOIpPresetParams::release_() {
 
 void HBOIpPresetParams::assign(Builder &builder) {
   using Item = Builder::Item;
+  builder.poolNames_();
   const std::vector<Item> &items = builder.m_items;
   // Sorted by name, and equal names by their order of arrival, so that the
   // last of each run is the value that stays.
@@ -170,6 +188,6 @@ void HBOIpPresetParams::appendTo(Builder &builder) const {
         isLocal(slot->name) ? builder.local_(*slot->name) : Builder::Text{slot->name, 0, 0};
     Builder::Text value =
         isLocal(slot->value) ? builder.local_(*slot->value) : Builder::Text{slot->value, 0, 0};
-    builder.m_items.push_back(Builder::Item{name, value});
+    builder.m_items.push_back(Builder::Item{name, value, false});
   }
 }

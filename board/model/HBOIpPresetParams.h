@@ -101,6 +101,7 @@ public:
     struct Item {
       Text name;
       Text value;
+      bool poolName; // and the name is still in m_text
     };
     Text local_(std::string_view text);
     Text value_(std::string_view text);
@@ -108,7 +109,11 @@ public:
 
     std::vector<Item> m_items;
     std::string m_text;
+    void poolNames_();
+
     std::vector<std::uint32_t> m_order; // scratch of assign
+    std::vector<std::string_view> m_toPool;
+    std::vector<const std::string *> m_pooled;
   };
 
   HBOIpPresetParams() = default;

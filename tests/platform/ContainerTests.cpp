@@ -8,6 +8,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -76,6 +77,18 @@ TEST(HSTIntern, EqualTextsShareOneCopyAcrossThreads) {
   EXPECT_EQ(*seen[0].back(), "LVCMOS18");
   EXPECT_EQ(seen[0][7], &HSTIntern::get(std::string("value_") + "7"));
   EXPECT_EQ(*seen[0][7], "value_7");
+  EXPECT_EQ(pooled + 2001, HSTIntern::size());
+
+  // Many at once, in more than one round, give what one at a time gave.
+  std::vector<std::string> names;
+  for (int i = 0; i < 100; ++i)
+    names.push_back("value_" + std::to_string(i % 2 ? i : 1999 - i));
+  names.push_back("");
+  std::vector<std::string_view> views(names.begin(), names.end());
+  std::vector<const std::string *> many(views.size());
+  HSTIntern::getMany(views.data(), views.size(), many.data());
+  for (std::size_t i = 0; i < names.size(); ++i)
+    EXPECT_EQ(&HSTIntern::get(names[i]), many[i]) << names[i];
   EXPECT_EQ(pooled + 2001, HSTIntern::size());
 }
 
