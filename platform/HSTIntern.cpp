@@ -59,7 +59,8 @@ struct alignas(64) Slot {
   }
 };
 
-// Open addressing with linear probing, at most half full.
+// Open addressing with linear probing, at most three quarters full: an entry
+// is a whole cache line, and a probe that runs on mostly reads the next one.
 struct Shard {
   std::mutex mutex;
   std::deque<std::string> texts; // stable addresses
@@ -85,7 +86,7 @@ struct Shard {
     }
     table[at] = Slot(hash, texts.emplace_back(text));
     Slot made = table[at];
-    if (++count * 2 > table.size())
+    if (++count * 4 > table.size() * 3)
       grow();
     return made;
   }
