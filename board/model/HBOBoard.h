@@ -39,6 +39,10 @@ public:
   HBOBoard() = default;
   /// Drops the board from the script caches, then deletes what it owns.
   ~HBOBoard();
+  /// The shell of an integrated board: a deep copy of \p src named
+  /// src vendor:\p newBoardName:src version, with no file, power rails,
+  /// data properties, connected-board maps or compatibility caches.
+  HBOBoard(const HBOBoard &src, std::string newBoardName);
   HBOBoard(const HBOBoard &) = delete;
   HBOBoard &operator=(const HBOBoard &) = delete;
 
@@ -257,6 +261,40 @@ public:
   /// Debug dump on standard output.
   void display(int indent) const;
 
+  // ---- deep copy (board/integrated/HBOBoardDeepCopy.cpp) ----
+
+  /// Pulls all of \p src into this board, names carrying \p prefix: its
+  /// parameters, JTAG chains, jumpers, images, components (no FPGA),
+  /// connections, presets and associated interfaces.
+  void copyBoardInformation(const HBOBoard &src, const std::string &prefix);
+  void copyParameters(const HBOBoard &src, const std::string &prefix);
+  void copyJtagChains(const HBOBoard &src, const std::string &prefix);
+  void copyJumpers(const HBOBoard &src, const std::string &prefix);
+  void copyImages(const HBOBoard &src, const std::string &prefix);
+  /// Leaves out an FPGA, and a component whose "connects_with" parameter
+  /// names another connector than \p prefix.
+  void copyComponents(const HBOBoard &src, const std::string &prefix);
+  void copyBoardBuses(const HBOBoard &src, const std::string &prefix);
+  void copyPresets(const HBOBoard &src, const std::string &prefix);
+  void copyAssociatedInterfaces(const HBOBoard &src, const std::string &prefix);
+
+  // ---- composition (board/integrated/HBOBoardComposition.cpp) ----
+
+  /// A new integrated board on \p base with each daughter board plugged
+  /// into its base connector; the caller owns it. Every error (HEXError)
+  /// comes before anything is built.
+  static HBOBoard *createBoard(const HBOBoard *base,
+                               const std::vector<IntegratedConnection> &connections,
+                               const std::string &boardName);
+  /// An older way of merging \p src into this board under \p prefix.
+  void appendBoard(const HBOBoard &src, std::string prefix);
+  /// Wires the same pin index of the two connectors; nothing when either
+  /// is missing.
+  void createConnection(std::string baseConnector, std::string daughterConnector);
+  /// Makes the pins from..to of the component that it lacks, named
+  /// "component_index".
+  bool createPinsForComponent(std::string componentName, int from, int to);
+
   /// Recomputes what the jumpers enable: the is-enabled texts of every
   /// connection, net, component, interface and component mode.
   void updateEnablement();
@@ -273,6 +311,10 @@ public:
                             std::vector<std::string> &out) const;
 
 private:
+  /// Stores \p presets under \p key of the preset or the associated
+  /// interface map, freeing the records the key held unless still listed.
+  void storePresets_(bool associated, const std::string &key, std::vector<HBOIpPreset *> presets);
+
   bool m_userDefined = false;
   std::string m_changeLogFile;
   std::string m_boardFile;

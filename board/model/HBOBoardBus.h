@@ -18,6 +18,9 @@ public:
   HBOBoardBus() = default;
   /// Drops the object from the script caches, then deletes its nets.
   ~HBOBoardBus();
+  /// A copy owned by \p owner: its name, both end components and its
+  /// connection name carry \p prefix; each net is copied for the copy.
+  HBOBoardBus(const HBOBoardBus &src, HBOBoard *owner, const std::string &prefix);
   HBOBoardBus(const HBOBoardBus &) = delete;
   HBOBoardBus &operator=(const HBOBoardBus &) = delete;
 

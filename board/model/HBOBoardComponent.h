@@ -60,6 +60,10 @@ public:
   /// images, interfaces, modes, mux positions, drivers, the model ports that
   /// went through setModelPort and, last, the pins.
   ~HBOBoardComponent();
+  /// A deep copy owned by \p owner (see HBOBoardComponentDeepCopy.cpp):
+  /// names carry \p prefix, the component name lower-cased, and the full
+  /// name is made of the owner's identity. Pins keep their names.
+  HBOBoardComponent(const HBOBoardComponent &src, HBOBoard *owner, const std::string &prefix);
   HBOBoardComponent(const HBOBoardComponent &) = delete;
   HBOBoardComponent &operator=(const HBOBoardComponent &) = delete;
 
@@ -202,6 +206,9 @@ public:
   /// file have none. Pins live in a few blocks of the component's, not one
   /// allocation each.
   HBOPinProps *createPin();
+  /// A copy of \p src kept by the component, as createPin makes them, with
+  /// the component as owner if \p src has one; not yet entered.
+  HBOPinProps *createPin(const HBOPinProps &src, HBOModelPort *port);
   /// Makes room for \p count more pins in one block, and for \p nameBytes
   /// more bytes of their names.
   void reservePins(std::size_t count, std::size_t nameBytes = 0);
@@ -225,6 +232,28 @@ public:
   /// Fills the pins of an older board's ports from the constraints file,
   /// once. Always false: isConstraintsDataPopulated tells the outcome.
   bool populateConstraintsData(std::string file);
+
+  // ---- integrated boards; `this` is the FPGA of the integrated board ----
+
+  /// Brings onto this FPGA every interface of \p daughter whose pins all
+  /// trace through \p base to this FPGA, with its pins renamed to the
+  /// FPGA's and their IO properties passed on. Always true.
+  bool copyInterfacesFromComponent(const HBOBoardComponent *base,
+                                   const HBOBoardComponent *daughter);
+  /// Appends the interfaces of \p daughter that can be brought over whole.
+  void getInterfacesWhichCanBeConnected(const HBOBoardComponent *base,
+                                        const HBOBoardComponent *daughter,
+                                        std::vector<HBOBusIf *> &out) const;
+  /// Daughter pin name to FPGA pin name for each pin of \p intf that traces.
+  void getInterfaceConnectedPins(HBOBusIf *intf, const HBOBoardComponent *base,
+                                 const HBOBoardComponent *daughter,
+                                 std::map<std::string, std::string> &out) const;
+  /// Gives each FPGA pin of \p pinMap the IO properties of the daughter
+  /// pin of \p from that maps to it.
+  void copyInterfacePinProperties(HBOBusIf *from, HBOBusIf *to,
+                                  const std::map<std::string, std::string> &pinMap);
+  /// Renames every interface to "prefix_name", entered under its new name.
+  void prefixInterfaceNames(const std::string &prefix);
 
   // ---- owned records ----
 

@@ -11,6 +11,8 @@ class HBOBoardComponent;
 class HBOBoardComponentDriver {
 public:
   HBOBoardComponentDriver() = default;
+  /// A copy that belongs to \p component.
+  HBOBoardComponentDriver(const HBOBoardComponentDriver &src, HBOBoardComponent *component);
 
   const std::string &getName() const { return m_name; }
   void setName(std::string name) { m_name = std::move(name); }

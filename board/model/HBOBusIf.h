@@ -25,6 +25,12 @@ public:
   /// Drops the object from the script caches, then deletes its parameters,
   /// port maps and preferences. Model ports are not the interface's.
   ~HBOBusIf();
+  /// A copy held by \p owner (and its board): name, display name, the
+  /// jumper and parameter keys, of_component and a non-empty preset
+  /// procedure name carry \p prefix; port maps, model ports, parameters
+  /// and preferred IPs are copied. The new model ports are entered in
+  /// \p owner, which frees them; without an owner none are made.
+  HBOBusIf(const HBOBusIf &src, HBOBoardComponent *owner, const std::string &prefix);
   HBOBusIf(const HBOBusIf &) = delete;
   HBOBusIf &operator=(const HBOBusIf &) = delete;
 

@@ -16,6 +16,8 @@ public:
   HBOBusIfPreference();
   /// Drops the object from the script caches.
   ~HBOBusIfPreference();
+  /// A copy owned by \p owner.
+  HBOBusIfPreference(const HBOBusIfPreference &src, HBOBoard *owner);
   HBOBusIfPreference(const HBOBusIfPreference &) = delete;
   HBOBusIfPreference &operator=(const HBOBusIfPreference &) = delete;
 

@@ -20,6 +20,10 @@ public:
   HBOComponentMode() = default;
   /// Drops the object from the script caches, then deletes its preferred IPs.
   ~HBOComponentMode();
+  /// A copy owned by \p owner: name, display name and the interface names
+  /// carry \p prefix; each preferred IP is copied for the owner's board.
+  HBOComponentMode(const HBOComponentMode &src, HBOBoardComponent *owner,
+                   const std::string &prefix);
   HBOComponentMode(const HBOComponentMode &) = delete;
   HBOComponentMode &operator=(const HBOComponentMode &) = delete;
 

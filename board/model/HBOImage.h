@@ -11,6 +11,8 @@ public:
            std::string resolution, std::string subType);
   /// Drops the object from the script caches first.
   ~HBOImage();
+  /// A copy whose name carries \p prefix.
+  HBOImage(const HBOImage &src, const std::string &prefix);
   HBOImage(const HBOImage &) = delete;
   HBOImage &operator=(const HBOImage &) = delete;
 

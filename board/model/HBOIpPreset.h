@@ -21,6 +21,10 @@ public:
   HBOIpPreset() = default;
   /// Drops the object from the script caches.
   ~HBOIpPreset();
+  /// A copy owned by \p owner: the procedure name carries \p prefix, the
+  /// preset name is rebuilt from it, and the parameter names of an
+  /// associated-interface record (interface names) carry it too.
+  HBOIpPreset(const HBOIpPreset &src, HBOBoard *owner, const std::string &prefix);
   HBOIpPreset(const HBOIpPreset &) = delete;
   HBOIpPreset &operator=(const HBOIpPreset &) = delete;
 

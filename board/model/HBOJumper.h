@@ -12,6 +12,8 @@ public:
   HBOJumper() = default;
   /// Drops the object from the script caches first.
   ~HBOJumper();
+  /// A copy owned by \p owner whose name carries \p prefix; same state.
+  HBOJumper(const HBOJumper &src, HBOBoard *owner, const std::string &prefix);
   HBOJumper(const HBOJumper &) = delete;
   HBOJumper &operator=(const HBOJumper &) = delete;
 

@@ -26,6 +26,9 @@ public:
   HBOModelPort();
   /// Drops the object from the script caches, then deletes the pin records.
   ~HBOModelPort();
+  /// A copy served by \p owner: its name and the name of the interface it
+  /// serves carry \p prefix; direction, range and pin map are copied.
+  HBOModelPort(const HBOModelPort &src, HBOBusIf *owner, const std::string &prefix);
   HBOModelPort(const HBOModelPort &) = delete;
   HBOModelPort &operator=(const HBOModelPort &) = delete;
 

@@ -13,6 +13,8 @@ public:
                std::string valueMax, std::string readOnly);
   /// Drops the object from the script caches first.
   ~HBOParameter();
+  /// A copy whose name carries \p prefix.
+  HBOParameter(const HBOParameter &src, const std::string &prefix);
   HBOParameter(const HBOParameter &) = delete;
   HBOParameter &operator=(const HBOParameter &) = delete;
 

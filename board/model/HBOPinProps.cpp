@@ -309,6 +309,23 @@ HBOPinProps::HBOPinProps() : m_loc(&HSTIntern::empty()), m_io(IOProfilePool::emp
 
 HBOPinProps::~HBOPinProps() { zeb::forgetScriptHandles(this); }
 
+// Pooled values are shared, as between any two pins; what the pin holds of
+// its own (handed-out values, further interfaces, groups) is copied.
+HBOPinProps::HBOPinProps(const HBOPinProps &src, HBOBoardComponent *owner, HBOModelPort *port)
+    : m_pinIndex(src.m_pinIndex), m_owner(owner), m_name(src.m_name), m_loc(src.m_loc),
+      m_io(src.m_io), m_intfPort(src.m_intfPort) {
+  if (src.m_extra) {
+    Extra &extra = extra_();
+    for (const auto &entry : src.m_extra->owned)
+      extra.owned.emplace_back(entry.first, std::make_unique<std::string>(*entry.second));
+    extra.intfPorts = src.m_extra->intfPorts;
+    extra.partOf = src.m_extra->partOf;
+    extra.internalVref = src.m_extra->internalVref;
+    extra.gtLoc = src.m_extra->gtLoc;
+  }
+  setOwnerPort(port);
+}
+
 HBOPinProps::Extra &HBOPinProps::extra_() const {
   if (!m_extra)
     m_extra.reset(new Extra);

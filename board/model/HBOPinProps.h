@@ -32,6 +32,8 @@ public:
   HBOPinProps();
   /// Drops the object from the script caches.
   ~HBOPinProps();
+  /// A copy held by \p owner, with \p port as owner port (may be null).
+  HBOPinProps(const HBOPinProps &src, HBOBoardComponent *owner, HBOModelPort *port);
   HBOPinProps(const HBOPinProps &) = delete;
   HBOPinProps &operator=(const HBOPinProps &) = delete;
 

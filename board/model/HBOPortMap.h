@@ -10,6 +10,8 @@
 class HBOPortMap {
 public:
   HBOPortMap();
+  /// A copy whose physical port carries \p prefix; the logical one stays.
+  HBOPortMap(const HBOPortMap &src, const std::string &prefix);
 
   const std::string &getLogicalPort() const { return *m_logicalPort; }
   bool getLogicalPort(std::string &out) const;
