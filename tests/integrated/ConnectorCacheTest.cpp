@@ -5,102 +5,75 @@
 #include "../repo/RepoTestSupport.h"
 
 #include "HBOBoardComponent.h"
-#include "HBOBusIf.h"
 #include "HBOPartCReposMgr.h"
-#include "HBOPinProps.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-using test::dataPath;
-using test::ParamScope;
+using Names = std::vector<std::string>;
 
 class ConnectorCache : public test::RepoTest {
 protected:
-  void SetUp() override { useDataDirs({"compat_install"}); }
-
-  HBOBoard *board(const std::string &key) {
-    const auto &map = repo()->getBoardPartMap();
-    auto it = map.find(key);
-    return it == map.end() ? nullptr : it->second;
+  void SetUp() override {
+    useDataDirs({"compat_install"});
+    kit = repo()->getBoardPartMap().at("kestrel-boards:base_kit:1.0");
   }
   HBOBoardComponent *connector(const std::string &boardKey, const std::string &name) {
-    HBOBoard *b = board(boardKey);
-    return b ? b->findBoardComponent(name) : nullptr;
+    return repo()->getBoardPartMap().at(boardKey)->findBoardComponent(name);
   }
-  HBOBoardComponent *base(const std::string &name) {
-    return connector("kestrel-boards:base_kit:1.0", name);
-  }
-  // The full names under one map of the base connector \p name.
-  static std::vector<std::string> names(const HBOBoard::ConnectorCache &cache,
-                                        const std::string &key) {
-    std::vector<std::string> out;
-    auto it = cache.find(key);
+  // The full names listed under the base connector \p name.
+  Names listed(const HBOBoard::ConnectorCache &cache, const std::string &name) {
+    Names out;
+    auto it = cache.find("kestrel-boards:base_kit:" + name + ":1.0");
     if (it != cache.end())
       for (const HBOBoardComponent *c : it->second)
         out.push_back(c->getName());
     return out;
   }
-  using Names = std::vector<std::string>;
+
+  HBOBoard *kit = nullptr;
+  const std::string bare = "kestrel-boards:card_bare:pmod_p1:1.0";
+  const std::string declared = "kestrel-boards:card_decl:fmc_p1:1.0";
 };
 
 TEST_F(ConnectorCache, TheLoadSortsEachPairIntoOneList) {
-  HBOBoard *kit = board("kestrel-boards:base_kit:1.0");
-  ASSERT_NE(nullptr, kit);
-  const std::string fmc = "kestrel-boards:base_kit:fmc_j1:1.0";
-  const std::string pmod = "kestrel-boards:base_kit:pmod_j2:1.0";
-  const std::string dock = "kestrel-boards:base_kit:dock_j3:1.0";
   // Full: an LPC card on an HPC connector whose pins all reach the FPGA.
   // Partial: one interface's pin has no counterpart on the carrier. The
   // declared card would fit in whole too, but stands only in the explicit
-  // list.
+  // list, which hides the others.
   EXPECT_EQ((Names{"kestrel-boards:card_full:fmc_p1:1.0", "kestrel-boards:card_full:fmc_p1:1.2"}),
-            names(kit->getFullyCompatibleConnectors(), fmc));
+            listed(kit->getFullyCompatibleConnectors(), "fmc_j1"));
   EXPECT_EQ((Names{"kestrel-boards:card_part:fmc_p1:1.0"}),
-            names(kit->getPartiallyCompatibleConnectors(), fmc));
-  EXPECT_EQ((Names{"kestrel-boards:card_decl:fmc_p1:1.0"}),
-            names(kit->getExplicitlyCompatibleConnectors(), fmc));
-  // A PMOD without interfaces fits in whole.
-  EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0"}),
-            names(kit->getFullyCompatibleConnectors(), pmod));
-  // dockline160 belongs to no family: only a declaration counts, and one
-  // whose vendor differs in case does not. A declaration ignores families.
-  EXPECT_EQ((Names{"kestrel-boards:card_decl:fmc_p1:1.0"}),
-            names(kit->getExplicitlyCompatibleConnectors(), dock));
-  EXPECT_TRUE(names(kit->getFullyCompatibleConnectors(), dock).empty());
-  EXPECT_TRUE(names(kit->getPartiallyCompatibleConnectors(), dock).empty());
-
-  HBOBoardComponent *declared = connector("kestrel-boards:card_decl:1.0", "fmc_p1");
+            listed(kit->getPartiallyCompatibleConnectors(), "fmc_j1"));
+  EXPECT_EQ((Names{declared}), listed(kit->getExplicitlyCompatibleConnectors(), "fmc_j1"));
+  HBOBoardComponent *fmc = connector("kestrel-boards:base_kit:1.0", "fmc_j1");
+  HBOBoardComponent *decl = connector("kestrel-boards:card_decl:1.0", "fmc_p1");
   HBOBoardComponent *partial = connector("kestrel-boards:card_part:1.0", "fmc_p1");
-  ASSERT_NE(nullptr, declared);
-  ASSERT_NE(nullptr, partial);
-  EXPECT_FALSE(kit->isConnectorFullCompatibleWithConnector(*base("fmc_j1"), *declared));
-  EXPECT_TRUE(partial->isPartialCompatibleWithConnector(*base("fmc_j1")));
-  EXPECT_FALSE(partial->isFullCompatibleWithConnector(*base("fmc_j1")));
-
-  // The declaration hides the computed lists, also in the latest form.
   HSTVector<HBOBoardComponent *> list, latest;
-  kit->getCompatibleConnectorsList(*base("fmc_j1"), list);
-  kit->getLatestCompatibleConnectorsList(*base("fmc_j1"), latest);
-  EXPECT_EQ((HSTVector<HBOBoardComponent *>{declared}), list);
+  kit->getCompatibleConnectorsList(*fmc, list);
+  kit->getLatestCompatibleConnectorsList(*fmc, latest);
+  EXPECT_EQ((HSTVector<HBOBoardComponent *>{decl}), list);
   EXPECT_EQ(list, latest);
+  EXPECT_FALSE(kit->isConnectorFullCompatibleWithConnector(*fmc, *decl));
+  EXPECT_TRUE(partial->isPartialCompatibleWithConnector(*fmc));
+  EXPECT_FALSE(partial->isFullCompatibleWithConnector(*fmc));
 
-  // Daughter boards keep no caches.
-  EXPECT_TRUE(board("kestrel-boards:card_full:1.0")->getFullyCompatibleConnectors().empty());
+  // A PMOD without interfaces fits in whole. dockline160 belongs to no
+  // family: only a declaration counts, even from a card of another family,
+  // and one whose vendor differs in case does not.
+  EXPECT_EQ((Names{bare}), listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
+  EXPECT_EQ((Names{declared}), listed(kit->getExplicitlyCompatibleConnectors(), "dock_j3"));
+  EXPECT_EQ(Names{}, listed(kit->getFullyCompatibleConnectors(), "dock_j3"));
+  EXPECT_EQ(Names{}, listed(kit->getPartiallyCompatibleConnectors(), "dock_j3"));
 }
 
 TEST_F(ConnectorCache, PinTraceRunsByIndexThroughTheCarrierToTheFpga) {
-  HBOBoard *kit = board("kestrel-boards:base_kit:1.0");
-  ASSERT_NE(nullptr, kit);
   const HBOBoardComponent *fpga = kit->getActivePart();
+  const HBOBoardComponent *fmc = connector("kestrel-boards:base_kit:1.0", "fmc_j1");
   HBOBoardComponent *partial = connector("kestrel-boards:card_part:1.0", "fmc_p1");
   ASSERT_NE(nullptr, fpga);
-  ASSERT_NE(nullptr, partial);
-  const HBOBoardComponent *fmc = base("fmc_j1");
-
   std::string fpgaPin = "untouched";
   EXPECT_TRUE(fpga->findConnectedPinConnectedToFMCConnectorPin(fmc, partial, "d0", fpgaPin));
   EXPECT_EQ("io_a0", fpgaPin);
@@ -111,81 +84,51 @@ TEST_F(ConnectorCache, PinTraceRunsByIndexThroughTheCarrierToTheFpga) {
   EXPECT_EQ("untouched", fpgaPin);
   EXPECT_FALSE(fpga->isFMCConnectorPinConnected1(fmc, partial, nullptr));
   EXPECT_TRUE(fpga->isFMCConnectorPinConnected1(fmc, partial, partial->findPin("d0")));
-  // The dockline connector's pin 0 is io_b0, an FPGA pin as well: the trace
-  // does not care about families.
-  EXPECT_TRUE(
-      fpga->findConnectedPinConnectedToFMCConnectorPin(base("dock_j3"), partial, "d0", fpgaPin));
-  EXPECT_EQ("io_b0", fpgaPin);
 
-  HBOBusIf *led = partial->getBusIfByName("led");
-  HBOBusIf *relay = partial->getBusIfByName("relay");
-  ASSERT_NE(nullptr, led);
-  ASSERT_NE(nullptr, relay);
-  EXPECT_TRUE(fpga->isFMCBusInterfaceFullyConnected(fmc, partial, led));
-  EXPECT_TRUE(fpga->canCopyFMCBusInterface(fmc, partial, led));
-  EXPECT_FALSE(fpga->canCopyFMCBusInterface(fmc, partial, relay));
+  EXPECT_TRUE(fpga->canCopyFMCBusInterface(fmc, partial, partial->getBusIfByName("led")));
+  EXPECT_FALSE(fpga->canCopyFMCBusInterface(fmc, partial, partial->getBusIfByName("relay")));
   // The trace ends on the pins of the component asked: one without the
   // FPGA's pin names reaches nothing.
-  EXPECT_FALSE(base("pmod_j2")->canCopyFMCBusInterface(fmc, partial, led));
+  const HBOBoardComponent *pmod = connector("kestrel-boards:base_kit:1.0", "pmod_j2");
+  EXPECT_FALSE(pmod->canCopyFMCBusInterface(fmc, partial, partial->getBusIfByName("led")));
 }
 
-TEST_F(ConnectorCache, RebuildOnADaughterOrIntegratedBoardLeavesItsCachesAlone) {
-  HBOBoard *card = board("kestrel-boards:card_full:1.0");
-  HBOBoard *kit = board("kestrel-boards:base_kit:1.0");
-  ASSERT_NE(nullptr, card);
-  ASSERT_NE(nullptr, kit);
+TEST_F(ConnectorCache, OnlyAReferenceBoardRebuilds) {
+  HBOBoard *card = repo()->getBoardPartMap().at("kestrel-boards:card_full:1.0");
   HBOBoardComponent *plug = card->findBoardComponent("fmc_p1");
-  HBOBoardComponent *fmc = kit->findBoardComponent("fmc_j1");
-  card->addToFullyCompatibleConnectorsList(plug, fmc);
+  card->addToFullyCompatibleConnectorsList(plug, plug);
   std::vector<HBOBoard *> all;
   repo()->getAllBoards(all);
   card->rebuildConnectorsCompatibilityCache(all);
-  card->rebuildConnectorsCompatibilityCache(HSTVector<HBOBoardComponent *>{fmc});
   EXPECT_EQ(1u, card->getFullyCompatibleConnectors().size());
 
-  // Marked integrated, the carrier keeps what it had as well.
-  const std::size_t before = kit->getFullyCompatibleConnectors().size();
   kit->setIntegratedBoard(true);
   kit->rebuildConnectorsCompatibilityCache(HSTVector<HBOBoardComponent *>{});
-  EXPECT_EQ(before, kit->getFullyCompatibleConnectors().size());
+  EXPECT_EQ((Names{bare}), listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
   kit->setIntegratedBoard(false);
-  // And as a reference board an empty list empties them.
   kit->rebuildConnectorsCompatibilityCache(HSTVector<HBOBoardComponent *>{});
   EXPECT_TRUE(kit->getFullyCompatibleConnectors().empty());
   EXPECT_TRUE(kit->getExplicitlyCompatibleConnectors().empty());
 }
 
 TEST_F(ConnectorCache, RefreshesRebuildTheCachesWithTheRepositoriesBoards) {
-  const std::string pmod = "kestrel-boards:base_kit:pmod_j2:1.0";
-  const std::string late = "kestrel-boards:card_late:pmod_p1:1.0";
-  HBOBoard *kit = board("kestrel-boards:base_kit:1.0");
-  ASSERT_NE(nullptr, kit);
-  EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0"}),
-            names(kit->getFullyCompatibleConnectors(), pmod));
-
+  // One more card in a user repository; its only pin, at index 1, traces.
+  const Names withLate = {bare, "kestrel-boards:card_late:pmod_p1:1.0"};
   {
-    // A project whose repository holds one more card: its refresh sorts it
-    // into the carrier's lists (its only pin, at index 1, traces to io_b1).
     HBOPartCReposMgr project;
-    ASSERT_TRUE(project.setUserRepositoryPaths({dataPath("compat_user")}));
-    EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0", late}),
-              names(kit->getFullyCompatibleConnectors(), pmod));
+    ASSERT_TRUE(project.setUserRepositoryPaths({test::dataPath("compat_user")}));
+    EXPECT_EQ(withLate, listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
   }
-  // The project's card is gone with the project, and so is its entry.
-  EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0"}),
-            names(kit->getFullyCompatibleConnectors(), pmod));
-
-  // The installation's own refresh, which a change of the user
-  // repositories starts, does the same.
+  // The project's card went with the project, and so did its entry.
+  EXPECT_EQ((Names{bare}), listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
   {
-    ParamScope paths("board.repoPaths", dataPath("compat_user"));
+    // The installation's refresh, which a change of board.repoPaths starts.
+    test::ParamScope paths("board.repoPaths", test::dataPath("compat_user"));
     repo()->sync();
-    EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0", late}),
-              names(kit->getFullyCompatibleConnectors(), pmod));
+    EXPECT_EQ(withLate, listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
   }
   repo()->sync();
-  EXPECT_EQ((Names{"kestrel-boards:card_bare:pmod_p1:1.0"}),
-            names(kit->getFullyCompatibleConnectors(), pmod));
+  EXPECT_EQ((Names{bare}), listed(kit->getFullyCompatibleConnectors(), "pmod_j2"));
 }
 
 } // namespace
