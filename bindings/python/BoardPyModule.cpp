@@ -339,6 +339,22 @@ PyObject *refreshBoards(PyObject *, PyObject *) {
   Py_RETURN_NONE;
 }
 
+PyObject *getCompatibleConnectors(PyObject *, PyObject *args, PyObject *kwargs) {
+  static const char *kwlist[] = {"connector", "latest", nullptr};
+  PyObject *object = nullptr;
+  int latest = 0;
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "O|p:get_compatible_connectors",
+                                   const_cast<char **>(kwlist), &object, &latest))
+    return nullptr;
+  tclany connector;
+  if (!toOneObject(object, connector, "get_compatible_connectors"))
+    return nullptr;
+  std::vector<tclany> found;
+  if (!BoardPy::call([&] { found = g_commands->getCompatibleConnectors(connector, latest != 0); }))
+    return nullptr;
+  return toList(found);
+}
+
 /// The value the last getter delivered to Python on this thread, or None.
 PyObject *lastResult(PyObject *, PyObject *) {
   PyObject *value = t_lastResult ? t_lastResult : Py_None;
@@ -372,6 +388,9 @@ PyMethodDef g_functions[] = {
      "it."},
     {"refresh_boards", refreshBoards, METH_NOARGS,
      "refresh_boards(): reads the user repositories again; objects of user boards go stale."},
+    {"get_compatible_connectors", keywords(getCompatibleConnectors), METH_VARARGS | METH_KEYWORDS,
+     "get_compatible_connectors(connector, latest=False): the daughter connectors that fit a base "
+     "connector; with latest, only the newest version of each."},
     {"_last_result", lastResult, METH_NOARGS,
      "The value the last property getter delivered to Python."},
     {nullptr, nullptr, 0, nullptr}};

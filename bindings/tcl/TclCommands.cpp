@@ -350,6 +350,28 @@ int currentBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *cons
   });
 }
 
+int getCompatibleConnectorsCmd(ClientData data, Tcl_Interp *interp, int objc,
+                               Tcl_Obj *const objv[]) {
+  bool latest = false;
+  int at = 1;
+  if (objc > 1 && !TclHandles::isHandle(objv[1]) && argText(objv[1]) == "-latest") {
+    latest = true;
+    at = 2;
+  }
+  if (objc != at + 1) {
+    Tcl_WrongNumArgs(interp, 1, objv, "?-latest? connector");
+    return TCL_ERROR;
+  }
+  tclany connector;
+  if (!oneObject(interp, "get_compatible_connectors", objv[at], connector))
+    return TCL_ERROR;
+  return guarded(interp, [&] {
+    Tcl_SetObjResult(interp,
+                     handleList(commandsOf(data).getCompatibleConnectors(connector, latest)));
+    return TCL_OK;
+  });
+}
+
 struct PlainCommand {
   const char *name;
   Tcl_ObjCmdProc *proc;
@@ -367,6 +389,7 @@ const PlainCommand kPlainCommands[] = {
     {"report_param", &reportParamCmd},
     {"current_board", &currentBoardCmd},
     {"refresh_boards", &refreshBoardsCmd},
+    {"get_compatible_connectors", &getCompatibleConnectorsCmd},
 };
 
 } // namespace

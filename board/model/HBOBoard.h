@@ -252,6 +252,50 @@ public:
   HBOBoardComponent *getConnectorConnected(const HBOBoardComponent *component) const;
   bool isConnectorConnected(const HBOBoardComponent *component) const;
 
+  // ---- connector compatibility caches ----
+  // Defined with the integrated boards. Only a reference board keeps them;
+  // they point into other boards of the repository, which rebuilds them
+  // after each load and refresh.
+
+  /// On a reference board, rebuilds the caches from the connectors of the
+  /// daughter boards among \p boards, in that order; else does nothing.
+  void rebuildConnectorsCompatibilityCache(const std::vector<HBOBoard *> &boards);
+  /// Sorts each pair of (own connector, daughter connector) into the
+  /// explicit, else the full, else the partial list, or none.
+  void
+  rebuildConnectorsCompatibilityCache(const HSTVector<HBOBoardComponent *> &daughterConnectors);
+  /// Append \p daughter under the full name of \p base; nulls are ignored.
+  void addToPartiallyCompatibleConnectorsList(const HBOBoardComponent *base,
+                                              HBOBoardComponent *daughter);
+  void addToFullyCompatibleConnectorsList(const HBOBoardComponent *base,
+                                          HBOBoardComponent *daughter);
+  void addToExplicitlyCompatibleConnectorsList(const HBOBoardComponent *base,
+                                               HBOBoardComponent *daughter);
+  const ConnectorCache &getPartiallyCompatibleConnectors() const {
+    return m_partiallyCompatibleConnectors;
+  }
+  const ConnectorCache &getFullyCompatibleConnectors() const { return m_fullyCompatibleConnectors; }
+  const ConnectorCache &getExplicitlyCompatibleConnectors() const {
+    return m_explicitlyCompatibleConnectors;
+  }
+  /// The explicit list of \p base when it has one, which hides the others;
+  /// else the partial list followed by the full list.
+  void getCompatibleConnectorsList(const HBOBoardComponent &base,
+                                   HSTVector<HBOBoardComponent *> &out) const;
+  /// That list with only the newest version of each connector, compared as
+  /// numbers; names without a numeric version stay. In pointer order.
+  void getLatestCompatibleConnectorsList(const HBOBoardComponent &base,
+                                         HSTVector<HBOBoardComponent *> &out) const;
+  /// Appends to \p out the components of \p in that the latest list keeps,
+  /// in pointer order, each once.
+  static void filterLatestConnectors(const HSTVector<HBOBoardComponent *> &in,
+                                     HSTVector<HBOBoardComponent *> &out);
+  /// Whether \p daughter stands in the full (partial) list of \p base.
+  bool isConnectorFullCompatibleWithConnector(const HBOBoardComponent &base,
+                                              const HBOBoardComponent &daughter) const;
+  bool isConnectorPartialCompatibleWithConnector(const HBOBoardComponent &base,
+                                                 const HBOBoardComponent &daughter) const;
+
   // ---- persistence and debugging ----
 
   void attach(HBOBoardDB *db) { m_db = db; }

@@ -331,6 +331,55 @@ public:
   void addCompatibleConnector(const std::string &vendor, const std::string &boardName,
                               const std::string &boardVersion, const std::string &connectorName);
 
+  // ---- connector compatibility ----
+  // Defined with the integrated boards, which are what these answers serve.
+
+  /// The families within which connectors can mate. Any mix of sub types
+  /// inside one family fits; a connector of no family fits only by
+  /// declaration.
+  enum class ConnectorFamily { None, DIMM, PMOD, LPC, SOM };
+  /// The first family that holds, in the order DIMM, PMOD, LPC, SOM.
+  ConnectorFamily getConnectorFamily() const;
+  /// The number of pins a mated pair of this sub type wires, index for
+  /// index; 0 for a sub type that has no such count.
+  static int getConnectorPinCount(const std::string &subType);
+
+  /// \p this is the daughter connector; the answer is the cache of the
+  /// board of \p base.
+  bool isFullCompatibleWithConnector(const HBOBoardComponent &base) const;
+  bool isPartialCompatibleWithConnector(const HBOBoardComponent &base) const;
+  /// Computed: both are connectors of one family and every interface of
+  /// \p daughter traces to \p fpga (full), or some interface does not
+  /// (partial). No state of \p this is used.
+  bool isFullCompatibleWithConnector(const HBOBoardComponent *fpga,
+                                     const HBOBoardComponent *daughter,
+                                     const HBOBoardComponent *base) const;
+  bool isPartialCompatibleWithConnector(const HBOBoardComponent *fpga,
+                                        const HBOBoardComponent *daughter,
+                                        const HBOBoardComponent *base) const;
+  /// Whether a row of \p daughter names \p base on its board; a row's
+  /// version "*" matches every version.
+  static bool isExplicitlyCompatibleWithConnector(const HBOBoardComponent *daughter,
+                                                  const HBOBoardComponent *base);
+
+  /// Pin trace, \p this being the FPGA: the daughter pin \p pinName meets
+  /// the base connector's pin of the same index, whose name is that of the
+  /// FPGA pin wired to it. False when any step finds nothing.
+  bool findConnectedPinConnectedToFMCConnectorPin(const HBOBoardComponent *base,
+                                                  const HBOBoardComponent *daughter,
+                                                  const std::string &pinName,
+                                                  std::string &fpgaPinName) const;
+  bool isFMCConnectorPinConnected(const HBOBoardComponent *base, const HBOBoardComponent *daughter,
+                                  const std::string &pinName) const;
+  bool isFMCConnectorPinConnected1(const HBOBoardComponent *base, const HBOBoardComponent *daughter,
+                                   HBOPinProps *pin) const;
+  /// True when every pin of the interface's port maps traces, or it has
+  /// none.
+  bool isFMCBusInterfaceFullyConnected(const HBOBoardComponent *base,
+                                       const HBOBoardComponent *daughter, HBOBusIf *intf) const;
+  bool canCopyFMCBusInterface(const HBOBoardComponent *base, const HBOBoardComponent *daughter,
+                              HBOBusIf *intf) const;
+
   /// Debug dump on standard output.
   void display(int indent) const;
 

@@ -183,6 +183,9 @@ HBOBoardCReposMgr::HBOBoardCReposMgr() {
     populateFamousNameMap();
     populateLatestVerBoardMap();
     populateBoardToBoardPartMap();
+    // The consoles list the fitting daughter connectors from the first load
+    // on, not only after a refresh.
+    rebuildConnectorsCompatibilityCache();
   } catch (...) {
     // No destructor runs for an object whose constructor throws.
     destroy_();
@@ -519,11 +522,17 @@ void HBOBoardCReposMgr::resetStaticBoardParts() {
 void HBOBoardCReposMgr::rebuildConnectorsCompatibilityCache() {
   if (!m_connectors_cache_dirty)
     return;
-  std::vector<HBOBoard *> boards;
-  appendAllBoards(boards);
-  // Boards keep no connector compatibility cache of their own yet; once they
-  // do, each one rebuilds it here from the whole list.
+  // The flag goes first: the list is taken through sync, which may refresh
+  // and so come back here.
   m_connectors_cache_dirty = false;
+  // This manager's own list: it runs from the constructor too, before the
+  // manager is published, so it must not go through getGlobal.
+  std::vector<HBOBoard *> boards;
+  getAllBoards(boards);
+  for (HBOBoard *board : boards) {
+    if (board)
+      board->rebuildConnectorsCompatibilityCache(boards);
+  }
 }
 
 // ---------------------------------------------------------------- indexes

@@ -36,13 +36,19 @@ void eraseFirst(std::map<std::string, HBOBoard *> &map, const HBOBoard *board) {
 HBOPartCReposMgr::HBOPartCReposMgr() {
   m_globalRepo = HBOBoardCReposMgr::getGlobal();
   populateBoardPartList();
+  rebuildConnectorsCompatibilityCache();
   populateFamilyBoardPartMap();
   populateLatestVerBoardPartMap();
   mp_partmgr = this;
 }
 
 HBOPartCReposMgr::~HBOPartCReposMgr() {
+  const bool hadUserBoards = !m_user_part_map.empty();
   resetBoards_();
+  // The installed boards' caches may point into the user boards just
+  // deleted: they go back to the installation's own view.
+  if (hadUserBoards && m_globalRepo)
+    rebuildCachesOfInstallation_();
   // Only the most recent instance is reachable through clearBoard; an older
   // one going away must not unhook it.
   if (mp_partmgr == this)
@@ -169,8 +175,15 @@ bool HBOPartCReposMgr::unregisterUserBoard(const std::string &name) {
   m_user_part_map.erase(it);
   // The other maps point to it until they are rebuilt below.
   clearBoardFromMaps(board);
+  // So do the connector caches of the reference boards, when it is a
+  // daughter board.
+  const bool daughter = board->isDaughterBoard();
   delete board;
   populateBoardPartList();
+  if (daughter) {
+    m_connectorsCacheDirty = true;
+    rebuildConnectorsCompatibilityCache();
+  }
   populateFamilyBoardPartMap();
   populateLatestVerBoardPartMap();
   return true;
@@ -198,9 +211,22 @@ void HBOPartCReposMgr::clearBoardFromMaps(HBOBoard *board) {
 void HBOPartCReposMgr::rebuildConnectorsCompatibilityCache() {
   if (!m_connectorsCacheDirty)
     return;
-  // Boards keep no connector compatibility caches yet; once they do, each
-  // board of getAllBoardParts is rebuilt against the whole list here.
   m_connectorsCacheDirty = false;
+  std::vector<HBOBoard *> boards;
+  getAllBoardParts(boards);
+  for (HBOBoard *board : boards) {
+    if (board)
+      board->rebuildConnectorsCompatibilityCache(boards);
+  }
+}
+
+void HBOPartCReposMgr::rebuildCachesOfInstallation_() {
+  std::vector<HBOBoard *> boards;
+  m_globalRepo->getAllBoards(boards);
+  for (HBOBoard *board : boards) {
+    if (board)
+      board->rebuildConnectorsCompatibilityCache(boards);
+  }
 }
 
 // ---- loading ----

@@ -67,6 +67,8 @@ private:
   void populateBoardPartList();
   void populateFamilyBoardPartMap();
   void populateLatestVerBoardPartMap();
+  /// Rebuilds the caches of the installation's boards against its own list.
+  void rebuildCachesOfInstallation_();
 
   std::map<std::string, HBOBoard *> m_part_map;
   std::map<std::string, HBOBoard *> m_user_part_map;

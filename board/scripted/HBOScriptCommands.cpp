@@ -385,3 +385,32 @@ void HBOScriptCommands::refreshBoards() {
       m_manager->setBoard(board);
   }
 }
+
+std::vector<tclany> HBOScriptCommands::getCompatibleConnectors(const tclany &object, bool latest) {
+  HCPProperty::infoOf(object);
+  const HBOBoardComponent *connector = is<HBOBoardComponent>(object)
+                                           ? static_cast<const HBOBoardComponent *>(object.object)
+                                           : nullptr;
+  if (!connector || !connector->isConnector())
+    throw Error("get_compatible_connectors: " + HCPProperty::describe(object) +
+                " is not a connector.");
+  HSTVector<HBOBoardComponent *> list;
+  if (const HBOBoard *board = connector->getBoard()) {
+    if (latest)
+      board->getLatestCompatibleConnectorsList(*connector, list);
+    else
+      board->getCompatibleConnectorsList(*connector, list);
+  }
+  if (latest) {
+    // That list comes in no order a script could rely on.
+    std::stable_sort(list.begin(), list.end(),
+                     [](const HBOBoardComponent *a, const HBOBoardComponent *b) {
+                       return a->getName() < b->getName();
+                     });
+  }
+  std::vector<tclany> result;
+  for (HBOBoardComponent *component : list)
+    if (component)
+      result.push_back(tclany::of(component));
+  return result;
+}

@@ -94,6 +94,11 @@ public:
   /// objects go stale; the current board is chosen again by its name.
   void refreshBoards();
 
+  /// get_compatible_connectors: the daughter connectors that fit the base
+  /// connector \p connector, as its board's caches hold them; with
+  /// \p latest only the newest version of each, in name order.
+  std::vector<tclany> getCompatibleConnectors(const tclany &connector, bool latest);
+
   /// The boards of the project's view of the catalog, in name order.
   std::vector<HBOBoard *> getCatalogBoards() const;
 

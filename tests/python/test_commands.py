@@ -142,5 +142,22 @@ class JumperTest(unittest.TestCase):
             boardlib.undo()
 
 
+class CompatibleConnectorTest(unittest.TestCase):
+    def test_keywords_and_errors(self):
+        falcon = board("kestrel-boards:falcon_eval:1.1")
+        fmc, = boardlib.get_board_components(of_objects=falcon, pattern="*:fmc_lpc_connector:*")
+        part, = boardlib.get_board_components(of_objects=falcon, pattern="*:part0:*")
+        declared = ["kestrel-boards:plover_dac:fmc_lpc_plug:1.0",
+                    "kestrel-boards:wren_io:fmc_connector:1.0"]
+        self.assertEqual(names(boardlib.get_compatible_connectors(connector=fmc, latest=True)),
+                         declared)
+        self.assertEqual(names(boardlib.get_compatible_connectors([fmc])), declared)
+        with self.assertRaises(boardlib.BoardError) as caught:
+            boardlib.get_compatible_connectors(connector=part)
+        self.assertIn("is not a connector", str(caught.exception))
+        with self.assertRaises(TypeError):
+            boardlib.get_compatible_connectors(latest=True)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -18,6 +18,7 @@ extern const Command showCommand;
 extern const Command dumpCommand;
 extern const Command shellCommand;
 extern const Command tclCommand;
+extern const Command fitCommand;
 
 /// Where the commands that load the catalog load boards from: --data-dir
 /// and --repo, and --jobs where the command takes it.

@@ -19,8 +19,10 @@ constexpr unsigned InOperands = 1u << 2;
 /// An empty value is a value (an empty script), not a missing one.
 constexpr unsigned MayBeEmpty = 1u << 3;
 
-constexpr unsigned loading = cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl;
-constexpr unsigned reporting = cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump;
+constexpr unsigned loading =
+    cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl | cmd::fit;
+constexpr unsigned reporting =
+    cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump | cmd::fit;
 constexpr unsigned allButParams = reporting | cmd::shell | cmd::tcl;
 
 } // namespace
@@ -56,6 +58,7 @@ const Option kOptions[] = {
     {"--json", nullptr, cmd::dump, 0, "the output format (the only one; may be left out)"},
     {"--all", nullptr, cmd::params, 0, "also the hidden parameters"},
     {"--all", nullptr, cmd::dump, 0, "also the hidden properties"},
+    {"--latest", nullptr, cmd::fit, 0, "only the latest version of each daughter connector"},
     {"--param", "NAME=VALUE", allButParams, Repeatable,
      "set a parameter first (see 'boardtool params'); repeatable"},
     // shell and tcl write messages as text lines among the script's output.

@@ -13,7 +13,7 @@ namespace {
 const boardtool::Command *const kCommands[] = {
     &boardtool::readCommand,    &boardtool::checkCommand, &boardtool::paramsCommand,
     &boardtool::catalogCommand, &boardtool::showCommand,  &boardtool::dumpCommand,
-    &boardtool::shellCommand,   &boardtool::tclCommand,
+    &boardtool::shellCommand,   &boardtool::tclCommand,   &boardtool::fitCommand,
 };
 
 void printHelp(std::ostream &out) {
