@@ -137,6 +137,8 @@ const Entry kEntries[] = {
     {"@49-169@%d%d", "Only the first %d of %d findings of the DTD validation are reported."},
     {"@49-170@%d%s%s%s", "Pin index %d is already used by pin '%s', so pin '%s' of component '%s' "
                          "is skipped. Pin indexes must be unique."},
+    {"@49-171@%s%s", "Connector '%s' of base board '%s' is given more than once; a connector "
+                     "takes one daughter board."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},
     {"@50-2@%s%s", "Cannot read XML file '%s': %s."},
 };

@@ -333,6 +333,58 @@ PyObject *currentBoard(PyObject *, PyObject *args, PyObject *kwargs) {
   return BoardPy::wrap(board);
 }
 
+/// create_integrated_board(base, connections, name=None): connections is a
+/// sequence of (base connector, daughter part text) pairs.
+PyObject *createIntegratedBoard(PyObject *, PyObject *args, PyObject *kwargs) {
+  static const char *kwlist[] = {"base", "connections", "name", nullptr};
+  PyObject *base = nullptr, *connections = nullptr;
+  const char *name = nullptr;
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "OO|z:create_integrated_board",
+                                   const_cast<char **>(kwlist), &base, &connections, &name))
+    return nullptr;
+  std::string baseName;
+  if (BoardPy::isBoardObject(base)) {
+    tclany handle;
+    if (!toOneObject(base, handle, "create_integrated_board") || !BoardPy::call([&] {
+          HATAttrAny value;
+          g_commands->getProperty("name", handle, value);
+          baseName = value.toString();
+        }))
+      return nullptr;
+  } else if (!toStringArg(base, baseName, "base")) {
+    return nullptr;
+  }
+  PyObject *seq = PySequence_Fast(connections, "connections must be a sequence of pairs");
+  if (!seq)
+    return nullptr;
+  std::vector<std::pair<std::string, std::string>> pairs;
+  bool ok = true;
+  for (Py_ssize_t i = 0; ok && i < PySequence_Fast_GET_SIZE(seq); ++i) {
+    PyObject *pair = PySequence_Fast(PySequence_Fast_GET_ITEM(seq, i),
+                                     "each connection must be a pair (base_connector, daughter)");
+    ok = pair != nullptr;
+    if (ok && PySequence_Fast_GET_SIZE(pair) != 2) {
+      PyErr_SetString(PyExc_TypeError,
+                      "each connection must be a pair (base_connector, daughter_part)");
+      ok = false;
+    }
+    if (ok) {
+      pairs.emplace_back();
+      ok = toStringArg(PySequence_Fast_GET_ITEM(pair, 0), pairs.back().first, "base_connector") &&
+           toStringArg(PySequence_Fast_GET_ITEM(pair, 1), pairs.back().second, "daughter_part");
+    }
+    Py_XDECREF(pair);
+  }
+  Py_DECREF(seq);
+  if (!ok)
+    return nullptr;
+  tclany board;
+  if (!BoardPy::call(
+          [&] { board = g_commands->createIntegratedBoard(baseName, name ? name : "", pairs); }))
+    return nullptr;
+  return BoardPy::wrap(board);
+}
+
 PyObject *refreshBoards(PyObject *, PyObject *) {
   if (!BoardPy::call([] { g_commands->refreshBoards(); }))
     return nullptr;
@@ -386,6 +438,10 @@ PyMethodDef g_functions[] = {
     {"current_board", keywords(currentBoard), METH_VARARGS | METH_KEYWORDS,
      "current_board(name=None): the current board (None when none); with a name or board, sets "
      "it."},
+    {"create_integrated_board", keywords(createIntegratedBoard), METH_VARARGS | METH_KEYWORDS,
+     "create_integrated_board(base, connections, name=None): composes a board on base with each "
+     "(base_connector, 'vendor:board:connector:version') pair of connections, registers it as a "
+     "user board of the project and returns it."},
     {"refresh_boards", refreshBoards, METH_NOARGS,
      "refresh_boards(): reads the user repositories again; objects of user boards go stale."},
     {"get_compatible_connectors", keywords(getCompatibleConnectors), METH_VARARGS | METH_KEYWORDS,

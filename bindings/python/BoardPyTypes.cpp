@@ -454,3 +454,16 @@ PyObject *toPython(const HATAttrAny &value) {
 }
 
 } // namespace BoardPy
+
+void BoardPy::setBoardError(const HEXError &error) {
+  PyObject *exception = PyObject_CallFunction(g_boardError, "s", error.what());
+  if (!exception)
+    return; // the Python error of the call stands
+  PyObject *id = PyUnicode_FromString(error.getMessage().getId().c_str());
+  if (id) {
+    PyObject_SetAttrString(exception, "id", id);
+    Py_DECREF(id);
+  }
+  PyErr_SetObject(g_boardError, exception);
+  Py_DECREF(exception);
+}

@@ -14,6 +14,7 @@
 #include <Python.h>
 
 #include "HATAttrAny.h"
+#include "HEXError.h"
 #include "TclAny.h"
 
 #include <exception>
@@ -46,10 +47,15 @@ extern PyObject *g_boardError;
 HBOScriptCommands &commands();
 
 /// Runs \p fn, turning a C++ failure into BoardError; false when it failed.
+/// Sets a BoardError whose attribute id is the message's id ("49-81").
+void setBoardError(const HEXError &error);
+
 template <typename F> bool call(F fn) {
   try {
     fn();
     return true;
+  } catch (const HEXError &e) {
+    setBoardError(e);
   } catch (const std::exception &e) {
     PyErr_SetString(g_boardError, e.what());
   } catch (...) {

@@ -1,6 +1,8 @@
 #include "BoardlibTcl.h"
 
+#include "HBOBoardCDataManager.h"
 #include "HBOScriptCommands.h"
+#include "HTCTclInterp.h"
 #include "HTCTclUtils.h"
 #include "TclCommands.h"
 #include "TclHandles.h"
@@ -15,6 +17,24 @@ HBOScriptCommands &boardlibTclCommands() {
   static HBOScriptCommands *commands = new HBOScriptCommands();
   return *commands;
 }
+
+namespace {
+
+int evalScriptFile(Tcl_Interp *interp, const std::string &file, std::string &errorInfo) {
+  const int code = Tcl_EvalFile(interp, file.c_str());
+  if (code == TCL_ERROR) {
+    const char *info = Tcl_GetVar2(interp, "errorInfo", nullptr, TCL_GLOBAL_ONLY);
+    errorInfo = info ? info : Tcl_GetStringResult(interp);
+  }
+  return code == TCL_ERROR ? TCL_ERROR : TCL_OK;
+}
+
+void forgetInterp(ClientData, Tcl_Interp *interp) {
+  if (HTCTclInterp::getDefaultInterp() == interp)
+    HTCTclInterp::setDefaultInterp(nullptr, nullptr);
+}
+
+} // namespace
 
 extern "C" int Boardlib_Init(Tcl_Interp *interp) {
   if (!Tcl_PkgRequire(interp, "Tcl", "8.6", 0))
@@ -36,5 +56,9 @@ extern "C" int Boardlib_Init(Tcl_Interp *interp) {
     });
   });
   TclCommands::createAll(interp, *commands);
+  // The library's own scripts run in the interpreter of the board commands.
+  HTCTclInterp::setDefaultInterp(interp, &evalScriptFile);
+  Tcl_CallWhenDeleted(interp, &forgetInterp, nullptr);
+  commands->getDataManager().loadBoardTcl();
   return Tcl_PkgProvide(interp, "boardlib", "0.1");
 }

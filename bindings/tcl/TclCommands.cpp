@@ -2,6 +2,7 @@
 
 #include "HBOScriptCommands.h"
 #include "HCPProperty.h"
+#include "HEXError.h"
 #include "TclHandles.h"
 
 #include <cstring>
@@ -22,7 +23,12 @@ void setResult(Tcl_Interp *interp, const std::string &text) {
 template <typename F> int guarded(Tcl_Interp *interp, F body) {
   try {
     return body();
-  } catch (const std::exception &e) { // HCPProperty::Error and HEXError among them
+  } catch (const HEXError &e) {
+    // The message's id goes into errorCode too, for scripts that catch it.
+    setResult(interp, e.what());
+    Tcl_SetErrorCode(interp, "BOARDLIB", e.getMessage().getId().c_str(), nullptr);
+    return TCL_ERROR;
+  } catch (const std::exception &e) { // HCPProperty::Error among them
     setResult(interp, e.what());
   } catch (const std::string &text) {
     setResult(interp, text);
@@ -372,6 +378,55 @@ int getCompatibleConnectorsCmd(ClientData data, Tcl_Interp *interp, int objc,
   });
 }
 
+// create_integrated_board -base NAME ?-name NAME? CONNECTIONS, CONNECTIONS a
+// list of {BASECONN DAUGHTER_PART_TEXT} pairs.
+int createIntegratedBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  static const char usage[] = "create_integrated_board -base name ?-name name? {{base_connector "
+                              "vendor:board:connector:version} ...}";
+  std::string base, name;
+  bool hasBase = false;
+  Tcl_Obj *connectionList = nullptr;
+  for (int i = 1; i < objc; ++i) {
+    const std::string arg = argText(objv[i]);
+    if ((arg == "-base" || arg == "-name") && i + 1 < objc) {
+      (arg == "-base" ? base : name) = argText(objv[++i]);
+      hasBase = hasBase || arg == "-base";
+    } else if (!connectionList && (arg.empty() || arg[0] != '-')) {
+      connectionList = objv[i];
+    } else {
+      setResult(interp, "Wrong arguments '" + arg + "'. Usage: " + usage);
+      return TCL_ERROR;
+    }
+  }
+  if (!hasBase || !connectionList) {
+    setResult(interp,
+              std::string("Missing ") + (hasBase ? "connections" : "-base") + ". Usage: " + usage);
+    return TCL_ERROR;
+  }
+  std::vector<std::pair<std::string, std::string>> connections;
+  int count = 0;
+  Tcl_Obj **items = nullptr;
+  if (Tcl_ListObjGetElements(interp, connectionList, &count, &items) != TCL_OK)
+    return TCL_ERROR;
+  for (int i = 0; i < count; ++i) {
+    int size = 0;
+    Tcl_Obj **pair = nullptr;
+    if (Tcl_ListObjGetElements(interp, items[i], &size, &pair) != TCL_OK)
+      return TCL_ERROR;
+    if (size != 2) {
+      setResult(interp, "Each connection is a pair {base_connector daughter_part}, not '" +
+                            argText(items[i]) + "'. Usage: " + usage);
+      return TCL_ERROR;
+    }
+    connections.emplace_back(argText(pair[0]), argText(pair[1]));
+  }
+  return guarded(interp, [&] {
+    tclany board = commandsOf(data).createIntegratedBoard(base, name, connections);
+    Tcl_SetObjResult(interp, TclHandles::newHandleObj(board));
+    return TCL_OK;
+  });
+}
+
 struct PlainCommand {
   const char *name;
   Tcl_ObjCmdProc *proc;
@@ -390,6 +445,7 @@ const PlainCommand kPlainCommands[] = {
     {"current_board", &currentBoardCmd},
     {"refresh_boards", &refreshBoardsCmd},
     {"get_compatible_connectors", &getCompatibleConnectorsCmd},
+    {"create_integrated_board", &createIntegratedBoardCmd},
 };
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "HBOPartCReposMgr.h"
 #include "HEXError.h"
 #include "HPAParamMgr.h"
+#include "HTCTclInterp.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
 
@@ -39,11 +40,16 @@ bool HBOBoardCDataManager::setBoardPartRepoPaths(const HSTVector<std::string> &p
   std::string boardName;
   bool wasUserDefined = false;
   bool wasIntegrated = false;
+  ConnectionPairs connections;
   if (m_board) {
     partName = m_board->getBaseBoardActivePartName();
     boardName = m_board->getName();
     wasUserDefined = m_board->isUserDefined();
     wasIntegrated = m_board->isIntegratedBoard();
+    // The reload deletes the integrated board and may delete its base and
+    // daughters: what it takes to compose it again is kept as names.
+    if (wasIntegrated)
+      connections = getIntegratedBoardConnectionPairs(*m_board);
   }
 
   bool taken = m_partRepo->setUserRepositoryPaths(paths);
@@ -51,11 +57,15 @@ bool HBOBoardCDataManager::setBoardPartRepoPaths(const HSTVector<std::string> &p
     return taken;
 
   if (wasIntegrated) {
-    // An integrated board was registered with the project and went away with
-    // the reload. It is not composed again here, so the project is left
-    // without a current board rather than with a dangling one.
+    // Nothing of the old board may be followed from here on.
     m_board = nullptr;
     changed = true;
+    if (partName.empty())
+      return taken;
+    const std::string name = createUniqBoardNameForIntegratedBoard(
+        HBOBoardUtils::getBoardNameFromBoardPart(partName), connections);
+    HBOBoard *board = createIntegratdBoard(partName, connections, name);
+    m_board = registerIntegratedBoard(board);
     return taken;
   }
   // A daughter board has no active part to name it. A project board of that
@@ -218,8 +228,30 @@ bool HBOBoardCDataManager::loadBoardTcl() {
     m_tclLoaded = true;
     return true;
   }
-  // There is no Tcl interpreter in this library yet, so the script cannot
-  // be evaluated. It counts as tried, so that it is not looked for again.
+  // The script runs in the interpreter of the board commands. Before the
+  // Tcl package has registered one, nothing is tried, so that a later call
+  // runs the script.
+  if (!HTCTclInterp::getDefaultInterp())
+    return false;
+  bool result = false;
+  try {
+    // The script sources its neighbours by relative names.
+    boost::system::error_code ec;
+    const boost::filesystem::path saved = boost::filesystem::current_path(ec);
+    const boost::filesystem::path parent = boost::filesystem::path(file).parent_path();
+    if (!ec && boost::filesystem::is_directory(parent))
+      boost::filesystem::current_path(parent, ec);
+    std::string errorInfo;
+    const int code = HTCTclInterp::evalFile(file, errorInfo);
+    if (!saved.empty())
+      boost::filesystem::current_path(saved, ec);
+    if (code == 1) // TCL_ERROR
+      ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-46@%s%s", file, errorInfo);
+    else
+      result = true;
+  } catch (const std::string &text) {
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-44@%s", text);
+  }
   m_tclLoaded = true;
-  return false;
+  return result;
 }

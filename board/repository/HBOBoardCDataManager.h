@@ -6,6 +6,7 @@
 #include "HSTVector.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 class HBOBoard;
@@ -48,6 +49,32 @@ public:
   bool getBusIfByName(HBOBusIf *&out, const std::string &name) const;
   bool getModelPortByName(HBOModelPort *&out, const std::string &name) const;
   bool getModelPortSeq(std::vector<HBOModelPort *> &out) const;
+
+  // ---- integrated boards (board/integrated/HBOBoardCDataManagerComposition.cpp) ----
+
+  /// (base connector, daughter part text "vendor:board:connector:version").
+  using ConnectionPairs = std::vector<std::pair<std::string, std::string>>;
+  /// Composes an integrated board on the base board named \p basePartName
+  /// (any name getBoard takes). The caller owns the result. Every error is
+  /// an HEXError raised before anything is built.
+  HBOBoard *createIntegratdBoard(const std::string &basePartName,
+                                 const ConnectionPairs &connections, const std::string &boardName);
+  HBOBoard *createIntegratdBoard(const HBOBoard *base, const ConnectionPairs &connections,
+                                 const std::string &boardName);
+  /// The base board name followed by "_connector_daughterboard_daughterconnector"
+  /// per connection: the same base and connections give the same name.
+  static std::string createUniqBoardNameForIntegratedBoard(const std::string &baseBoardName,
+                                                           const ConnectionPairs &connections);
+  /// The pairs an integrated board was composed of, in the form
+  /// createIntegratdBoard takes, so that it can be composed again after its
+  /// daughter boards went away.
+  static ConnectionPairs getIntegratedBoardConnectionPairs(const HBOBoard &board);
+  /// Enters \p board, an integrated board made by createIntegratdBoard, as a
+  /// user board of the project. An integrated board registered before under
+  /// the same name is replaced (and if it was current, \p board becomes
+  /// current). Null, with \p board deleted, when another kind of user board
+  /// holds the name.
+  HBOBoard *registerIntegratedBoard(HBOBoard *board);
 
   /// Warns when \p board comes from a user repository and hides an
   /// installed board of the same name.

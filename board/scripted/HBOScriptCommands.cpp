@@ -303,6 +303,9 @@ void HBOScriptCommands::setParam(const std::string &name, const std::string &val
   // console of the suite.
   if (name == "board.repoPaths")
     refreshBoards();
+  // The integrated board flow brings the board commands written in Tcl.
+  if (name == "project.enableBITabFlow")
+    m_manager->loadBoardTcl();
 }
 
 std::string HBOScriptCommands::getParam(const std::string &name) {
@@ -370,15 +373,46 @@ tclany HBOScriptCommands::setCurrentBoard(const tclany &board) {
   return board;
 }
 
+tclany HBOScriptCommands::createIntegratedBoard(
+    const std::string &base, const std::string &name,
+    const std::vector<std::pair<std::string, std::string>> &connections) {
+  std::string boardName = name;
+  if (boardName.empty()) {
+    bool usedLegacy = false;
+    const HBOBoard *baseBoard = m_manager->getBoard(base, usedLegacy, true);
+    boardName = HBOBoardCDataManager::createUniqBoardNameForIntegratedBoard(
+        baseBoard ? baseBoard->getBoardName() : base, connections);
+  }
+  HBOBoard *board = m_manager->createIntegratdBoard(base, connections, boardName);
+  const std::string fullName = board->getName();
+  if (!m_manager->registerIntegratedBoard(board))
+    throw Error("A user board named '" + fullName +
+                "' already exists and is no integrated board; choose another name with -name.");
+  return tclany::of(board);
+}
+
 void HBOScriptCommands::refreshBoards() {
   HBOBoard *current = m_manager->getBoardStrategy();
   std::string currentName = current ? current->getName() : std::string();
+  // An integrated board goes with the reload; it is kept as names.
+  const bool integrated = current && current->isIntegratedBoard();
+  const std::string basePart = integrated ? current->getBaseBoardActivePartName() : std::string();
+  const std::string integratedName = integrated ? current->getBoardName() : std::string();
+  const HBOBoardCDataManager::ConnectionPairs connections =
+      integrated ? HBOBoardCDataManager::getIntegratedBoardConnectionPairs(*current)
+                 : HBOBoardCDataManager::ConnectionPairs();
   m_manager->setBoard(static_cast<HBOBoard *>(nullptr));
   HBOBoardCReposMgr *global = HBOBoardCReposMgr::getGlobal();
   global->refreshBoards();
   global->decrementRefCount();
   if (HBOPartCReposMgr *repo = m_manager->getBoardPartReposMgr())
     repo->refreshBoardParts();
+  if (integrated) {
+    HBOBoard *board = m_manager->createIntegratdBoard(basePart, connections, integratedName);
+    if (HBOBoard *registered = m_manager->registerIntegratedBoard(board))
+      m_manager->setBoard(registered);
+    return;
+  }
   if (!currentName.empty()) {
     bool usedLegacy = false;
     if (HBOBoard *board = m_manager->getBoard(currentName, usedLegacy, false))

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class HBOBoard;
@@ -91,13 +92,23 @@ public:
 
   /// refresh_boards: reloads the user repositories (board.repoPaths) and
   /// the project's view of the catalog. Handles to user boards and their
-  /// objects go stale; the current board is chosen again by its name.
+  /// objects go stale; the current board is chosen again by its name, and
+  /// an integrated current board is composed again under its name.
   void refreshBoards();
 
   /// get_compatible_connectors: the daughter connectors that fit the base
   /// connector \p connector, as its board's caches hold them; with
   /// \p latest only the newest version of each, in name order.
   std::vector<tclany> getCompatibleConnectors(const tclany &connector, bool latest);
+
+  /// create_integrated_board: composes a board on the base board \p base
+  /// (any name current_board takes) with each (base connector, daughter
+  /// part text "vendor:board:connector:version") of \p connections, named
+  /// \p name or, when it is empty, after its base and connections, and
+  /// registers it as a user board of the project. A creation error is an
+  /// HEXError holding its message; nothing is registered then.
+  tclany createIntegratedBoard(const std::string &base, const std::string &name,
+                               const std::vector<std::pair<std::string, std::string>> &connections);
 
   /// The boards of the project's view of the catalog, in name order.
   std::vector<HBOBoard *> getCatalogBoards() const;
