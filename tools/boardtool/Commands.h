@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class HBOBoard;
 class HBOBoardCDataManager;
 class HBOBoardCReposMgr;
 
@@ -19,6 +20,11 @@ extern const Command dumpCommand;
 extern const Command shellCommand;
 extern const Command tclCommand;
 extern const Command fitCommand;
+extern const Command composeCommand;
+
+/// Writes \p board as 'boardtool dump --json' does (\p all: with the hidden
+/// properties); a failure is told as "boardtool COMMAND: ...".
+int writeDump(const HBOBoard &board, bool all, const char *command);
 
 /// Where the commands that load the catalog load boards from: --data-dir
 /// and --repo, and --jobs where the command takes it.

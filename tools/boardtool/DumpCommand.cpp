@@ -153,17 +153,22 @@ private:
   std::string m_out;
 };
 
-int writeDump(const tclany &board, bool all) {
+} // namespace
+
+int writeDump(const HBOBoard &board, bool all, const char *command) {
+  HBOScriptedClasses::registerAll();
   JsonWriter writer(all);
   try {
-    writer.object(board, 0);
+    writer.object(tclany::of(const_cast<HBOBoard *>(&board)), 0);
   } catch (const HCPProperty::Error &e) {
-    std::cerr << "boardtool dump: " << e.what() << "\n";
+    std::cerr << "boardtool " << command << ": " << e.what() << "\n";
     return Failure;
   }
   std::cout << writer.text() << "\n";
   return Success;
 }
+
+namespace {
 
 bool looksLikeFile(const std::string &source) {
   boost::system::error_code ec;
@@ -193,7 +198,7 @@ int run(const Arguments &args) {
       std::cerr << "boardtool dump: '" << source << "' did not read as a board\n";
       return Failure;
     }
-    return writeDump(tclany::of(board.get()), all);
+    return writeDump(*board, all, "dump");
   }
 
   LoadedCatalog catalog(dumpCommand, false);
@@ -208,7 +213,7 @@ int run(const Arguments &args) {
               << "'; 'boardtool catalog' lists the boards\n";
     return Failure;
   }
-  return writeDump(tclany::of(board), all);
+  return writeDump(*board, all, "dump");
 }
 
 } // namespace

@@ -20,9 +20,9 @@ constexpr unsigned InOperands = 1u << 2;
 constexpr unsigned MayBeEmpty = 1u << 3;
 
 constexpr unsigned loading =
-    cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl | cmd::fit;
+    cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl | cmd::fit | cmd::compose;
 constexpr unsigned reporting =
-    cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump | cmd::fit;
+    cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump | cmd::fit | cmd::compose;
 constexpr unsigned allButParams = reporting | cmd::shell | cmd::tcl;
 
 } // namespace
@@ -45,6 +45,12 @@ namespace {
 const Option kOptions[] = {
     {"-e", "TEXT", cmd::tcl, EndsOptions | InOperands | MayBeEmpty,
      "run TEXT instead of a script file"},
+    {"--connect", "BASECONN=VENDOR:BOARD:CONNECTOR:VERSION", cmd::compose, Repeatable,
+     "plug the connector CONNECTOR of the daughter board VENDOR:BOARD:VERSION into the base "
+     "board's connector BASECONN; repeatable"},
+    {"--name", "NAME", cmd::compose, 0,
+     "the board name of the new board; by default the base board's name followed by each "
+     "connection"},
     {"--schema-dir", "DIR", cmd::check, 0,
      "take the DTDs from DIR instead of the data directories' boards/board_schemas/current"},
     {"--data-dir", "DIR", loading, Repeatable,
@@ -56,6 +62,8 @@ const Option kOptions[] = {
     {"--jobs", "N", cmd::catalog, 0, "workers for the installed boards (sets general.maxThreads)"},
     {"--json", nullptr, cmd::catalog, 0, "print a JSON array of one object per board"},
     {"--json", nullptr, cmd::dump, 0, "the output format (the only one; may be left out)"},
+    {"--json", nullptr, cmd::compose, 0,
+     "print the new board as 'boardtool dump --json' does, and the report on standard error"},
     {"--all", nullptr, cmd::params, 0, "also the hidden parameters"},
     {"--all", nullptr, cmd::dump, 0, "also the hidden properties"},
     {"--latest", nullptr, cmd::fit, 0, "only the latest version of each daughter connector"},

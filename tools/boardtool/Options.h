@@ -25,6 +25,7 @@ constexpr unsigned show = 1u << 4;
 constexpr unsigned dump = 1u << 5;
 constexpr unsigned shell = 1u << 6;
 constexpr unsigned tcl = 1u << 7;
+constexpr unsigned compose = 1u << 8;
 constexpr unsigned fit = 1u << 9;
 } // namespace cmd
 

@@ -14,6 +14,7 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::readCommand,    &boardtool::checkCommand, &boardtool::paramsCommand,
     &boardtool::catalogCommand, &boardtool::showCommand,  &boardtool::dumpCommand,
     &boardtool::shellCommand,   &boardtool::tclCommand,   &boardtool::fitCommand,
+    &boardtool::composeCommand,
 };
 
 void printHelp(std::ostream &out) {
