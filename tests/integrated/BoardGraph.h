@@ -1,5 +1,6 @@
 // Every object a board owns, found by walking its graph, for the tests
-// that check that a copy shares none of them with its source.
+// that check that a copy shares none of them with its source. Each back
+// pointer met on the way must lead to the owner it was reached from.
 #ifndef BOARDLIB_TESTS_BOARDGRAPH_H
 #define BOARDLIB_TESTS_BOARDGRAPH_H
 
@@ -10,108 +11,81 @@
 #include "HBOBusIf.h"
 #include "HBOBusIfPreference.h"
 #include "HBOComponentMode.h"
-#include "HBOImage.h"
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
 #include "HBOModelPort.h"
-#include "HBOParameter.h"
-#include "HBOPortMap.h"
 
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 #include <vector>
 
 namespace test {
 
-/// The owned objects of a board. Each back pointer met on the way must
-/// lead to the owner it was reached from; a failure names the object.
 struct BoardGraph {
   std::set<const void *> objects;
 
   explicit BoardGraph(const HBOBoard &board) {
-    add(&board);
-    for (const HBOParameter *p : board.getParameters())
-      add(p);
-    for (const HBOImage *i : board.getImages())
-      add(i);
-    for (const HBOJumper *j : board.getJumpers()) {
-      add(j);
-      EXPECT_EQ(&board, j->getOwner()) << "jumper " << j->getName();
-    }
+    objects.insert(&board);
+    addAll(board.getParameters());
+    addAll(board.getImages());
+    for (const HBOJumper *j : board.getJumpers())
+      expectOwned(j, j->getOwner(), &board);
     for (const HBOBoardBus *bus : board.getBuses()) {
-      add(bus);
-      EXPECT_EQ(&board, bus->getOwner()) << "connection " << bus->getName();
-      for (const HBOBoardBusNet *net : bus->getBoardBusNets()) {
-        add(net);
-        EXPECT_EQ(bus, net->getOwner()) << "net " << net->getName();
-      }
+      expectOwned(bus, bus->getOwner(), &board);
+      for (const HBOBoardBusNet *net : bus->getBoardBusNets())
+        expectOwned(net, net->getOwner(), bus);
     }
     for (const HBOBoard::PresetMap *map :
          {&board.getIpPresets(), &board.getIpAssociatedInterfaces()})
       for (const auto &entry : *map)
-        for (const HBOIpPreset *preset : entry.second) {
-          add(preset);
-          if (preset->getOwner()) {
-            EXPECT_EQ(&board, preset->getOwner()) << "preset " << entry.first;
-          }
-        }
+        for (const HBOIpPreset *preset : entry.second) // a preset read from a file has no owner
+          expectOwned(preset, preset->getOwner() ? preset->getOwner() : &board, &board);
     for (const auto &entry : board.getBoardComponents())
       addComponent(board, *entry.second);
   }
 
   void addComponent(const HBOBoard &board, const HBOBoardComponent &component) {
-    const std::string &name = component.getComponentName();
-    add(&component);
-    EXPECT_EQ(&board, component.getBoard()) << "component " << name;
-    for (const HBOParameter *p : component.getParameters())
-      add(p);
-    for (const HBOImage *i : component.getImages())
-      add(i);
+    expectOwned(&component, component.getBoard(), &board);
+    addAll(component.getParameters());
+    addAll(component.getImages());
     std::vector<HBOComponentMode *> modes;
+    std::vector<HBOBusIfPreference *> preferences;
     component.getComponentModes(modes);
     for (const HBOComponentMode *mode : modes) {
-      add(mode);
-      EXPECT_EQ(&component, mode->getOwnerComponent()) << "mode " << mode->getName();
-      std::vector<HBOBusIfPreference *> preferences;
+      expectOwned(mode, mode->getOwnerComponent(), &component);
       mode->getPreferredIps(preferences);
-      for (const HBOBusIfPreference *preference : preferences)
-        add(preference);
+      addAll(preferences);
     }
     std::vector<HBOBusIf *> interfaces;
     component.getInterfacesVec(interfaces);
     for (const HBOBusIf *intf : interfaces) {
-      add(intf);
-      EXPECT_EQ(&component, intf->getOwnerComponent()) << "interface " << intf->getName();
+      expectOwned(intf, intf->getOwnerComponent(), &component);
       std::vector<HBOParameter *> parameters;
-      intf->getParameters(parameters);
-      for (const HBOParameter *p : parameters)
-        add(p);
-      std::vector<HBOBusIfPreference *> preferences;
-      intf->getPreferences(preferences);
-      for (const HBOBusIfPreference *preference : preferences)
-        add(preference);
       std::vector<HBOPortMap *> maps;
+      intf->getParameters(parameters);
+      intf->getPreferences(preferences);
       intf->getPortMapSeq(maps);
-      for (const HBOPortMap *map : maps)
-        add(map);
-      for (const auto &port : intf->getPortMaps()) {
-        add(port.second);
-        EXPECT_EQ(intf, port.second->getOwner()) << "port " << port.first;
-      }
+      addAll(parameters);
+      addAll(preferences);
+      addAll(maps);
+      for (const auto &port : intf->getPortMaps())
+        expectOwned(port.second, port.second->getOwner(), intf);
     }
     for (const auto &port : component.getModelPorts())
-      add(port.second);
-    for (const auto &pin : component.getPins()) {
-      add(pin.second);
-      if (pin.second->getOwner()) {
-        EXPECT_EQ(&component, pin.second->getOwner()) << "pin " << pin.second->getName();
-      }
-    }
+      objects.insert(port.second);
+    for (const auto &pin : component.getPins()) // a pin of a pin file has no owner
+      expectOwned(pin.second, pin.second->getOwner() ? pin.second->getOwner() : &component,
+                  &component);
   }
 
-  void add(const void *object) { objects.insert(object); }
+  template <typename T> void addAll(const std::vector<T *> &items) {
+    objects.insert(items.begin(), items.end());
+  }
+  void expectOwned(const void *object, const void *owner, const void *expected) {
+    objects.insert(object);
+    EXPECT_EQ(expected, owner) << "an object's owner is another graph's";
+  }
 
   /// The objects of this graph that \p other holds too.
   std::size_t sharedWith(const BoardGraph &other) const {

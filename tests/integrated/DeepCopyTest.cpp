@@ -2,7 +2,6 @@
 // the source holds; names follow the prefix rule of each class.
 #include "BoardDump.h"
 #include "BoardGraph.h"
-#include "HBOBoardComponentDriver.h"
 #include "HBOParser.h"
 #include "TestSupport.h"
 
@@ -12,7 +11,6 @@
 #include <memory>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 
 namespace {
 
@@ -45,13 +43,6 @@ std::vector<std::string> linesNotIn(const std::string &a, const std::string &b) 
   return out;
 }
 
-const HBOBoardComponent &component(const HBOBoard &board, const std::string &name) {
-  const HBOBoardComponent *found = board.findBoardComponent(name);
-  if (!found)
-    throw std::runtime_error("no component " + name + " on " + board.getName());
-  return *found;
-}
-
 const char *const kBoards[] = {"interfaces_basic",
                                "interfaces_enablement",
                                "presets_basic",
@@ -62,7 +53,7 @@ const char *const kBoards[] = {"interfaces_basic",
 
 } // namespace
 
-TEST(DeepCopy, ACopyOfABoardHoldsAllOfItAndSharesNothing) {
+TEST(DeepCopy, ACopyHoldsAllOfItsSourceAndSharesNothing) {
   for (const char *dir : kBoards) {
     SCOPED_TRACE(dir);
     std::unique_ptr<HBOBoard> src = readBoard(dir);
@@ -71,7 +62,8 @@ TEST(DeepCopy, ACopyOfABoardHoldsAllOfItAndSharesNothing) {
     test::BoardGraph srcGraph(*src), copyGraph(copy);
     EXPECT_EQ(0u, copyGraph.sharedWith(srcGraph));
     EXPECT_EQ(srcGraph.objects.size(), copyGraph.objects.size());
-    EXPECT_EQ(before, dumpBoard(*src)) << "the source is left as it was";
+    EXPECT_TRUE(copy.getBoardFile().empty());
+    EXPECT_TRUE(copy.getPowerRails().empty());
 
     // What a copy leaves behind: the file, power rails, data properties,
     // the connected-board maps, and of components the declared compatible
@@ -81,29 +73,11 @@ TEST(DeepCopy, ACopyOfABoardHoldsAllOfItAndSharesNothing) {
       if (line.rfind("file:", 0) != 0 && line.rfind("connected_", 0) != 0 &&
           line.rfind("  record ", 0) != 0)
         ADD_FAILURE() << "only in the copy: " << line;
-    EXPECT_TRUE(copy.getBoardFile().empty());
-    EXPECT_TRUE(copy.getPowerRails().empty());
-    if (const HBOBoardComponent *fpga = copy.getActivePart()) {
-      EXPECT_EQ(fpga->getComponentName(), src->getActivePart()->getComponentName());
-    }
-  }
-}
 
-TEST(DeepCopy, BoardInformationCopiedUnderAPrefixSharesNothing) {
-  for (const char *dir : kBoards) {
-    SCOPED_TRACE(dir);
-    std::unique_ptr<HBOBoard> src = readBoard(dir);
-    HBOBoard target(*src, "target");
-    target.copyBoardInformation(*src, "J5");
-    test::BoardGraph srcGraph(*src), targetGraph(target);
-    EXPECT_EQ(0u, targetGraph.sharedWith(srcGraph));
-    // Everything but the FPGA came in a second time, under new names.
-    for (const auto &entry : src->getBoardComponents()) {
-      const bool fpga = entry.second->getType() == "fpga";
-      EXPECT_EQ(!fpga, target.findBoardComponent("j5_" + entry.first) != nullptr) << entry.first;
-    }
-    EXPECT_EQ(2 * src->getBuses().size(), target.getBuses().size());
-    EXPECT_EQ(2 * src->getJumpers().size(), target.getJumpers().size());
+    // Pulled in a second time under a prefix, the source is still not shared.
+    copy.copyBoardInformation(*src, "J5");
+    EXPECT_EQ(0u, test::BoardGraph(copy).sharedWith(srcGraph));
+    EXPECT_EQ(before, dumpBoard(*src)) << "the source is left as it was";
   }
 }
 
@@ -111,55 +85,39 @@ TEST(DeepCopy, NamesFollowThePrefixRule) {
   std::unique_ptr<HBOBoard> src = readBoard("interfaces_basic");
   HBOBoard copy(*src, "copy");
   copy.copyBoardInformation(*src, "J5");
+  EXPECT_EQ((std::vector<std::string>{"J1", "J2", "J5_J1", "J5_J2"}), [&] {
+    std::vector<std::string> names;
+    for (const HBOJumper *j : copy.getJumpers())
+      names.push_back(j->getName());
+    return names;
+  }());
+  EXPECT_EQ(src->getJumpers()[1]->getDefaultValue(), copy.getJumpers()[3]->getDefaultValue());
+  EXPECT_NE(nullptr, copy.findBoardComponent("j5_leds"));
+  EXPECT_EQ(nullptr, copy.findBoardComponent("j5_part0")) << "no FPGA of a source comes along";
 
-  // Jumpers: "J5_J1", same state; with no prefix the name stays.
-  ASSERT_EQ(2 * src->getJumpers().size(), copy.getJumpers().size());
-  const HBOJumper &j1 = *src->getJumpers().front();
-  const HBOJumper &copied = *copy.getJumpers()[src->getJumpers().size()];
-  EXPECT_EQ("J5_" + j1.getName(), copied.getName());
-  EXPECT_EQ(j1.getDefaultValue(), copied.getDefaultValue());
-  EXPECT_EQ(j1.getName(), copy.getJumpers().front()->getName());
-  HBOJumper unprefixed(j1, &copy, "");
-  EXPECT_EQ(j1.getName(), unprefixed.getName());
-
-  // Components: the name is lower-cased as a whole, the interfaces keep the
-  // prefix's case, parameters keep their names, pins their names.
-  for (const auto &entry : src->getBoardComponents()) {
-    if (entry.second->getType() == "fpga")
-      continue;
-    const HBOBoardComponent &original = *entry.second;
-    const HBOBoardComponent &prefixed = component(copy, "j5_" + entry.first);
-    EXPECT_EQ("kestrel-boards:copy:j5_" + entry.first + ":" + src->getVersion(),
-              prefixed.getName());
-    std::vector<HBOBusIf *> before, after;
-    original.getInterfacesVec(before);
-    prefixed.getInterfacesVec(after);
-    ASSERT_EQ(before.size(), after.size());
-    for (std::size_t i = 0; i < before.size(); ++i) {
-      EXPECT_EQ("J5_" + before[i]->getName(), after[i]->getName());
-      EXPECT_EQ("J5_" + before[i]->getOfComponent(), after[i]->getOfComponent());
-      EXPECT_EQ(after[i], prefixed.getBusIfByName("j5_" + before[i]->getName()));
-      for (const auto &port : after[i]->getPortMaps()) {
-        EXPECT_EQ(0u, port.first.rfind("J5_", 0)) << port.first;
-        std::string owner;
-        port.second->getOwnerBusIf(owner);
-        EXPECT_TRUE(owner.empty() || owner.rfind("J5_", 0) == 0) << owner;
-        HBOModelPort *entered = nullptr;
-        EXPECT_TRUE(prefixed.getModelPortByName(entered, port.first));
-        EXPECT_EQ(port.second, entered) << "the component holds the copied ports";
-      }
-      std::string before0, after0;
-      EXPECT_EQ(before[i]->getParamValue("frequency", before0),
-                after[i]->getParamValue("frequency", after0));
-      EXPECT_EQ(before0, after0);
-    }
-    ASSERT_EQ(original.getPins().size(), prefixed.getPins().size());
-    for (const auto &pin : original.getPins())
-      EXPECT_NE(nullptr, prefixed.findPin(std::string(pin.first)));
-    ASSERT_EQ(original.getParameters().size(), prefixed.getParameters().size());
-    for (std::size_t i = 0; i < original.getParameters().size(); ++i)
-      EXPECT_EQ(original.getParameters()[i]->getName(), prefixed.getParameters()[i]->getName());
+  // A component copied on its own: the component name is lower-cased as a
+  // whole, the full name is the owner's, interfaces and ports keep the
+  // prefix's case, parameters and pins their names.
+  const HBOBoardComponent &part0 = *src->getActivePart();
+  HBOBoardComponent fpga(part0, &copy, "J5");
+  EXPECT_EQ("j5_part0", fpga.getComponentName());
+  EXPECT_EQ("kestrel-boards:copy:j5_part0:1.0", fpga.getName());
+  const HBOBusIf &leds = *fpga.getBusIfByName("J5_led_4bits");
+  EXPECT_EQ("J5_led_4bits", leds.getName());
+  EXPECT_EQ("J5_LEDs", leds.getOfComponent());
+  EXPECT_EQ("J5_led_4bits_preset", leds.getPresetProcName());
+  EXPECT_EQ((std::map<std::string, bool>{{"J5_J1", true}, {"J5_J2", false}}), leds.getJumpers());
+  std::string text;
+  EXPECT_TRUE(fpga.getBusIfByName("J5_sys_clock")->getParamValue("frequency", text));
+  EXPECT_EQ("100000000", text);
+  for (const auto &port : leds.getPortMaps()) {
+    EXPECT_EQ(0u, port.first.rfind("J5_", 0)) << port.first;
+    HBOModelPort *entered = nullptr;
+    EXPECT_TRUE(fpga.getModelPortByName(entered, port.first));
+    EXPECT_EQ(port.second, entered) << "the component holds the copied ports";
   }
+  EXPECT_EQ(part0.getPins().size(), fpga.getPins().size());
+  EXPECT_NE(nullptr, fpga.findPin(std::string(part0.getPins().begin()->first)));
 }
 
 TEST(DeepCopy, AModeTakesThePrefixInItsNamesAndKeepsItsOrders) {
@@ -171,7 +129,6 @@ TEST(DeepCopy, AModeTakesThePrefixInItsNamesAndKeepsItsOrders) {
   mode.setName("m");
   mode.setDisplayName("Mode");
   mode.addInterface(2, {"a", true});
-  mode.setEnablementDependency("{J1 true}");
   auto *preference = new HBOBusIfPreference();
   preference->setName("gpio_ctl");
   mode.addPreferredIp(preference);
@@ -182,25 +139,15 @@ TEST(DeepCopy, AModeTakesThePrefixInItsNamesAndKeepsItsOrders) {
   HBOComponentMode::InterfaceMap interfaces;
   copy.getInterfaces(interfaces);
   EXPECT_EQ((HBOComponentMode::InterfaceMap{{2, {"J5_a", true}}}), interfaces);
-  EXPECT_EQ("{J1 true}", copy.getEnablementDependency()) << "jumpers are the board's to rename";
   std::vector<HBOBusIfPreference *> preferences;
   copy.getPreferredIps(preferences);
   ASSERT_EQ(1u, preferences.size());
   EXPECT_NE(preference, preferences[0]);
-  EXPECT_EQ("gpio_ctl", preferences[0]->getName());
   EXPECT_EQ(&board, preferences[0]->getOwner());
 
   HBOComponentMode plain(mode, &owner, "");
   EXPECT_EQ("m", plain.getName());
   EXPECT_EQ("Mode", plain.getDisplayName());
-
-  HBOBoardComponentDriver driver;
-  driver.setName("uartlite");
-  driver.addFile("uart.c", "source");
-  HBOBoardComponentDriver copiedDriver(driver, &owner);
-  EXPECT_EQ("uartlite", copiedDriver.getName());
-  EXPECT_EQ(driver.getFiles(), copiedDriver.getFiles());
-  EXPECT_EQ(&owner, copiedDriver.getBoardComponent());
 }
 
 TEST(DeepCopy, AConnectsWithParameterKeepsAComponentToItsConnector) {
@@ -232,73 +179,55 @@ TEST(DeepCopy, ConnectionsSpeakOfTheCopiedJumpers) {
   EXPECT_EQ("{J1 true}", target.getBuses().back()->getEnablementDependency())
       << "without jumpers on the source the expression stays";
 
+  // With jumpers, the copies speak of the copied ones; every name of a
+  // connection takes the prefix, and a net keeps its own.
   std::unique_ptr<HBOBoard> src = readBoard("connections_basic");
-  ASSERT_EQ("J1", src->getJumpers().front()->getName());
   HBOBoard copy(*src, "copy");
   copy.copyBoardBuses(*src, "J5");
-  bool sawExpression = false;
-  ASSERT_EQ(2 * src->getBuses().size(), copy.getBuses().size());
-  for (std::size_t i = 0; i < src->getBuses().size(); ++i) {
-    const HBOBoardBus &before = *src->getBuses()[i];
-    const HBOBoardBus &after = *copy.getBuses()[src->getBuses().size() + i];
+  const std::size_t count = src->getBuses().size();
+  ASSERT_EQ(2 * count, copy.getBuses().size());
+  for (std::size_t i = 0; i < count; ++i) {
+    const HBOBoardBus &before = *src->getBuses()[i], &after = *copy.getBuses()[count + i];
     if (before.getName() == "dq") {
       EXPECT_EQ("{j5_j1 0} {j5_j2 1}", after.getEnablementDependency());
-      sawExpression = true;
     }
-    EXPECT_EQ("J5_" + before.getName(), after.getName());
-    EXPECT_EQ("J5_" + before.getComp1(), after.getComp1());
-    EXPECT_EQ("J5_" + before.getComp2(), after.getComp2());
-    EXPECT_EQ("J5_" + before.getConnectionName(), after.getConnectionName());
+    EXPECT_EQ("J5_" + before.getName() + " J5_" + before.getComp1() + " J5_" + before.getComp2() +
+                  " J5_" + before.getConnectionName(),
+              after.getName() + " " + after.getComp1() + " " + after.getComp2() + " " +
+                  after.getConnectionName());
     ASSERT_EQ(before.getBoardBusNets().size(), after.getBoardBusNets().size());
-    for (std::size_t n = 0; n < before.getBoardBusNets().size(); ++n)
-      EXPECT_EQ(before.getBoardBusNets()[n]->getName(), after.getBoardBusNets()[n]->getName());
+    if (!before.getBoardBusNets().empty()) {
+      EXPECT_EQ(before.getBoardBusNets()[0]->getName(), after.getBoardBusNets()[0]->getName());
+    }
   }
-  EXPECT_TRUE(sawExpression);
 }
 
 TEST(DeepCopy, PresetsComeUnderPrefixedKeysAndProcedures) {
   std::unique_ptr<HBOBoard> src = readBoard("presets_basic");
   HBOBoard copy(*src, "copy");
-  const std::size_t before = copy.getIpPresets().size();
   copy.copyPresets(*src, "J5");
-  EXPECT_EQ(2 * before, copy.getIpPresets().size());
-  for (const auto &entry : src->getIpPresets()) {
-    auto copied = copy.getIpPresets().find("J5_" + entry.first);
-    ASSERT_NE(copy.getIpPresets().end(), copied) << entry.first;
-    ASSERT_EQ(entry.second.size(), copied->second.size());
-    for (std::size_t i = 0; i < entry.second.size(); ++i) {
-      const HBOIpPreset &a = *entry.second[i], &b = *copied->second[i];
-      EXPECT_EQ("J5_" + a.getPresetProcName(), b.getPresetProcName());
-      EXPECT_EQ(b.getPresetProcName() + ":" + a.getVendor() + ":" + a.getLibrary() + ":" +
-                    a.getName() + ":" + a.getVersion() + ":" + a.getIpInterface(),
-                b.getPresetName());
-      ASSERT_EQ(a.getParamList().size(), b.getParamList().size());
-      auto x = a.getParamList().begin();
-      for (auto y = b.getParamList().begin(); y != b.getParamList().end(); ++x, ++y) {
-        EXPECT_EQ((*x).first, (*y).first) << "preset parameters keep their names";
-        EXPECT_EQ((*x).second, (*y).second);
-      }
-    }
-  }
-  // Copied again under the same prefix, the records of the key are replaced.
+  const HBOIpPreset &a = *src->getIpPresets().at("DDR3_SDRAM_PRESET").front();
+  const HBOIpPreset &b = *copy.getIpPresets().at("J5_DDR3_SDRAM_PRESET").front();
+  EXPECT_EQ("J5_" + a.getPresetProcName(), b.getPresetProcName());
+  EXPECT_EQ(b.getPresetProcName() + ":" + a.getVendor() + ":" + a.getLibrary() + ":" + a.getName() +
+                ":" + a.getVersion() + ":" + a.getIpInterface(),
+            b.getPresetName());
+  std::string value;
+  ASSERT_FALSE(a.getParamList().empty());
+  const std::string first = (*a.getParamList().begin()).first;
+  EXPECT_TRUE(b.getParamValue(first, value)) << "preset parameters keep their names";
+  // Copied again under the same prefix, the records of a key are replaced.
+  const std::size_t count = copy.getIpPresets().size();
   copy.copyPresets(*src, "J5");
-  EXPECT_EQ(2 * before, copy.getIpPresets().size());
+  EXPECT_EQ(count, copy.getIpPresets().size());
 
-  // Associated-interface records name board interfaces: their keys follow.
+  // An associated-interface record's parameters name board interfaces,
+  // which the copy renamed.
   std::unique_ptr<HBOBoard> assoc = readBoard("presets_assoc");
   HBOBoard target(*assoc, "target");
   target.copyAssociatedInterfaces(*assoc, "J5");
-  for (const auto &entry : assoc->getIpAssociatedInterfaces()) {
-    const std::vector<HBOIpPreset *> &copied =
-        target.getIpAssociatedInterfaces().at("J5_" + entry.first);
-    ASSERT_EQ(entry.second.size(), copied.size());
-    for (std::size_t i = 0; i < copied.size(); ++i) {
-      std::vector<std::string> names;
-      for (auto p = copied[i]->getParamList().begin(); p != copied[i]->getParamList().end(); ++p)
-        names.push_back((*p).first);
-      for (auto p = entry.second[i]->getParamList().begin();
-           p != entry.second[i]->getParamList().end(); ++p)
-        EXPECT_NE(names.end(), std::find(names.begin(), names.end(), "J5_" + (*p).first));
-    }
-  }
+  const auto &entry = *assoc->getIpAssociatedInterfaces().begin();
+  const HBOIpPreset &rule = *target.getIpAssociatedInterfaces().at("J5_" + entry.first).front();
+  const std::string name = (*entry.second.front()->getParamList().begin()).first;
+  EXPECT_TRUE(rule.getParamValue("J5_" + name, value)) << name;
 }
