@@ -21,7 +21,7 @@ const char kAbout[] =
     "interface does not. A connector that has an explicit list offers only that one\n"
     "to the consoles. BASE is any name 'boardtool show' takes.\n";
 
-const char kNotes[] = "Exit status: 0 listed, 1 BASE is unknown or no reference board, or the "
+const char kNotes[] = "Exit status: 0 listed, 1 BASE is unknown or no reference board, or the\n"
                       "load failed, 2 bad usage.\n";
 
 void printGroup(const char *title, const HBOBoard::ConnectorCache &cache, const std::string &key,
