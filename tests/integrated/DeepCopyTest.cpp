@@ -150,23 +150,6 @@ TEST(DeepCopy, AModeTakesThePrefixInItsNamesAndKeepsItsOrders) {
   EXPECT_EQ("Mode", plain.getDisplayName());
 }
 
-TEST(DeepCopy, AConnectsWithParameterKeepsAComponentToItsConnector) {
-  std::unique_ptr<HBOBoard> daughter =
-      readBoard("compose_install/boards/board_files/kestrel-boards/finch_card/1.0");
-  HBOBoard onFmc(*daughter, "on_fmc"), onPmod(*daughter, "on_pmod");
-  onFmc.copyComponents(*daughter, "fmc");
-  onPmod.copyComponents(*daughter, "pmod");
-  EXPECT_EQ(nullptr, onFmc.findBoardComponent("fmc_beeper"));
-  EXPECT_NE(nullptr, onFmc.findBoardComponent("fmc_plug"));
-  EXPECT_NE(nullptr, onPmod.findBoardComponent("pmod_beeper"));
-
-  // The modes of a copied component speak of the copied jumpers.
-  std::vector<HBOComponentMode *> modes;
-  onFmc.findBoardComponent("fmc_plug")->getComponentModes(modes);
-  ASSERT_EQ(1u, modes.size());
-  EXPECT_EQ("{fmc_jp1 true}", modes[0]->getEnablementDependency());
-}
-
 TEST(DeepCopy, ConnectionsSpeakOfTheCopiedJumpers) {
   HBOBoard bare;
   bare.setName("v", "bare", "1.0");
