@@ -23,7 +23,7 @@ const char kAbout[] =
     "connection, the daughter interfaces that reached the FPGA and those that did\n"
     "not, with the first pin of each that does not trace.\n";
 
-const char kNotes[] = "Exit status: 0 composed, 1 the board could not be composed (the message "
+const char kNotes[] = "Exit status: 0 composed, 1 the board could not be composed (the message\n"
                       "says why) or the load failed, 2 bad usage.\n";
 
 int run(const Arguments &args) {
