@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstring>
 #include <deque>
-#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -130,7 +129,57 @@ ThreadCache &threadCache() {
   return recent;
 }
 
-std::size_t hashOf(std::string_view text) { return std::hash<std::string_view>()(text); }
+// The pool hashes every text it is asked for, most of them short names, so
+// the hash reads eight bytes at a time and mixes each pair of words with one
+// wide multiplication, whose high and low halves folded together let every
+// input bit reach every output bit. The table, the thread's cache and the
+// choice of shard each take other bits of the result.
+constexpr std::uint64_t kMix0 = 0xa0761d6478bd642full;
+constexpr std::uint64_t kMix1 = 0xe7037ed1a0b428dbull;
+constexpr std::uint64_t kMix2 = 0x8ebc6af09c88c6e3ull;
+
+inline std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+  const unsigned __int128 product = static_cast<unsigned __int128>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+inline std::uint64_t load64(const char *p) {
+  std::uint64_t word;
+  std::memcpy(&word, p, sizeof(word));
+  return word;
+}
+
+inline std::uint64_t load32(const char *p) {
+  std::uint32_t word;
+  std::memcpy(&word, p, sizeof(word));
+  return word;
+}
+
+std::size_t hashOf(std::string_view text) {
+  const char *p = text.data();
+  std::size_t left = text.size();
+  std::uint64_t h = kMix0 ^ mix(static_cast<std::uint64_t>(left) ^ kMix1, kMix2);
+  for (; left > 16; p += 16, left -= 16)
+    h = mix(load64(p) ^ kMix1, load64(p + 8) ^ h);
+  // The last one to sixteen bytes, in two words that may overlap: the length
+  // is in the hash already, so overlapping reads tell texts apart.
+  std::uint64_t a = 0;
+  std::uint64_t b = 0;
+  if (left > 8) {
+    a = load64(p);
+    b = load64(p + left - 8);
+  } else if (left >= 4) {
+    a = load32(p);
+    b = load32(p + left - 4);
+  } else if (left > 0) {
+    const auto byte = [&](std::size_t i) {
+      return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i]));
+    };
+    a = (byte(0) << 16) | (byte(left >> 1) << 8) | byte(left - 1);
+  }
+  h = mix(a ^ kMix1, b ^ h);
+  return static_cast<std::size_t>(mix(h ^ kMix2, h ^ kMix0));
+}
 // The table of a shard indexes by the low bits, so the others take high ones.
 Entry &cacheSlot(ThreadCache &cache, std::size_t hash) {
   return cache[(hash >> 12) % kThreadCacheSlots];
