@@ -1,6 +1,7 @@
 #include "HXMLWElement.h"
 #include "HXMLWInterface.h"
 
+#include <algorithm>
 #include <cstring>
 #include <pugixml.hpp>
 #include <strings.h>
@@ -76,6 +77,25 @@ const char *HXMLWElement::findAttribute(const char *name) const {
       return a.value();
   }
   return nullptr;
+}
+
+void HXMLWElement::findAttributes(const char *const *names, std::size_t count,
+                                  const char **values) const {
+  std::fill(values, values + count, nullptr);
+  if (!m_node)
+    return;
+  std::size_t missing = count;
+  for (pugi::xml_attribute a = node(m_node).first_attribute(); a && missing;
+       a = a.next_attribute()) {
+    const char *attr = a.name();
+    for (std::size_t i = 0; i < count; ++i) {
+      // The first attribute of a name is the one findAttribute gives.
+      if (values[i] || !names[i] || attr[0] != names[i][0] || std::strcmp(attr, names[i]) != 0)
+        continue;
+      values[i] = a.value();
+      --missing;
+    }
+  }
 }
 
 std::string_view HXMLWElement::getAttributeView(const char *name) const {

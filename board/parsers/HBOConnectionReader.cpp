@@ -36,8 +36,8 @@ const long long kMaxBusWidth = 16384;
 }
 
 // An absent or empty delay is 0.
-float readDelay(const HXMLWElement &element, const char *attribute) {
-  std::string_view text = element.getAttributeView(attribute);
+float readDelay(const char *attribute) {
+  const std::string_view text = HXMLWElement::viewOf(attribute);
   if (text.empty())
     return 0.0f;
   float value = 0.0f;
@@ -96,9 +96,12 @@ bool HBOConnectionReader::readConnections(HXMLWElement *root, std::string &error
 bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
   if (!connection || !m_ctx.board)
     return false;
-  const std::string connectionName = connection->getAttribute("name");
-  const std::string comp1 = HSTStringUtils::toLower(connection->getAttribute("component1"));
-  const std::string comp2 = HSTStringUtils::toLower(connection->getAttribute("component2"));
+  static const char *const kNames[] = {"name", "component1", "component2"};
+  const char *values[3];
+  connection->findAttributes(kNames, values);
+  const std::string connectionName(HXMLWElement::viewOf(values[0]));
+  const std::string comp1 = HSTStringUtils::toLower(std::string(HXMLWElement::viewOf(values[1])));
+  const std::string comp2 = HSTStringUtils::toLower(std::string(HXMLWElement::viewOf(values[2])));
 
   for (HXMLWElement child : connection->children()) {
     if (child.isTag("pin")) {
@@ -125,19 +128,24 @@ std::unique_ptr<HBOBoardBus>
 HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &connectionName,
                                         const std::string &comp1, const std::string &comp2) {
   std::unique_ptr<HBOBoardBus> bus(new HBOBoardBus());
-  bus->setName(map.getAttribute("name"));
+  static const char *const kNames[] = {"name",        "c1_st_index",  "c1_end_index",
+                                       "c2_st_index", "c2_end_index", "typical_delay",
+                                       "min_delay",   "max_delay"};
+  const char *values[8];
+  map.findAttributes(kNames, values);
+  bus->setName(std::string(HXMLWElement::viewOf(values[0])));
   const std::string &mapName = bus->getName();
-  const char *c1Start = map.findAttribute("c1_st_index");
-  const char *c1End = map.findAttribute("c1_end_index");
-  const char *c2Start = map.findAttribute("c2_st_index");
-  const char *c2End = map.findAttribute("c2_end_index");
+  const char *c1Start = values[1];
+  const char *c1End = values[2];
+  const char *c2Start = values[3];
+  const char *c2End = values[4];
   // Told, and the map is still read with 0 in place of what is missing.
   if (!c1Start || !c1End || !c2Start || !c2End)
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
 
-  const float typicalDelay = readDelay(map, "typical_delay");
-  const float minDelay = readDelay(map, "min_delay");
-  const float maxDelay = readDelay(map, "max_delay");
+  const float typicalDelay = readDelay(values[5]);
+  const float minDelay = readDelay(values[6]);
+  const float maxDelay = readDelay(values[7]);
 
   bus->setConnectionName(connectionName);
   bus->setComp1(comp1);
@@ -213,12 +221,15 @@ void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
       const std::vector<HBOBoardBusNet *> &nets = bus.getBoardBusNets();
       for (HXMLWElement netElement : part.children()) {
         // The index counts from the start of the range on component 1.
+        static const char *const kNames[] = {"index", "typical_delay", "max_delay", "min_delay"};
+        const char *values[4];
+        netElement.findAttributes(kNames, values);
         int index = 0;
-        if (!HBOParseContext::parseInt(netElement.getAttributeView("index"), index))
+        if (!HBOParseContext::parseInt(HXMLWElement::viewOf(values[0]), index))
           raiseNotANumber(typeid(int));
-        const float typical = readDelay(netElement, "typical_delay");
-        const float max = readDelay(netElement, "max_delay");
-        const float min = readDelay(netElement, "min_delay");
+        const float typical = readDelay(values[1]);
+        const float max = readDelay(values[2]);
+        const float min = readDelay(values[3]);
         // Nets stand in index order, one per position of the range, so the
         // net at that position is the only one it can mean.
         if (index < 0 || static_cast<std::size_t>(index) >= nets.size())

@@ -32,13 +32,20 @@ struct PreferredIpAttributes {
   std::string_view vendor, library, name, version, presetFile;
   bool hasOrder = false;
 
+  const char *order = nullptr;
+
   explicit PreferredIpAttributes(const HXMLWElement &element) {
-    vendor = element.getAttributeView("vendor");
-    library = element.getAttributeView("library");
-    name = element.getAttributeView("name");
-    version = element.getAttributeView("version");
-    presetFile = element.getAttributeView("preset_file");
-    hasOrder = element.findAttribute("order") != nullptr;
+    static const char *const kNames[] = {"vendor",  "library",     "name",
+                                         "version", "preset_file", "order"};
+    const char *values[6];
+    element.findAttributes(kNames, values);
+    vendor = HXMLWElement::viewOf(values[0]);
+    library = HXMLWElement::viewOf(values[1]);
+    name = HXMLWElement::viewOf(values[2]);
+    version = HXMLWElement::viewOf(values[3]);
+    presetFile = HXMLWElement::viewOf(values[4]);
+    order = values[5];
+    hasOrder = order != nullptr;
   }
   // A file that gives no version means any version.
   std::string_view versionText() const { return version.empty() ? std::string_view("*") : version; }
@@ -87,11 +94,14 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   HBOBoardComponent *component = interface->getOwnerComponent();
   if (!component)
     return false;
-  const std::string name = element->getAttribute("name");
-  const std::string type = HSTStringUtils::trim(element->getAttribute("type"));
-  const std::string mode = element->getAttribute("mode");
-  const std::string ofComponent = element->getAttribute("of_component");
-  const std::string presetProc = element->getAttribute("preset_proc");
+  static const char *const kNames[] = {"name", "type", "mode", "of_component", "preset_proc"};
+  const char *values[5];
+  element->findAttributes(kNames, values);
+  const std::string name(HXMLWElement::viewOf(values[0]));
+  const std::string type = HSTStringUtils::trim(std::string(HXMLWElement::viewOf(values[1])));
+  const std::string mode(HXMLWElement::viewOf(values[2]));
+  const std::string ofComponent(HXMLWElement::viewOf(values[3]));
+  const std::string presetProc(HXMLWElement::viewOf(values[4]));
 
   interface->setName(name);
   interface->setDisplayName(name);
@@ -126,10 +136,15 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   HBOParsedInterface parsed;
   for (HXMLWElement child : element->children()) {
     if (child.isTag("parameters")) {
-      for (HXMLWElement p : child.children())
-        interface->addParameter(new HBOParameter(
-            p.getAttribute("name"), p.getAttribute("value"), p.getAttribute("value_type"),
-            p.getAttribute("value_min"), p.getAttribute("value_max"), p.getAttribute("readonly")));
+      for (HXMLWElement p : child.children()) {
+        static const char *const kParamNames[] = {"name",      "value",     "value_type",
+                                                  "value_min", "value_max", "readonly"};
+        const char *v[6];
+        p.findAttributes(kParamNames, v);
+        auto text = [&](int i) { return std::string(HXMLWElement::viewOf(v[i])); };
+        interface->addParameter(
+            new HBOParameter(text(0), text(1), text(2), text(3), text(4), text(5)));
+      }
     } else if (child.isTag("description")) {
       interface->setDescription(child.getText());
     } else if (child.isTag("preset_file")) {
@@ -182,8 +197,7 @@ bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interfa
       m_ctx.parsed->preferredIpVlnvs.insert(m_scratch);
     }
     std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc, m_scratch);
-    int order =
-        m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
+    int order = m_ctx.convert2NonNegativeInteger(ip.order, "preferred_ip order");
     if (ip.hasOrder)
       record->setOrder(order);
     else
@@ -237,14 +251,17 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   if (!element || element->isNull() || !port || !map)
     return false;
   // Views into the document, copied once into the port and the map.
-  const std::string_view logicalPort = element->getAttributeView("logical_port");
-  const char *leftText = element->findAttribute("left");
-  const char *rightText = element->findAttribute("right");
+  static const char *const kNames[] = {"logical_port", "left", "right", "physical_port", "dir"};
+  const char *values[5];
+  element->findAttributes(kNames, values);
+  const std::string_view logicalPort = HXMLWElement::viewOf(values[0]);
+  const char *leftText = values[1];
+  const char *rightText = values[2];
   const bool hasLeft = leftText != nullptr;
   const bool hasRight = rightText != nullptr;
 
-  port->setName(element->getAttributeView("physical_port"));
-  port->setDirection(element->getAttributeView("dir"));
+  port->setName(HXMLWElement::viewOf(values[3]));
+  port->setDirection(HXMLWElement::viewOf(values[4]));
   const std::string &physicalPort = port->getName();
   map->setLogicalPort(logicalPort);
   map->setPhysicalPort(physicalPort);
@@ -271,13 +288,18 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
   // The pin's name for the look-up, in a buffer kept from port to port.
   std::string &pinName = m_scratch;
   for (HXMLWElement child : element->children("pin_maps")) {
-    long long count = 0;
+    // Each pin map's two attributes, found in one walk and kept for the
+    // second pass.
+    static const char *const kPinMapNames[] = {"port_index", "component_pin"};
+    m_pinMapTexts.clear();
     std::size_t textBytes = 0;
     for (HXMLWElement pinMap : child.children()) {
-      ++count;
-      textBytes += pinMap.getAttributeView("port_index").size() +
-                   pinMap.getAttributeView("component_pin").size();
+      const char *texts[2];
+      pinMap.findAttributes(kPinMapNames, texts);
+      m_pinMapTexts.emplace_back(HXMLWElement::viewOf(texts[0]), HXMLWElement::viewOf(texts[1]));
+      textBytes += m_pinMapTexts.back().first.size() + m_pinMapTexts.back().second.size();
     }
+    const auto count = static_cast<long long>(m_pinMapTexts.size());
     int width = 0;
     port->getPortWidth(width);
     if (count != width)
@@ -285,9 +307,9 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
     port->reservePinPortMap(static_cast<std::size_t>(count), textBytes);
 
     m_pinOfIndex.reset(static_cast<std::size_t>(count));
-    for (HXMLWElement pinMap : child.children()) {
-      const std::string_view indexText = pinMap.getAttributeView("port_index");
-      const std::string_view pinText = pinMap.getAttributeView("component_pin");
+    for (const auto &texts : m_pinMapTexts) {
+      const std::string_view indexText = texts.first;
+      const std::string_view pinText = texts.second;
       const std::string_view *known = m_pinOfIndex.insert(indexText, pinText);
       if (known && m_ctx.strictChecks)
         m_ctx.queueFinding("In the pin_maps for the logical_port '" + std::string(logicalPort) +
@@ -354,8 +376,7 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
           m_ctx.parsed->preferredIpVlnvs.insert(m_scratch);
         }
         std::unique_ptr<HBOBusIfPreference> record = makePreference(ip, presetProc, m_scratch);
-        int order =
-            m_ctx.convert2NonNegativeInteger(entry.findAttribute("order"), "preferred_ip order");
+        int order = m_ctx.convert2NonNegativeInteger(ip.order, "preferred_ip order");
         if (ip.hasOrder)
           record->setOrder(order);
         record->setOwner(m_ctx.board);

@@ -6,6 +6,9 @@
 #include "HBOViewTable.h"
 
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 class HBOBoardValidator;
 class HBOBusIf;
@@ -37,6 +40,8 @@ private:
   HBOBoardValidator &m_validator;
   /// Port index to pin of the pin_maps being read, kept from port to port.
   HBOViewTable m_pinOfIndex;
+  /// Port index and component pin of each pin map being read, in order.
+  std::vector<std::pair<std::string_view, std::string_view>> m_pinMapTexts;
   /// Texts composed or copied for a moment (a VLNV, a pin name to look up),
   /// kept from one use to the next so that they are allocated once.
   std::string m_scratch;

@@ -74,10 +74,13 @@ void handOver(const HBOBoard::PresetMap &map, const std::string &name, PendingPr
 // Reads the five identifying attributes of an ip element into the record.
 void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner,
                     HBOParsedVLNVs *parsed) {
-  std::string_view vendor = ip.getAttributeView("vendor");
-  std::string_view library = ip.getAttributeView("library");
-  std::string_view name = ip.getAttributeView("name");
-  std::string_view version = ip.getAttributeView("version");
+  static const char *const kNames[] = {"vendor", "library", "name", "version", "ip_interface"};
+  const char *values[5];
+  ip.findAttributes(kNames, values);
+  std::string_view vendor = HXMLWElement::viewOf(values[0]);
+  std::string_view library = HXMLWElement::viewOf(values[1]);
+  std::string_view name = HXMLWElement::viewOf(values[2]);
+  std::string_view version = HXMLWElement::viewOf(values[3]);
   // The collector sees the file's own text, before any default applies.
   if (parsed) {
     std::string vlnv;
@@ -86,7 +89,7 @@ void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner
     vlnv.append(name).append(1, ':').append(version);
     parsed->preferredIpVlnvs.insert(std::move(vlnv));
   }
-  std::string_view ipInterface = ip.getAttributeView("ip_interface");
+  std::string_view ipInterface = HXMLWElement::viewOf(values[4]);
   if (version.empty())
     version = "*";
   if (ipInterface.empty())
@@ -214,20 +217,23 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
     if (!userParams && !group.isTag("model_parameters"))
       continue;
     for (HXMLWElement param : group.children()) {
-      std::string_view name = param.getAttributeView("name");
+      static const char *const kNames[] = {"name", "value_type", "value"};
+      const char *values[3];
+      param.findAttributes(kNames, values);
+      std::string_view name = HXMLWElement::viewOf(values[0]);
       m_hier.clear();
       if (userParams && param.isTag("user_hier_parameter")) {
         if (readHierParam(&param, m_hier))
           add(name, m_hier);
         continue;
       }
-      std::string_view valueType = param.getAttributeView("value_type");
+      std::string_view valueType = HXMLWElement::viewOf(values[1]);
       if (HBOParseContext::sameIgnoringCase(valueType, "file")) {
         // A file that is not there sets nothing; the type is kept all the same.
         std::string path = m_ctx.board ? HUTFile::parentPath(m_ctx.board->getBoardFile()) +
                                              HBOBoardUtils::getDirSeparator()
                                        : std::string();
-        path += param.getAttributeView("value");
+        path += HXMLWElement::viewOf(values[2]);
         if (HUTFile::exists(path))
           add(name, path);
         preset->setValueType(std::string(valueType));
@@ -235,7 +241,7 @@ bool HBOPresetReader::readPresetDetails(HXMLWElement *ip, HBOIpPreset *preset) {
         if (readHierParam(&param, m_hier))
           add(name, m_hier);
       } else {
-        add(name, param.getAttributeView("value"));
+        add(name, HXMLWElement::viewOf(values[2]));
       }
     }
   }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <thread>
 
@@ -240,7 +242,26 @@ TEST(Xml, ViewsAndChildRanges) {
   EXPECT_TRUE(root.children("none").empty());
   EXPECT_EQ(root.findChild("B"), root.getChild(1));
 
+  // Several at once, in one walk: names exact, present but empty is not
+  // absent, and the first of a repeated attribute is what findAttribute gives.
+  static const char *const kNames[] = {"empty", "A", "a", "missing", "k"};
+  const char *values[5];
+  root.findAttributes(kNames, values);
+  ASSERT_NE(values[0], nullptr);
+  EXPECT_STREQ(values[0], "");
+  EXPECT_EQ(values[1], nullptr);
+  EXPECT_STREQ(values[2], "1");
+  EXPECT_EQ(values[3], nullptr);
+  EXPECT_EQ(values[4], nullptr);
+  HXMLWInterface twice;
+  if (twice.readFromBuffer("<r k='1' k='2'/>")) {
+    twice.getRootElement()->findAttributes(kNames, values);
+    EXPECT_STREQ(values[4], twice.getRootElement()->findAttribute("k"));
+  }
+
   HXMLWElement null;
+  null.findAttributes(kNames, values);
+  EXPECT_TRUE(std::all_of(std::begin(values), std::end(values), [](const char *v) { return !v; }));
   EXPECT_TRUE(null.children().empty());
   EXPECT_EQ(null.findAttribute("a"), nullptr);
   EXPECT_EQ(null.getTagView(), "");
