@@ -15,27 +15,57 @@
 #include "HUTFile.h"
 #include "HXMLWElement.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 namespace {
 
 const char kIOBankPrefix[] = "iobank.";
 const std::size_t kIOBankPrefixLen = sizeof(kIOBankPrefix) - 1;
 
-// Position of a name in the list of port property names, or -1.
-int portPropSlot(std::string_view name) {
-  static const std::unordered_map<std::string_view, int> slots = [] {
-    std::unordered_map<std::string_view, int> m;
-    const std::vector<std::string> &names = HBOPinProps::getPortPropNames();
-    for (std::size_t i = 0; i < names.size(); ++i)
-      m.emplace(names[i], static_cast<int>(i));
-    return m;
-  }();
-  auto it = slots.find(name);
-  return it == slots.end() ? -1 : it->second;
-}
+// What an attribute of a pin element is: its name, index or location, or
+// a port property (its position in the list of their names, 0 and up).
+enum PinAttr : int { kOther = -1, kName = -2, kIndex = -3, kLoc = -4 };
+
+// The attribute names of a pin element, grouped by their first letter: a
+// pin has ten or so attributes, and each is compared whole only with the
+// two or three names that begin like it.
+class PinAttrTable {
+public:
+  PinAttrTable() {
+    const std::vector<std::string> &props = HBOPinProps::getPortPropNames();
+    std::vector<std::pair<const char *, int>> all = {
+        {"name", kName}, {"index", kIndex}, {"loc", kLoc}};
+    for (std::size_t i = 0; i < props.size(); ++i)
+      all.emplace_back(props[i].c_str(), static_cast<int>(i));
+    std::stable_sort(all.begin(), all.end(), [](const auto &a, const auto &b) {
+      return static_cast<unsigned char>(a.first[0]) < static_cast<unsigned char>(b.first[0]);
+    });
+    m_entries = std::move(all);
+    for (std::size_t i = 0; i < m_entries.size(); ++i) {
+      const auto first = static_cast<unsigned char>(m_entries[i].first[0]);
+      if (m_end[first] == 0)
+        m_begin[first] = static_cast<std::uint8_t>(i);
+      m_end[first] = static_cast<std::uint8_t>(i + 1);
+    }
+  }
+
+  int find(const char *attr) const {
+    const auto first = static_cast<unsigned char>(attr[0]);
+    for (std::size_t i = m_begin[first]; i < m_end[first]; ++i)
+      if (!std::strcmp(attr, m_entries[i].first))
+        return m_entries[i].second;
+    return kOther;
+  }
+
+private:
+  std::vector<std::pair<const char *, int>> m_entries;
+  std::uint8_t m_begin[256] = {};
+  std::uint8_t m_end[256] = {};
+};
 
 } // namespace
 
@@ -70,6 +100,7 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
                    m_ctx.board->getPartString());
 
   const std::vector<std::string> &propNames = HBOPinProps::getPortPropNames();
+  static const PinAttrTable attrTable;
   std::vector<bool> readProp(propNames.size());
   for (std::size_t i = 0; i < propNames.size(); ++i)
     readProp[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
@@ -101,17 +132,17 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
       std::fill(propValues.begin(), propValues.end(), nullptr);
       bankProps.clear();
       element.forEachAttribute([&](const char *attr, const char *text) {
-        if (!std::strcmp(attr, "name"))
+        const int what = attrTable.find(attr);
+        if (what == kName)
           name = text;
-        else if (!std::strcmp(attr, "index"))
+        else if (what == kIndex)
           index = text;
-        else if (!std::strcmp(attr, "loc"))
+        else if (what == kLoc)
           loc = text;
+        else if (what >= 0)
+          propValues[what] = text;
         else if (!std::strncmp(attr, kIOBankPrefix, kIOBankPrefixLen))
           bankProps.emplace_back(attr + kIOBankPrefixLen, text);
-        int slot = portPropSlot(attr);
-        if (slot >= 0)
-          propValues[slot] = text;
       });
 
       checkIndexAndLoc_(path, name, index, loc, nameOfIndex, indexOfLoc);
