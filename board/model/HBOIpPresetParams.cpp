@@ -3,8 +3,8 @@
 #include "HSTIntern.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
-#include <numeric>
 
 namespace {
 
@@ -12,6 +12,26 @@ bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 constexpr std::uint32_t kDropped = UINT32_MAX;
+
+// Eight bytes of \p text from \p at, the first the most significant, and
+// zeros past its end: keys compare as the texts' bytes there do.
+std::uint64_t keyAt(std::string_view text, std::size_t at) {
+  if (at + 8 <= text.size()) {
+    std::uint64_t word;
+    std::memcpy(&word, text.data() + at, sizeof(word));
+#if __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    word = __builtin_bswap64(word);
+#endif
+    return word;
+  }
+  std::uint64_t key = 0;
+  for (std::size_t i = 0; i < 8; ++i) {
+    key <<= 8;
+    if (at + i < text.size())
+      key |= static_cast<unsigned char>(text[at + i]);
+  }
+  return key;
+}
 
 // Values worth sharing between boards: a word of letters (true, false,
 // enumerations such as AUTO or Disabled) or a number below a thousand. Such a
@@ -124,19 +144,52 @@ void HBOIpPresetParams::assign(Builder &builder) {
   builder.poolNames_();
   const std::vector<Item> &items = builder.m_items;
   // Sorted by name, and equal names by their order of arrival, so that the
-  // last of each run is the value that stays.
-  std::vector<std::uint32_t> &order = builder.m_order;
-  order.resize(items.size());
-  std::iota(order.begin(), order.end(), 0u);
-  std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-    const int cmp = builder.view_(items[a].name).compare(builder.view_(items[b].name));
-    return cmp < 0 || (cmp == 0 && a < b);
+  // last of each run is the value that stays. A preset's names mostly share
+  // a long start ("CONFIG."), so the sort compares the sixteen bytes after
+  // the start that all of them share as two numbers, and only names equal
+  // in those bytes as texts.
+  std::vector<std::string_view> &names = builder.m_names;
+  names.resize(items.size());
+  for (std::size_t i = 0; i < items.size(); ++i)
+    names[i] = builder.view_(items[i].name);
+  std::size_t shared = names.empty() ? 0 : names[0].size();
+  for (std::size_t i = 1; i < names.size() && shared > 0; ++i) {
+    const std::size_t most = std::min(shared, names[i].size());
+    std::size_t same = 0;
+    while (same < most && names[0][same] == names[i][same])
+      ++same;
+    shared = same;
+  }
+  std::vector<Builder::SortKey> &keys = builder.m_keys;
+  keys.resize(items.size());
+  for (std::uint32_t i = 0; i < items.size(); ++i)
+    keys[i] = Builder::SortKey{keyAt(names[i], shared), keyAt(names[i], shared + 8), i};
+  const std::size_t keyed = shared + 16;
+  std::sort(keys.begin(), keys.end(), [&](const Builder::SortKey &a, const Builder::SortKey &b) {
+    if (a.head != b.head)
+      return a.head < b.head;
+    if (a.tail != b.tail)
+      return a.tail < b.tail;
+    const std::string_view nameA = names[a.index];
+    const std::string_view nameB = names[b.index];
+    // Zeros stand for the bytes past a name's end, so only names longer than
+    // the keyed bytes are known equal in them.
+    const int cmp = nameA.size() > keyed && nameB.size() > keyed
+                        ? nameA.substr(keyed).compare(nameB.substr(keyed))
+                        : nameA.compare(nameB);
+    return cmp < 0 || (cmp == 0 && a.index < b.index);
   });
+  std::vector<std::uint32_t> &order = builder.m_order;
+  order.resize(keys.size());
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    order[i] = keys[i].index;
   std::size_t kept = 0;
   std::size_t localTexts = 0;
   for (std::size_t i = 0; i < order.size(); ++i) {
-    if (i + 1 < order.size() &&
-        builder.view_(items[order[i]].name) == builder.view_(items[order[i + 1]].name)) {
+    // Names whose keys differ differ; a name is dropped for the next one of
+    // the same name, which came later.
+    if (i + 1 < order.size() && keys[i].head == keys[i + 1].head &&
+        keys[i].tail == keys[i + 1].tail && names[order[i]] == names[order[i + 1]]) {
       order[i] = kDropped;
       continue;
     }

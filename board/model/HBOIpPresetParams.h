@@ -111,7 +111,14 @@ public:
     std::string m_text;
     void poolNames_();
 
-    std::vector<std::uint32_t> m_order; // scratch of assign
+    struct SortKey {
+      std::uint64_t head; // the bytes after the names' shared start
+      std::uint64_t tail; // and the eight after those
+      std::uint32_t index;
+    };
+    std::vector<SortKey> m_keys; // scratch of assign
+    std::vector<std::string_view> m_names;
+    std::vector<std::uint32_t> m_order;
     std::vector<std::string_view> m_toPool;
     std::vector<const std::string *> m_pooled;
   };

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 #include <string>
 #include <thread>
 #include <utility>
@@ -57,6 +58,43 @@ TEST(ModelPresetParams, SortedByNameAndTheLastOfARepeatedNameWins) {
   next.assign(builder);
   EXPECT_TRUE(next.empty());
   EXPECT_EQ(next.begin(), next.end());
+}
+
+// Names share a long start and differ before, inside and after the bytes
+// that the sort compares as numbers, or end there; the order must be the
+// texts' own, and the last of a repeated name must still win.
+TEST(ModelPresetParams, NamesWithALongSharedStartSortAsTexts) {
+  const std::vector<std::string> tails = {"",
+                                          "A",
+                                          "AB",
+                                          "ABCDEFGH",
+                                          "ABCDEFGHI",
+                                          "ABCDEFGHIJKLMNOP",
+                                          "ABCDEFGHIJKLMNOPQ",
+                                          "ABCDEFGHIJKLMNOPQR",
+                                          "ABCDEFGHIJKLMNOPR",
+                                          "ABCDEFGHIJKLMNOz",
+                                          "ABCDEFGz",
+                                          "B",
+                                          std::string("A\0B", 3),
+                                          std::string("A\0", 2)};
+  HBOIpPreset::ParamMap::Builder builder;
+  std::map<std::string, std::string> expected;
+  int round = 0;
+  for (const char *start : {"CONFIG.C0.DDR4_", "CONFIG.C0.DDR4_X"}) {
+    for (std::size_t i = 0; i < tails.size(); ++i) {
+      // Backwards and again, so that the sort has work and names repeat.
+      const std::string name = start + tails[tails.size() - 1 - i];
+      const std::string value = "v" + std::to_string(round++);
+      builder.addLocalName(name, value);
+      expected[name] = value;
+    }
+    builder.addLocalName(start + tails[3], "last");
+    expected[start + tails[3]] = "last";
+  }
+  HBOIpPreset::ParamMap params;
+  params.assign(builder);
+  EXPECT_EQ(Entries(expected.begin(), expected.end()), entriesOf(params));
 }
 
 TEST(ModelPresetParams, OnlyCommonValuesGoToThePool) {
