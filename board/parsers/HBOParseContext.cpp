@@ -120,6 +120,21 @@ bool HBOParseContext::parseFloat(std::string_view text, float &out) {
   const char last = text.back();
   if (last == 'e' || last == 'E' || last == '+' || last == '-')
     return false;
+  // The usual number converts without a copy. The conversion takes no
+  // leading '+', and gives up on what it cannot represent (strtof makes
+  // tiny numbers 0): those, and all else, go the way below.
+  {
+    const char *start = text.data();
+    if (*start == '+' && text.size() > 1 &&
+        (std::isdigit(static_cast<unsigned char>(start[1])) || start[1] == '.'))
+      ++start;
+    float value = 0.0f;
+    const auto [end, error] = std::from_chars(start, text.data() + text.size(), value);
+    if (error == std::errc() && end == text.data() + text.size()) {
+      out = value;
+      return true;
+    }
+  }
   // Short enough for the stack, and null-terminated for strtof.
   char buffer[128];
   std::string copy;
