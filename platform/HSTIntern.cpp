@@ -16,6 +16,35 @@ namespace {
 constexpr std::size_t kShards = 32;
 constexpr std::size_t kThreadCacheSlots = 1024;
 
+inline std::uint64_t load64(const char *p) {
+  std::uint64_t word;
+  std::memcpy(&word, p, sizeof(word));
+  return word;
+}
+
+inline std::uint64_t load32(const char *p) {
+  std::uint32_t word;
+  std::memcpy(&word, p, sizeof(word));
+  return word;
+}
+
+// Whether \p size bytes at \p a and \p b are equal. Pooled texts are mostly
+// short names, for which a call to memcmp costs more than the compare.
+inline bool sameBytes(const char *a, const char *b, std::size_t size) {
+  if (size >= 8) {
+    for (std::size_t at = 0; at + 8 < size; at += 8)
+      if (load64(a + at) != load64(b + at))
+        return false;
+    return load64(a + size - 8) == load64(b + size - 8);
+  }
+  if (size >= 4)
+    return load32(a) == load32(b) && load32(a + size - 4) == load32(b + size - 4);
+  for (std::size_t at = 0; at < size; ++at)
+    if (a[at] != b[at])
+      return false;
+  return true;
+}
+
 // A look-up is mostly a miss of the processor's caches: an entry of a
 // thread's cache carries the hash and where the text's characters are, so
 // that a probe reads the entry and the characters and nothing else, and the
@@ -27,7 +56,7 @@ struct Entry {
   std::size_t size = 0;
 
   bool holds(std::string_view other, std::size_t otherHash) const {
-    return hash == otherHash && size == other.size() && std::memcmp(data, other.data(), size) == 0;
+    return hash == otherHash && size == other.size() && sameBytes(data, other.data(), size);
   }
 };
 
@@ -52,9 +81,9 @@ struct alignas(64) Slot {
     if (hash != otherHash || size != other.size())
       return false;
     if (size <= kInline)
-      return std::memcmp(head, other.data(), size) == 0;
-    return std::memcmp(head, other.data(), kInline) == 0 &&
-           std::memcmp(data + kInline, other.data() + kInline, size - kInline) == 0;
+      return sameBytes(head, other.data(), size);
+    return sameBytes(head, other.data(), kInline) &&
+           sameBytes(data + kInline, other.data() + kInline, size - kInline);
   }
 };
 
@@ -141,18 +170,6 @@ constexpr std::uint64_t kMix2 = 0x8ebc6af09c88c6e3ull;
 inline std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
   const unsigned __int128 product = static_cast<unsigned __int128>(a) * b;
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-}
-
-inline std::uint64_t load64(const char *p) {
-  std::uint64_t word;
-  std::memcpy(&word, p, sizeof(word));
-  return word;
-}
-
-inline std::uint64_t load32(const char *p) {
-  std::uint32_t word;
-  std::memcpy(&word, p, sizeof(word));
-  return word;
 }
 
 std::size_t hashOf(std::string_view text) {
