@@ -1,5 +1,8 @@
 #include "HSTStringUtils.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace {
 
 // Explicit ASCII tables rather than <cctype>: the process locale may have
@@ -29,7 +32,17 @@ std::string HSTStringUtils::toLower(std::string text) {
 
 bool HSTStringUtils::UpperLess::operator()(std::string_view a, std::string_view b) const {
   const std::size_t n = a.size() < b.size() ? a.size() : b.size();
-  for (std::size_t i = 0; i < n; ++i) {
+  // Keys of one map mostly begin alike: the bytes that are equal as they
+  // stand are equal upper-cased, so they are skipped eight at a time.
+  std::size_t i = 0;
+  for (; i + 8 <= n; i += 8) {
+    std::uint64_t x, y;
+    std::memcpy(&x, a.data() + i, sizeof(x));
+    std::memcpy(&y, b.data() + i, sizeof(y));
+    if (x != y)
+      break;
+  }
+  for (; i < n; ++i) {
     const auto x = static_cast<unsigned char>(upperC(a[i]));
     const auto y = static_cast<unsigned char>(upperC(b[i]));
     if (x != y)
