@@ -172,10 +172,10 @@ inline std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-std::size_t hashOf(std::string_view text) {
+inline std::size_t hashOf(std::string_view text) {
   const char *p = text.data();
   std::size_t left = text.size();
-  std::uint64_t h = kMix0 ^ mix(static_cast<std::uint64_t>(left) ^ kMix1, kMix2);
+  std::uint64_t h = kMix0 ^ static_cast<std::uint64_t>(left);
   for (; left > 16; p += 16, left -= 16)
     h = mix(load64(p) ^ kMix1, load64(p + 8) ^ h);
   // The last one to sixteen bytes, in two words that may overlap: the length
@@ -189,7 +189,7 @@ std::size_t hashOf(std::string_view text) {
     a = load32(p);
     b = load32(p + left - 4);
   } else if (left > 0) {
-    const auto byte = [&](std::size_t i) {
+    const auto byte = [p](std::size_t i) {
       return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i]));
     };
     a = (byte(0) << 16) | (byte(left >> 1) << 8) | byte(left - 1);
