@@ -55,9 +55,13 @@ public:
 
   int find(const char *attr) const {
     const auto first = static_cast<unsigned char>(attr[0]);
-    for (std::size_t i = m_begin[first]; i < m_end[first]; ++i)
-      if (!std::strcmp(attr, m_entries[i].first))
+    // The first letters are equal; most names that begin alike differ in
+    // the second.
+    for (std::size_t i = m_begin[first]; i < m_end[first]; ++i) {
+      const char *name = m_entries[i].first;
+      if (name[1] == attr[1] && !std::strcmp(attr + 1, name + 1))
         return m_entries[i].second;
+    }
     return kOther;
   }
 
