@@ -107,10 +107,10 @@ void readIpIdentity(const HXMLWElement &ip, HBOIpPreset &preset, HBOBoard *owner
 // not exhaust the stack.
 const int kMaxHierDepth = 256;
 
-void appendHierName(std::string &out, const HXMLWElement &element, int depth) {
+void appendHierName(std::string &out, std::string_view name, int depth) {
   if (depth == 0)
     out += ' ';
-  out += element.getAttributeView("name");
+  out += name;
   out += ' ';
 }
 
@@ -353,9 +353,12 @@ bool HBOPresetReader::readHierParam(HXMLWElement *element, std::string &out) {
 bool HBOPresetReader::readHierParamRec_(HXMLWElement *element, std::string &out, int depth) {
   if (!element || depth > kMaxHierDepth)
     return false;
-  appendHierName(out, *element, depth);
+  static const char *const kNames[] = {"name", "value"};
+  const char *values[2];
+  element->findAttributes(kNames, values);
+  appendHierName(out, HXMLWElement::viewOf(values[0]), depth);
   if (element->isTagExactly("user_parameter"))
-    out += element->getAttributeView("value");
+    out += HXMLWElement::viewOf(values[1]);
   else if (element->isTagExactly("user_hier_parameter"))
     appendHierChildren(out, *element,
                        [&](HXMLWElement &child) { readHierParamRec_(&child, out, depth + 1); });
@@ -365,11 +368,14 @@ bool HBOPresetReader::readHierParamRec_(HXMLWElement *element, std::string &out,
 bool HBOPresetReader::readHierParamRecOld_(HXMLWElement *element, std::string &out, int depth) {
   if (!element || depth > kMaxHierDepth)
     return false;
-  appendHierName(out, *element, depth);
-  if (element->getAttributeView("value_type") == "hier")
+  static const char *const kNames[] = {"name", "value_type", "value"};
+  const char *values[3];
+  element->findAttributes(kNames, values);
+  appendHierName(out, HXMLWElement::viewOf(values[0]), depth);
+  if (HXMLWElement::viewOf(values[1]) == "hier")
     appendHierChildren(out, *element,
                        [&](HXMLWElement &child) { readHierParamRecOld_(&child, out, depth + 1); });
   else
-    out += element->getAttributeView("value");
+    out += HXMLWElement::viewOf(values[2]);
   return true;
 }
