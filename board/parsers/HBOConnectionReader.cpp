@@ -47,19 +47,26 @@ float readDelay(const char *attribute) {
 }
 
 // The FPGA pin takes the I/O standard of the chip or connector pin it is
-// wired to; between two chips nothing moves.
-void carryIOStandard(const HBOBoardComponent *comp1, HBOPinProps *pin1,
-                     const HBOBoardComponent *comp2, HBOPinProps *pin2) {
-  if (!comp1 || !comp2 || !pin1 || !pin2)
+// wired to; between two chips nothing moves. \p standard is a buffer that
+// the nets of a bus share.
+void carryIOStandard(bool fpga1, HBOPinProps *pin1, bool fpga2, HBOPinProps *pin2,
+                     std::string &standard) {
+  if (!pin1 || !pin2)
     return;
-  std::string standard2 = pin2->getPinIOStandard();
-  if (comp1->getType() == "fpga" && !standard2.empty()) {
-    pin1->setPinIOStandard(standard2);
-    return;
+  if (fpga1) {
+    standard.clear();
+    pin2->getPinIOStandard(standard);
+    if (!standard.empty()) {
+      pin1->setPinIOStandard(standard);
+      return;
+    }
   }
-  std::string standard1 = pin1->getPinIOStandard();
-  if (comp2->getType() == "fpga" && !standard1.empty())
-    pin2->setPinIOStandard(standard1);
+  if (fpga2) {
+    standard.clear();
+    pin1->getPinIOStandard(standard);
+    if (!standard.empty())
+      pin2->setPinIOStandard(standard);
+  }
 }
 
 // "{j1 0} {j2 1}" from the children of a jumpers element; "{}" without any.
@@ -190,6 +197,11 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
   if (width < 0)
     return true;
   HBOBoardBusNet *nets = bus.makeBoardBusNets(static_cast<std::size_t>(width + 1));
+  // The types decide for every net of the bus whether a standard moves.
+  const bool fpga1 = component1 && component1->getType() == "fpga";
+  const bool fpga2 = component2 && component2->getType() == "fpga";
+  const bool carry = component1 && component2 && (fpga1 || fpga2);
+  std::string standard;
   for (long long i = 0; i <= width; ++i) {
     const int c1Index = static_cast<int>(c1From + i);
     const int c2Index = static_cast<int>(c2From + i);
@@ -201,9 +213,9 @@ bool HBOConnectionReader::wireNets_(HBOBoardBus &bus) {
     net.setTypicalDelay(bus.getDelay());
     net.setMaxDelay(bus.getMaxDelay());
     net.setMinDelay(bus.getMinDelay());
-    if (component1 && component2)
-      carryIOStandard(component1, component1->getPinByIndex(c1Index), component2,
-                      component2->getPinByIndex(c2Index));
+    if (carry)
+      carryIOStandard(fpga1, component1->getPinByIndex(c1Index), fpga2,
+                      component2->getPinByIndex(c2Index), standard);
   }
   return true;
 }
