@@ -116,6 +116,19 @@ public:
                           std::forward_as_tuple(std::forward<Args>(args)...));
     return {it, true};
   }
+  /// try_emplace for a caller that has searched already: \p hint is where
+  /// \p key would go (its lower_bound), which spares a second search; a hint
+  /// that is not that place is searched for as try_emplace does.
+  template <typename K, typename... Args>
+  iterator emplace_hint(const_iterator hint, K &&key, Args &&...args) {
+    const bool fits = (hint == cend() || Compare()(key, hint->first)) &&
+                      (hint == cbegin() || Compare()((hint - 1)->first, key));
+    if (!fits)
+      return try_emplace(std::forward<K>(key), std::forward<Args>(args)...).first;
+    return m_entries.emplace(hint, std::piecewise_construct,
+                             std::forward_as_tuple(std::forward<K>(key)),
+                             std::forward_as_tuple(std::forward<Args>(args)...));
+  }
   template <typename K, typename V> std::pair<iterator, bool> emplace(K &&key, V &&value) {
     return try_emplace(std::forward<K>(key), std::forward<V>(value));
   }

@@ -215,9 +215,10 @@ void HBOBoardComponent::storeInterface_(const std::string &key, HBOBusIf *busIf)
 void HBOBoardComponent::setModelPort(const std::string &name, HBOModelPort *const &port) {
   if (!port || name.empty())
     return;
-  auto it = m_modelPorts.find(name);
-  if (it == m_modelPorts.end())
-    it = m_modelPorts.try_emplace(toUpperCopy(name)).first;
+  // One search: where the name is, or where it goes.
+  auto it = m_modelPorts.lower_bound(name);
+  if (it == m_modelPorts.end() || HSTStringUtils::UpperLess()(name, it->first))
+    it = m_modelPorts.emplace_hint(it, toUpperCopy(name));
   HBOModelPort *&slot = it->second;
   if (slot == port)
     return;
