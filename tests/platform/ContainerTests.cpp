@@ -38,6 +38,15 @@ TEST(HSTFlatMap, BehavesAsAnOrderedMap) {
   reference.erase("b");
   EXPECT_EQ(reference, map);
   EXPECT_THROW(map.at("b"), std::out_of_range);
+
+  // A hint from lower_bound is taken; a wrong one, or a key already there,
+  // ends as try_emplace would.
+  EXPECT_EQ(map.emplace_hint(map.lower_bound("c"), "c", "7")->second, "7");
+  EXPECT_EQ(map.emplace_hint(map.begin(), "y", "8")->second, "8");
+  EXPECT_EQ(map.emplace_hint(map.end(), "a", "9")->second, "5");
+  reference.emplace("c", "7");
+  reference.emplace("y", "8");
+  EXPECT_EQ(reference, map);
 }
 
 TEST(HSTFlatMap, BulkFillKeepsTheLastOrTheFirstOfARepeatedKey) {
