@@ -202,6 +202,11 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
     missing += component->getPinByIndex(index) ? 0 : 1;
   // Names are the component's name, "_" and the index.
   component->reservePins(missing, missing * (componentName.size() + 1 + std::to_string(to).size()));
+  // A component without pins yet, a chip or connector that no file
+  // describes, takes them all at once; into a filled map they go one by one,
+  // where each replaces a pin of its name.
+  const bool intoEmpty = component->getPins().empty();
+  m_newPins.clear();
   for (int index = from; index <= to; ++index) {
     if (component->getPinByIndex(index))
       continue;
@@ -214,8 +219,13 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
     pin->setName(HBOParseContext::numberedName(componentName, index));
     pin->setPinIndex(index);
     pin->setOwner(component);
-    component->addPin(pin);
+    if (intoEmpty)
+      m_newPins.push_back(pin);
+    else
+      component->addPin(pin);
   }
+  if (!m_newPins.empty())
+    component->addPins(m_newPins);
   return true;
 }
 

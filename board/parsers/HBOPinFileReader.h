@@ -39,6 +39,8 @@ private:
 
   HBOParseContext &m_ctx;
   HBODtdValidator &m_dtd;
+  /// The pins createPinsForComponent makes, kept from call to call.
+  std::vector<HBOPinProps *> m_newPins;
 };
 
 #endif
