@@ -572,6 +572,11 @@ void HBOPinProps::setFileProperties(
   m_io = IOProfilePool::get(next);
 }
 
+void HBOPinProps::setFilePropertiesOf(const HBOPinProps &other) {
+  assert(m_io == IOProfilePool::empty() && !m_extra && "a pin fresh from createPin");
+  m_io = other.m_io;
+}
+
 std::string HBOPinProps::getIOBankPropertyValue(const std::string &name) const {
   if (name.empty())
     return std::string();

@@ -109,6 +109,10 @@ public:
   /// empty), then the bank properties, as the setters would one by one.
   void setFileProperties(const std::vector<bool> &read, const std::vector<const char *> &values,
                          const std::vector<std::pair<const char *, const char *>> &bankProps);
+  /// What setFileProperties gave \p other, for a pin that a file gives the
+  /// same texts: the pooled set is shared without being built again. This
+  /// pin must be fresh from createPin, as \p other was.
+  void setFilePropertiesOf(const HBOPinProps &other);
   /// The value of the first name (in name order) equal to \p name ignoring
   /// case, or an empty string.
   std::string getIOBankPropertyValue(const std::string &name) const;

@@ -71,6 +71,20 @@ private:
   std::uint8_t m_end[256] = {};
 };
 
+bool sameText(const char *a, const char *b) { return a == b || (a && b && !std::strcmp(a, b)); }
+
+// Whether two pins' attribute texts are the same, slot by slot.
+bool sameTexts(const std::vector<const char *> &a, const std::vector<const char *> &b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), sameText);
+}
+
+bool sameTexts(const std::vector<std::pair<const char *, const char *>> &a,
+               const std::vector<std::pair<const char *, const char *>> &b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto &x, const auto &y) {
+    return sameText(x.first, y.first) && sameText(x.second, y.second);
+  });
+}
+
 } // namespace
 
 bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardComponent &component,
@@ -120,6 +134,11 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
     HBOViewTable indexOfLoc;  // location -> index text
     std::vector<const char *> propValues(propNames.size());
     std::vector<std::pair<const char *, const char *>> bankProps;
+    // The texts of the pin before: a run of pins of one bank and standard
+    // shares the properties the first of them was given.
+    std::vector<const char *> lastValues(propNames.size());
+    std::vector<std::pair<const char *, const char *>> lastBankProps;
+    const HBOPinProps *lastPin = nullptr;
     // The pins of the file go into one block of the component's.
     std::size_t count = 0;
     for (HXMLWElement element : child.children()) {
@@ -156,7 +175,14 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
       pin->setName(name);
       pin->setPinIndex(m_ctx.convert2NonNegativeInteger(index, "pin index"));
       pin->setPinLoc(loc);
-      pin->setFileProperties(readProp, propValues, bankProps);
+      if (lastPin && sameTexts(propValues, lastValues) && sameTexts(bankProps, lastBankProps)) {
+        pin->setFilePropertiesOf(*lastPin);
+      } else {
+        pin->setFileProperties(readProp, propValues, bankProps);
+        propValues.swap(lastValues);
+        bankProps.swap(lastBankProps);
+      }
+      lastPin = pin;
     }
   }
   return true;

@@ -2,8 +2,10 @@
 // files do.
 #include "BoardDump.h"
 #include "HBOBoard.h"
+#include "HBOBoardComponent.h"
 #include "HBOBoardParser.h"
 #include "HBOParser.h"
+#include "HBOPinProps.h"
 #include "HBOXMLFile.h"
 #include "HUTTrace.h"
 #include "TestSupport.h"
@@ -211,4 +213,48 @@ TEST(SchemaDispatch, TheDocumentReadForTheSchemaIsTheOneTheReaderGets) {
   ASSERT_TRUE(HBOBoardParser().parseFile(file, &direct, false, "", nullptr));
   EXPECT_EQ(direct.getName(), viaEntry.getName());
   EXPECT_EQ(direct.getActivePart()->getPins().size(), viaEntry.getActivePart()->getPins().size());
+}
+
+// A run of pins with the same properties shares what the first was given;
+// any difference, in a value, a bank property or one more or fewer
+// attribute, gives a pin its own.
+TEST(PinFile, RunsOfPinsWithTheSameTextsGetTheSameProperties) {
+  test::ScratchDir dir;
+  const std::string board =
+      test::BoardBuilder()
+          .pins("    <pin index=\"0\" name=\"p0\" loc=\"A1\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"14\" iobank.vref=\"0.75\"/>\n"
+                "    <pin index=\"1\" name=\"p1\" loc=\"A2\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"14\" iobank.vref=\"0.75\"/>\n"
+                "    <pin index=\"2\" name=\"p2\" loc=\"A3\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"15\" iobank.vref=\"0.75\"/>\n"
+                "    <pin index=\"3\" name=\"p3\" loc=\"A4\" iostandard=\"SSTL15\" drive=\"8\" "
+                "iobank.bank=\"15\" iobank.vref=\"0.75\"/>\n"
+                "    <pin index=\"4\" name=\"p4\" loc=\"A5\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"15\" iobank.vref=\"0.75\"/>\n"
+                "    <pin index=\"5\" name=\"p5\" loc=\"A6\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"15\"/>\n"
+                "    <pin index=\"6\" name=\"p6\" loc=\"A7\" iostandard=\"SSTL15\" "
+                "iobank.bank=\"15\"/>\n")
+          .writeTo(dir, "b");
+  HBOBoard read;
+  ASSERT_TRUE(HBOParser().parseFile(board, &read));
+  HBOBoardComponent *part = read.findBoardComponent("part0");
+  ASSERT_NE(part, nullptr);
+  struct Expected {
+    const char *pin, *bank, *vref, *drive;
+  };
+  const Expected expected[] = {{"p0", "14", "0.75", ""}, {"p1", "14", "0.75", ""},
+                               {"p2", "15", "0.75", ""}, {"p3", "15", "0.75", "8"},
+                               {"p4", "15", "0.75", ""}, {"p5", "15", "", ""},
+                               {"p6", "15", "", ""}};
+  for (const Expected &e : expected) {
+    HBOPinProps *pin = part->findPin(e.pin);
+    ASSERT_NE(pin, nullptr) << e.pin;
+    EXPECT_EQ(pin->getPinIOStandard(), "SSTL15") << e.pin;
+    EXPECT_EQ(pin->getIOBankPropertyValue("bank"), e.bank) << e.pin;
+    EXPECT_EQ(pin->getIOBankPropertyValue("vref"), e.vref) << e.pin;
+    EXPECT_EQ(pin->getPinDrive(), e.drive) << e.pin;
+    EXPECT_EQ(pin->getIOBankProperties().size(), *e.vref ? 2u : 1u) << e.pin;
+  }
 }
