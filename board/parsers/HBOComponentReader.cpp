@@ -269,10 +269,25 @@ void HBOComponentReader::readMuxPositions_(HXMLWElement &positionsElement,
 }
 
 void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *component) {
-  std::string value;
+  // A pin's name, index and location and its port properties, found in one
+  // walk of its attributes; the properties are then set in one step, as
+  // setting them one by one in the order of their names would.
+  const std::vector<std::string> &propNames = HBOPinProps::getPortPropNames();
+  const std::size_t kFirstProp = 3;
+  std::vector<const char *> names{"name", "index", "loc"};
+  std::vector<bool> read(propNames.size());
+  for (std::size_t i = 0; i < propNames.size(); ++i) {
+    names.push_back(propNames[i].c_str());
+    read[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
+  }
+  std::vector<const char *> found(names.size());
+  std::vector<const char *> propValues(propNames.size());
+  const std::vector<std::pair<const char *, const char *>> noBankProps;
   for (HXMLWElement p : pins.children()) {
-    std::string pinName = p.getAttribute("name");
-    int index = m_ctx.convert2NonNegativeInteger(p.getAttribute("index"), "pin index");
+    p.findAttributes(names.data(), names.size(), found.data());
+    std::string pinName(HXMLWElement::viewOf(found[0]));
+    int index =
+        m_ctx.convert2NonNegativeInteger(std::string(HXMLWElement::viewOf(found[1])), "pin index");
     if (HBOPinProps *existing = component->getPinByIndex(index)) {
       m_ctx.queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
                      pinName, component->getComponentName());
@@ -281,12 +296,9 @@ void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *compon
     HBOPinProps *pin = component->createPin();
     pin->setName(pinName);
     pin->setPinIndex(index);
-    pin->setPinLoc(p.getAttribute("loc"));
-    for (const std::string &prop : HBOPinProps::getPortPropNames())
-      if (!m_ctx.portPropsToSkip.count(prop)) {
-        value.assign(p.getAttributeView(prop.c_str()));
-        pin->setPortProp(prop, value);
-      }
+    pin->setPinLoc(HXMLWElement::viewOf(found[2]));
+    std::copy(found.begin() + kFirstProp, found.end(), propValues.begin());
+    pin->setFileProperties(read, propValues, noBankProps);
     component->addPin(pin);
   }
 }

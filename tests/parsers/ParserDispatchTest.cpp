@@ -258,3 +258,24 @@ TEST(PinFile, RunsOfPinsWithTheSameTextsGetTheSameProperties) {
     EXPECT_EQ(pin->getIOBankProperties().size(), *e.vref ? 2u : 1u) << e.pin;
   }
 }
+
+// A component's own pins take the port properties the board's mode reads:
+// in the old mode only five of them, present even where the file gives
+// none, and never the others.
+TEST(PinFile, BoardFilePinsTakeOnlyThePropertiesTheModeReads) {
+  for (const char *oldMode : {"false", "true"}) {
+    test::ParamScope mode("board.usePre2019Dot2Mode", oldMode);
+    HBOBoard read;
+    ASSERT_TRUE(HBOParser().parseFile(dataPath("components/board.xml"), &read));
+    HBOBoardComponent *pmod = read.findBoardComponent("pmod");
+    ASSERT_NE(pmod, nullptr);
+    HBOPinProps *second = pmod->findPin("pmod_2");
+    HBOPinProps *third = pmod->findPin("pmod_3");
+    ASSERT_TRUE(second && third);
+    const HBOPinProps::StringMap props = second->getPortProps();
+    EXPECT_EQ(props.at("iostandard"), "LVCMOS33") << oldMode;
+    EXPECT_EQ(props.count("pull_type"), std::string(oldMode) == "true" ? 0u : 1u) << oldMode;
+    EXPECT_EQ(third->getPortProps().size(), std::string(oldMode) == "true" ? 5u : 16u) << oldMode;
+    EXPECT_EQ(third->getPortProps().at("slew"), "") << oldMode;
+  }
+}
