@@ -274,14 +274,22 @@ void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *compon
   // setting them one by one in the order of their names would.
   const std::vector<std::string> &propNames = HBOPinProps::getPortPropNames();
   const std::size_t kFirstProp = 3;
-  std::vector<const char *> names{"name", "index", "loc"};
-  std::vector<bool> read(propNames.size());
-  for (std::size_t i = 0; i < propNames.size(); ++i) {
-    names.push_back(propNames[i].c_str());
+  static const std::vector<const char *> names = [&propNames] {
+    std::vector<const char *> all{"name", "index", "loc"};
+    for (const std::string &prop : propNames)
+      all.push_back(prop.c_str());
+    return all;
+  }();
+  // Kept per thread: a board lists pins for a few of its components only,
+  // and these need not be allocated for each.
+  thread_local std::vector<bool> read;
+  thread_local std::vector<const char *> found;
+  thread_local std::vector<const char *> propValues;
+  read.resize(propNames.size());
+  for (std::size_t i = 0; i < propNames.size(); ++i)
     read[i] = !m_ctx.portPropsToSkip.count(propNames[i]);
-  }
-  std::vector<const char *> found(names.size());
-  std::vector<const char *> propValues(propNames.size());
+  found.resize(names.size());
+  propValues.resize(propNames.size());
   const std::vector<std::pair<const char *, const char *>> noBankProps;
   for (HXMLWElement p : pins.children()) {
     p.findAttributes(names.data(), names.size(), found.data());
