@@ -147,6 +147,9 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
     }
     component.reservePins(count);
     pins.reserve(pins.size() + count);
+    // Sized for all the pins at once rather than grown as they come.
+    nameOfIndex.reset(count);
+    indexOfLoc.reset(count);
     for (HXMLWElement element : child.children()) {
       // One pass over the attributes; the steps below then run in their order.
       const char *name = "";
