@@ -4,6 +4,7 @@
 #include "ComMsgMgr.h"
 #include "HBOParseContext.h"
 #include "HBOSAX2Handler.h"
+#include "HBOXercesSupport.h"
 #include "HEXError.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
@@ -24,16 +25,6 @@
 
 #include <boost/filesystem.hpp>
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/lsan_interface.h>
-#define BOARDLIB_LEAK_CHECKED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#include <sanitizer/lsan_interface.h>
-#define BOARDLIB_LEAK_CHECKED 1
-#endif
-#endif
-
 #include <cctype>
 #include <fstream>
 #include <map>
@@ -44,23 +35,31 @@
 
 namespace {
 
-// Far more expansions than a board file can honestly need: our DTDs declare
-// no entities, and a file may not declare its own. Each expansion costs a
-// fresh reader of some hundred kilobytes, so the parser's default of 50,000
-// would still let an entity bomb in a DTD run for the better part of a
-// second here; this ends it in a few dozen milliseconds.
-const XMLSize_t kEntityExpansionLimit = 10000;
-
 // The name of the copy of the file that is parsed.
 const char kBufferId[] = "board.xml";
 
-const char *rootElementOf(const std::string &type) {
-  if (type == "board")
-    return "board";
-  if (type == "part0_pins")
-    return "part_info";
-  if (type == "preset")
-    return "ip_presets";
+// Where the DTD of a kind of file lies: its root element, its file name, and
+// the folder of the schema under boards/board_schemas. The legacy kinds are
+// held to the DTDs of schema 1, whose preset DTD shares its name with ours.
+struct DtdKind {
+  const char *type;
+  const char *root;
+  const char *file;
+  const char *folder;
+};
+
+const DtdKind kDtdKinds[] = {
+    {"board", "board", "board.dtd", "current"},
+    {"part0_pins", "part_info", "part0_pins.dtd", "current"},
+    {"preset", "ip_presets", "preset.dtd", "current"},
+    {"board_part", "board", "board_part.dtd", "1.0"},
+    {"legacy_preset", "ip_presets", "preset.dtd", "1.0"},
+};
+
+const DtdKind *kindOf(const std::string &type) {
+  for (const DtdKind &kind : kDtdKinds)
+    if (type == kind.type)
+      return &kind;
   return nullptr;
 }
 
@@ -302,42 +301,24 @@ std::string dtdPathOf(const std::string &doctype) {
   return doctype.substr(from, doctype.size() - 2 - from);
 }
 
-// The Xerces of the system leaks one small record for every external DTD it
-// reads, the price of its fix for a use-after-free there. A leak-checking
-// build must not lay that at our door, so the parse runs unchecked.
-class XercesLeakScope {
-public:
-#ifdef BOARDLIB_LEAK_CHECKED
-  XercesLeakScope() { __lsan_disable(); }
-  ~XercesLeakScope() { __lsan_enable(); }
-#endif
-};
-
-void initialiseXerces() {
-  // Initialize counts its callers but is not safe to enter twice at once.
-  static std::mutex mutex;
-  std::lock_guard<std::mutex> lock(mutex);
-  xercesc::XMLPlatformUtils::Initialize();
-}
-
 } // namespace
 
 std::string HBODtdValidator::createDoctypeString(const std::string &type) {
-  const char *root = rootElementOf(type);
-  if (!root) {
+  const DtdKind *kind = kindOf(type);
+  if (!kind) {
     ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-158@%s", type);
     return std::string();
   }
   std::string path;
   if (!m_ctx.schemaDir.empty()) {
-    path = m_ctx.schemaDir + "/" + type + ".dtd";
+    path = m_ctx.schemaDir + "/" + kind->file;
     if (!HUTFile::exists(path)) {
       ComMsgMgr::sendMsg("board", ComMsg::CriticalWarning, "@49-156@%s%s", type, m_ctx.schemaDir);
       return std::string();
     }
   } else {
     for (const std::string &dir : HUTEnv::getZRTDataDirList()) {
-      std::string candidate = dir + "/boards/board_schemas/current/" + type + ".dtd";
+      std::string candidate = dir + "/boards/board_schemas/" + kind->folder + "/" + kind->file;
       if (HUTFile::exists(candidate)) {
         path = candidate;
         break;
@@ -348,7 +329,7 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
       return std::string();
     }
   }
-  return std::string("<!DOCTYPE ") + root + " SYSTEM \"" + path + "\">";
+  return std::string("<!DOCTYPE ") + kind->root + " SYSTEM \"" + path + "\">";
 }
 
 bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
@@ -401,17 +382,18 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
   std::vector<std::string> schemaDirs;
   if (!m_ctx.schemaDir.empty())
     schemaDirs.push_back(m_ctx.schemaDir);
+  const DtdKind *kind = kindOf(type);
   for (const std::string &dir : HUTEnv::getZRTDataDirList())
-    schemaDirs.push_back(dir + "/boards/board_schemas/current");
+    schemaDirs.push_back(dir + "/boards/board_schemas/" + (kind ? kind->folder : "current"));
 
   HBOSAX2Handler handler(fileName, false);
   enum class Failure { None, Xerces, Other } failure = Failure::None;
   std::string xercesText;
   try {
-    initialiseXerces();
+    HBOXercesSupport::initialise();
     // Declared before the reader, which must not outlive what it points to.
     xercesc::SecurityManager security;
-    security.setEntityExpansionLimit(kEntityExpansionLimit);
+    security.setEntityExpansionLimit(HBOXercesSupport::kEntityExpansionLimit);
     EntityGuard guard(handler, dtdPathOf(ourDoctype), HUTFile::parentPath(fileName), schemaDirs);
 
     std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
@@ -434,7 +416,7 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
 
     xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte *>(buffer.data()),
                                       buffer.size(), kBufferId, false);
-    [[maybe_unused]] XercesLeakScope unchecked;
+    [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
     reader->parse(source);
   } catch (const ParseRefused &) {
     // Told among the findings.

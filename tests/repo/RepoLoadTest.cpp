@@ -67,7 +67,7 @@ TEST_F(RepoParallelLoad, SameCatalogAndSameMessagesWithOneOrSeveralWorkers) {
   // A worker count below one still loads.
   Observed none = loadWith("0");
 
-  EXPECT_EQ(13u, one.first.size());
+  EXPECT_EQ(14u, one.first.size());
   EXPECT_FALSE(one.second.empty());
   EXPECT_EQ(one, two);
   EXPECT_EQ(one, eight);

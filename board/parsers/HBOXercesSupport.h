@@ -1,0 +1,52 @@
+// What every validating parse with Xerces-C shares: the start of the
+// library, the limit on entity expansions, and the scope in which a
+// leak-checking build looks away from the library's own leak.
+#ifndef BOARDLIB_HBOXERCESSUPPORT_H
+#define BOARDLIB_HBOXERCESSUPPORT_H
+
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#include <cstddef>
+#include <mutex>
+
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#define BOARDLIB_LEAK_CHECKED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#include <sanitizer/lsan_interface.h>
+#define BOARDLIB_LEAK_CHECKED 1
+#endif
+#endif
+
+namespace HBOXercesSupport {
+
+// Far more expansions than a board file can honestly need: our DTDs declare
+// no entities, and a file may not declare its own. Each expansion costs a
+// fresh reader of some hundred kilobytes, so the parser's default of 50,000
+// would still let an entity bomb in a DTD run for the better part of a
+// second here; this ends it in a few dozen milliseconds.
+constexpr std::size_t kEntityExpansionLimit = 10000;
+
+inline void initialise() {
+  // Initialize counts its callers but is not safe to enter twice at once.
+  static std::mutex mutex;
+  std::lock_guard<std::mutex> lock(mutex);
+  xercesc::XMLPlatformUtils::Initialize();
+}
+
+// The Xerces of the system leaks one small record for every external DTD it
+// reads, the price of its fix for a use-after-free there. A leak-checking
+// build must not lay that at our door, so the parse runs unchecked.
+class LeakScope {
+public:
+#ifdef BOARDLIB_LEAK_CHECKED
+  LeakScope() { __lsan_disable(); }
+  ~LeakScope() { __lsan_enable(); }
+#endif
+};
+
+} // namespace HBOXercesSupport
+
+#endif
