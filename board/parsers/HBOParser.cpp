@@ -44,9 +44,3 @@ bool HBOParser::parseFile(const std::string &fileName, HBOBoard *board) {
   }
   return false;
 }
-
-bool HBOParser::migrateV1ToV2(HBOBoard *board) {
-  // The upgrade of legacy boards is not written yet: they stay as read.
-  (void)board;
-  return false;
-}

@@ -13,7 +13,9 @@ public:
   /// board was read; failures are told as messages, never thrown.
   bool parseFile(const std::string &fileName, HBOBoard *board);
   /// Lifts a board read from a legacy single-part file to the shape of the
-  /// current schema, in place. True when the board was changed.
+  /// current schema, in place, when "board.enableSchemaV2" is on. Its result
+  /// means nothing: the board's schema version tells whether it was lifted.
+  /// Defined with the rest of the migration.
   bool migrateV1ToV2(HBOBoard *board);
 };
 

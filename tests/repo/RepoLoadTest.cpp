@@ -3,6 +3,7 @@
 #include "RepoTestSupport.h"
 
 #include "HBOBoardCatalogEvents.h"
+#include "HBOBoardComponent.h"
 #include "HBOCommon.h"
 #include "HPAParamMgr.h"
 #include "HUTFileUtils.h"
@@ -218,3 +219,59 @@ TEST_F(RepoLoad, ReferencesAreCounted) {
 }
 
 } // namespace
+
+// Legacy board parts load beside the others, lifted to the current schema
+// when it is on; one that fails is told, and the load goes on.
+class RepoLegacy : public test::RepoTest {
+protected:
+  HBOBoardComponent *component(const HBOBoard *board, const std::string &name) {
+    std::vector<HBOBoardComponent *> all;
+    board->getBoardComponentsVec(all);
+    for (HBOBoardComponent *c : all)
+      if (c->getComponentName() == name)
+        return c;
+    return nullptr;
+  }
+};
+
+TEST_F(RepoLegacy, InstalledLegacyBoardsAreMigratedAndFailuresSkipped) {
+  useDataDirs({"legacy_install"});
+  ParamScope paths("board.repoPaths", dataPath("legacy_user"));
+  MessageRecorder messages;
+  HBOBoardCReposMgr *mgr = repo();
+  std::vector<std::string> keys;
+  for (const auto &entry : mgr->getBoardPartMap())
+    keys.push_back(entry.first);
+  EXPECT_EQ((std::vector<std::string>{"kestrel-boards:finch:1.0", "kestrel-boards:finch_user:1.0",
+                                      "kestrel-boards:minimal:1.0"}),
+            keys);
+  EXPECT_EQ((std::vector<std::string>{"49-37", "49-4", "49-109", "49-59"}), messages.ids());
+
+  const HBOBoard *installed = mgr->getBoardPartMap().at("kestrel-boards:finch:1.0");
+  EXPECT_EQ("2.0", installed->getBoardSchemaVersion());
+  EXPECT_EQ("1.0", installed->getMigratedFromSchema());
+  EXPECT_EQ("2.1",
+            mgr->getBoardPartMap().at("kestrel-boards:minimal:1.0")->getBoardSchemaVersion());
+  // An installed board is lifted before the preferences apply, a user board
+  // after: only the user board's devices get their sub type from them.
+  EXPECT_EQ("chip", component(installed, "sensor")->getSubType());
+  EXPECT_EQ("chip", component(installed, "sws_2bits")->getSubType());
+  const HBOBoard *user = mgr->getBoardPartMap().at("kestrel-boards:finch_user:1.0");
+  EXPECT_EQ("temperature_sensor", component(user, "sensor")->getSubType());
+  EXPECT_EQ("Sensors", component(user, "sensor")->getMajorGroup());
+  EXPECT_EQ("switch", component(user, "sws_2bits")->getSubType());
+}
+
+TEST_F(RepoLegacy, WithSchemaTwoOffOnlyBoardPartsLoadAndStayAsRead) {
+  useDataDirs({"legacy_install"});
+  ParamScope v1Only("board.enableSchemaV2", "false");
+  EXPECT_EQ(std::vector<std::string>{HUTFileUtils::canonical(
+                dataPath("legacy_install/boards/board_parts"))},
+            HBOBoardCReposMgr::getStaticBoardDirs());
+  HBOBoardCReposMgr *mgr = repo();
+  ASSERT_EQ(1u, mgr->getBoardPartMap().size());
+  const HBOBoard *finch = mgr->getBoardPartMap().begin()->second;
+  EXPECT_EQ("1.0", finch->getBoardSchemaVersion());
+  EXPECT_TRUE(finch->getMigratedFromSchema().empty());
+  EXPECT_TRUE(finch->getJtagChains().empty());
+}
