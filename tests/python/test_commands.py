@@ -176,5 +176,17 @@ class IntegratedBoardTest(unittest.TestCase):
         with self.assertRaises(TypeError):
             boardlib.create_integrated_board(base=FALCON, connections=[("pmod_ja",)])
 
+
+class LegacyBoardTest(unittest.TestCase):
+    def test_found_by_its_names_and_lifted(self):
+        osprey = board("kestrel-boards:osprey_soc:1.1")
+        part, = boardlib.get_board_components(of_objects=osprey, pattern="*:osprey_soc_part:*")
+        self.assertEqual(names(boardlib.get_boards(pattern="*osprey*")), [osprey.name])
+        self.assertEqual((part.get_property("SCHEMA_VERSION"),
+                          part.get_property("MIGRATED_FROM_SCHEMA")), ("2.0", "1.1"))
+        self.assertEqual(names(boardlib.get_board_component_interfaces(of_objects=osprey)),
+                         ["ddr3_sdram", "fixed_io", "push_btns_2bits", "temp_sensor"])
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -118,7 +118,10 @@ const char kAbout[] =
     "order) and the boards of the user repositories, and lists the merged catalog: name,\n"
     "display name, FPGA part, schema version, number of components and interfaces,\n"
     "whether the board comes from a user repository or the installation, and which\n"
-    "installed board a user board hides. Messages of the load go to standard error.\n";
+    "installed board a user board hides. A legacy board part (schema 1.0 or 1.1) is\n"
+    "listed as the load lifts it, with schema 2.0; --json also tells the schema it came\n"
+    "from (migrated_from_schema, null for the others). Messages of the load go to\n"
+    "standard error.\n";
 
 const char kNotes[] = "Exit status: 0 listed, 1 the load failed, 2 bad usage.\n";
 
@@ -193,6 +196,9 @@ void printJson(const std::vector<Row> &rows) {
               << ", \"FILE_NAME\": " << jsonString(b->getBoardFile())
               << ", \"REPOSITORY\": " << jsonString(b->getRepository())
               << ", \"schema_version\": " << jsonString(b->getBoardSchemaVersion())
+              << ", \"migrated_from_schema\": "
+              << (b->getMigratedFromSchema().empty() ? std::string("null")
+                                                     : jsonString(b->getMigratedFromSchema()))
               << ", \"user_defined\": " << (b->isUserDefined() ? "true" : "false")
               << ", \"part_name\": " << jsonString(row.part)
               << ", \"components\": " << row.components << ", \"interfaces\": " << row.interfaces

@@ -12,7 +12,8 @@ namespace {
 
 const char kAbout[] =
     "Reads one board.xml (plain or gzip-compressed) as the board catalog would load it,\n"
-    "and prints the board it yields.\n";
+    "and prints the board it yields. A legacy board part (schema 1.0 or 1.1) is printed\n"
+    "as its file says, without the lift to the current schema that the catalog applies.\n";
 
 const char kNotes[] =
     "Messages go to standard error as 'SEVERITY: [Board 49-NNN] text'. The board goes\n"
