@@ -25,6 +25,7 @@ extern const Command composeCommand;
 /// Writes \p board as 'boardtool dump --json' does (\p all: with the hidden
 /// properties); a failure is told as "boardtool COMMAND: ...".
 int writeDump(const HBOBoard &board, bool all, const char *command);
+extern const Command migrateCommand;
 
 /// Where the commands that load the catalog load boards from: --data-dir
 /// and --repo, and --jobs where the command takes it.

@@ -21,8 +21,8 @@ constexpr unsigned MayBeEmpty = 1u << 3;
 
 constexpr unsigned loading =
     cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl | cmd::fit | cmd::compose;
-constexpr unsigned reporting =
-    cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump | cmd::fit | cmd::compose;
+constexpr unsigned reporting = cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump |
+                               cmd::fit | cmd::compose | cmd::migrate;
 constexpr unsigned allButParams = reporting | cmd::shell | cmd::tcl;
 
 } // namespace

@@ -27,6 +27,7 @@ constexpr unsigned shell = 1u << 6;
 constexpr unsigned tcl = 1u << 7;
 constexpr unsigned compose = 1u << 8;
 constexpr unsigned fit = 1u << 9;
+constexpr unsigned migrate = 1u << 10;
 } // namespace cmd
 
 struct Option;

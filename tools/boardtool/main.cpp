@@ -11,10 +11,10 @@
 namespace {
 
 const boardtool::Command *const kCommands[] = {
-    &boardtool::readCommand,    &boardtool::checkCommand, &boardtool::paramsCommand,
-    &boardtool::catalogCommand, &boardtool::showCommand,  &boardtool::dumpCommand,
-    &boardtool::shellCommand,   &boardtool::tclCommand,   &boardtool::fitCommand,
-    &boardtool::composeCommand,
+    &boardtool::readCommand,    &boardtool::checkCommand,   &boardtool::paramsCommand,
+    &boardtool::catalogCommand, &boardtool::showCommand,    &boardtool::dumpCommand,
+    &boardtool::shellCommand,   &boardtool::tclCommand,     &boardtool::fitCommand,
+    &boardtool::composeCommand, &boardtool::migrateCommand,
 };
 
 void printHelp(std::ostream &out) {
