@@ -4,10 +4,18 @@
 # no path of this checkout. With BOARDLIB_UPDATE_GOLDEN set in the
 # environment the golden file is written instead of compared.
 #
+# A call that writes files is given OUTDIR, a directory made empty before
+# the call: after it, each file there follows the output, whole, in name
+# order, and the directory is written as @OUT@.
+#
 # Variables: TOOL, ARGS and ENV ("|"-separated lists), INPUT (a file for
-# standard input, may be empty), GOLDEN, DATA, SOURCE.
+# standard input, may be empty), OUTDIR (may be empty), GOLDEN, DATA, SOURCE.
 string(REPLACE "|" ";" args "${ARGS}")
 string(REPLACE "|" ";" env "${ENV}")
+if(OUTDIR)
+  file(REMOVE_RECURSE ${OUTDIR})
+  file(MAKE_DIRECTORY ${OUTDIR})
+endif()
 set(input)
 if(INPUT)
   set(input INPUT_FILE ${INPUT})
@@ -19,6 +27,15 @@ execute_process(
   RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err)
 
 set(actual "exit: ${status}\n--- stdout\n${out}--- stderr\n${err}")
+if(OUTDIR)
+  file(GLOB written RELATIVE ${OUTDIR} ${OUTDIR}/*)
+  list(SORT written)
+  foreach(name ${written})
+    file(READ ${OUTDIR}/${name} content)
+    string(APPEND actual "--- file ${name}\n${content}")
+  endforeach()
+  string(REPLACE "${OUTDIR}" "@OUT@" actual "${actual}")
+endif()
 foreach(dir DATA SOURCE)
   string(REPLACE "${${dir}}" "@${dir}@" actual "${actual}")
 endforeach()
