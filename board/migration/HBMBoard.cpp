@@ -6,10 +6,12 @@
 
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <iostream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -67,6 +69,16 @@ std::string reserveTemporary(const std::string &path) {
   return std::string();
 }
 
+// The file that writing to \p path would change: the target of a link,
+// so that the rename replaces that file and leaves the link alone.
+std::string fileToReplace(const std::string &path) {
+  struct stat link;
+  if (::lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode))
+    return path;
+  char resolved[PATH_MAX];
+  return ::realpath(path.c_str(), resolved) ? std::string(resolved) : path;
+}
+
 // Whether the bytes of \p path reached the disk, so that the rename cannot
 // put a file in place whose content a crash would lose.
 bool syncToDisk(const std::string &path) {
@@ -114,15 +126,23 @@ bool HBMBoard::writePresetsFile(std::string dir) {
 bool HBMBoard::writeFile_(const std::string &dir, const char *name,
                           const std::function<void(std::ofstream &)> &body) const {
   const std::string path = joinPath(dir, name);
-  const std::string temporary = reserveTemporary(path);
+  const std::string target = fileToReplace(path);
+  // A file in place that may not be written stays, as it would if it were
+  // opened for output; one that may keeps its permissions.
+  struct stat existing;
+  const bool exists = ::stat(target.c_str(), &existing) == 0;
+  std::string temporary;
+  if (!exists || ::access(target.c_str(), W_OK) == 0)
+    temporary = reserveTemporary(target);
   bool written = false;
   if (!temporary.empty()) {
     std::ofstream out(temporary, std::ios::out | std::ios::trunc | std::ios::binary);
     if (out) {
       body(out);
       out.close();
-      written =
-          !out.fail() && syncToDisk(temporary) && std::rename(temporary.c_str(), path.c_str()) == 0;
+      written = !out.fail() &&
+                (!exists || ::chmod(temporary.c_str(), existing.st_mode & 07777) == 0) &&
+                syncToDisk(temporary) && std::rename(temporary.c_str(), target.c_str()) == 0;
     }
     if (!written)
       std::remove(temporary.c_str());

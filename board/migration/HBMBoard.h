@@ -36,9 +36,11 @@ public:
 
   /// Each writes its file into \p dir. The bytes go to a new file beside
   /// the target, which replaces the target only once it is whole, so that
-  /// a failure leaves what stood there before. When the file cannot be
-  /// written, "Cannot open<path>for output." goes to standard output and
-  /// the result is false.
+  /// a failure leaves what stood there before. A target that may not be
+  /// written is not replaced; one that may keeps its permissions, and a
+  /// link keeps pointing where it did while the file it points to is
+  /// replaced. When the file cannot be written, "Cannot open<path>for
+  /// output." goes to standard output and the result is false.
   bool writeBoardFile(std::string dir);
   bool writePinsFile(std::string dir);
   bool writePresetsFile(std::string dir);

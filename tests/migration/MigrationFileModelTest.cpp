@@ -181,6 +181,22 @@ TEST(HBMBoardMigration, FailedWriteLeavesTheFileAsItWas) {
             (std::vector<std::string>{"board.xml", "part0_pins.xml", "preset.xml"}));
 }
 
+TEST(HBMBoardMigration, WriteKeepsLinksAndPermissions) {
+  ScratchDir dst;
+  dst.write("kept/pins.xml", "old pins");
+  ASSERT_EQ(::chmod(dst.file("kept/pins.xml").c_str(), 0640), 0);
+  std::filesystem::create_symlink("kept/pins.xml", dst.file("part0_pins.xml"));
+  board(dataPath("migrate_basic"), dst.path());
+  std::string printed;
+  ASSERT_TRUE(parseCapturing(printed));
+  ASSERT_TRUE(writeCapturing(printed));
+  EXPECT_TRUE(std::filesystem::is_symlink(dst.file("part0_pins.xml")));
+  EXPECT_EQ(readBytes(dst.file("kept/pins.xml")).substr(0, 5), "<?xml");
+  EXPECT_EQ(std::filesystem::status(dst.file("kept/pins.xml")).permissions(),
+            std::filesystem::perms(0640));
+  EXPECT_EQ(listDir(dst.file("kept")), std::vector<std::string>{"pins.xml"});
+}
+
 TEST(HBMBoardMigration, ReadOnlyDestinationKeepsItsFiles) {
   if (::geteuid() == 0)
     GTEST_SKIP() << "permissions do not bind root";
@@ -194,6 +210,12 @@ TEST(HBMBoardMigration, ReadOnlyDestinationKeepsItsFiles) {
   ::chmod(dst.file("out").c_str(), 0755);
   EXPECT_FALSE(written);
   EXPECT_EQ(printed, "Cannot open" + dst.file("out/board.xml") + "for output.\n");
+  EXPECT_EQ(readBytes(dst.file("out/board.xml")), "old board");
+  EXPECT_EQ(listDir(dst.file("out")), std::vector<std::string>{"board.xml"});
+
+  // A file that may not be written is not replaced either.
+  ASSERT_EQ(::chmod(dst.file("out/board.xml").c_str(), 0444), 0);
+  EXPECT_FALSE(writeCapturing(printed));
   EXPECT_EQ(readBytes(dst.file("out/board.xml")), "old board");
   EXPECT_EQ(listDir(dst.file("out")), std::vector<std::string>{"board.xml"});
 }
