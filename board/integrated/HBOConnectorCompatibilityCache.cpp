@@ -45,15 +45,31 @@ void appendList(const HBOBoard::ConnectorCache &cache, const std::string &key,
 
 } // namespace
 
-void HBOBoard::rebuildConnectorsCompatibilityCache(const std::vector<HBOBoard *> &boards) {
-  if (!isReferenceBoard())
-    return;
+namespace {
+
+HSTVector<HBOBoardComponent *> daughterConnectorsOf(const std::vector<HBOBoard *> &boards) {
   HSTVector<HBOBoardComponent *> daughterConnectors;
   for (const HBOBoard *board : boards) {
     if (board && board->isDaughterBoard())
       board->getConnectorsList(daughterConnectors);
   }
-  rebuildConnectorsCompatibilityCache(daughterConnectors);
+  return daughterConnectors;
+}
+
+} // namespace
+
+void HBOBoard::rebuildConnectorsCompatibilityCache(const std::vector<HBOBoard *> &boards) {
+  if (!isReferenceBoard())
+    return;
+  rebuildConnectorsCompatibilityCache(daughterConnectorsOf(boards));
+}
+
+void HBOBoard::rebuildConnectorsCompatibilityCaches(const std::vector<HBOBoard *> &boards) {
+  const HSTVector<HBOBoardComponent *> daughterConnectors = daughterConnectorsOf(boards);
+  for (HBOBoard *board : boards) {
+    if (board)
+      board->rebuildConnectorsCompatibilityCache(daughterConnectors);
+  }
 }
 
 void HBOBoard::rebuildConnectorsCompatibilityCache(

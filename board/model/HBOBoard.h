@@ -264,6 +264,10 @@ public:
   /// explicit, else the full, else the partial list, or none.
   void
   rebuildConnectorsCompatibilityCache(const HSTVector<HBOBoardComponent *> &daughterConnectors);
+  /// Rebuilds the caches of every reference board among \p boards, as the
+  /// first form would on each, but gathers the daughter connectors once:
+  /// the repositories' rebuild stays linear in the number of boards.
+  static void rebuildConnectorsCompatibilityCaches(const std::vector<HBOBoard *> &boards);
   /// Append \p daughter under the full name of \p base; nulls are ignored.
   void addToPartiallyCompatibleConnectorsList(const HBOBoardComponent *base,
                                               HBOBoardComponent *daughter);

@@ -529,10 +529,7 @@ void HBOBoardCReposMgr::rebuildConnectorsCompatibilityCache() {
   // manager is published, so it must not go through getGlobal.
   std::vector<HBOBoard *> boards;
   getAllBoards(boards);
-  for (HBOBoard *board : boards) {
-    if (board)
-      board->rebuildConnectorsCompatibilityCache(boards);
-  }
+  HBOBoard::rebuildConnectorsCompatibilityCaches(boards);
 }
 
 // ---------------------------------------------------------------- indexes

@@ -214,19 +214,13 @@ void HBOPartCReposMgr::rebuildConnectorsCompatibilityCache() {
   m_connectorsCacheDirty = false;
   std::vector<HBOBoard *> boards;
   getAllBoardParts(boards);
-  for (HBOBoard *board : boards) {
-    if (board)
-      board->rebuildConnectorsCompatibilityCache(boards);
-  }
+  HBOBoard::rebuildConnectorsCompatibilityCaches(boards);
 }
 
 void HBOPartCReposMgr::rebuildCachesOfInstallation_() {
   std::vector<HBOBoard *> boards;
   m_globalRepo->getAllBoards(boards);
-  for (HBOBoard *board : boards) {
-    if (board)
-      board->rebuildConnectorsCompatibilityCache(boards);
-  }
+  HBOBoard::rebuildConnectorsCompatibilityCaches(boards);
 }
 
 // ---- loading ----
