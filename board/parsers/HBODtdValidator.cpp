@@ -387,8 +387,6 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
     schemaDirs.push_back(dir + "/boards/board_schemas/" + (kind ? kind->folder : "current"));
 
   HBOSAX2Handler handler(fileName, false);
-  enum class Failure { None, Xerces, Other } failure = Failure::None;
-  std::string xercesText;
   try {
     HBOXercesSupport::initialise();
     // Declared before the reader, which must not outlive what it points to.
@@ -420,19 +418,9 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
     reader->parse(source);
   } catch (const ParseRefused &) {
     // Told among the findings.
-  } catch (const xercesc::XMLException &e) {
-    failure = Failure::Xerces;
-    xercesText = HBOSAX2Handler::transcode(e.getMessage());
-  } catch (const xercesc::SAXParseException &e) {
-    failure = Failure::Xerces;
-    xercesText = HBOSAX2Handler::transcode(e.getMessage());
   } catch (...) {
-    failure = Failure::Other;
+    HBOXercesSupport::raiseParseFailure(fileName);
   }
-  if (failure == Failure::Xerces)
-    HEXError::raise("board", ComMsg::Error, "@49-115@%s%s", xercesText, fileName);
-  if (failure == Failure::Other)
-    HEXError::raise("board", ComMsg::Error, "@49-112@%s", fileName);
 
   // The platform's own limit must not cut the findings short: ours applies.
   ComMsgMgr::setMsgLimit("49-105", -1);

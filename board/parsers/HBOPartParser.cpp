@@ -161,8 +161,6 @@ void replaceIpPreset(HBOBoard &board, const std::string &name, std::vector<HBOIp
 } // namespace
 
 void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) {
-  enum class Failure { None, Xerces, Other } failure = Failure::None;
-  std::string xercesText;
   try {
     HBOXercesSupport::initialise();
     const DtdCache::Entry &dtd = DtdCache::get(dtdName);
@@ -190,19 +188,9 @@ void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) 
     xercesc::XMLString::release(&xmlPath);
     [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
     reader->parse(source);
-  } catch (const xercesc::XMLException &e) {
-    failure = Failure::Xerces;
-    xercesText = HBOSAX2Handler::transcode(e.getMessage());
-  } catch (const xercesc::SAXParseException &e) {
-    failure = Failure::Xerces;
-    xercesText = HBOSAX2Handler::transcode(e.getMessage());
   } catch (...) {
-    failure = Failure::Other;
+    HBOXercesSupport::raiseParseFailure(fileName);
   }
-  if (failure == Failure::Xerces)
-    HEXError::raise("board", ComMsg::Error, "@49-115@%s%s", xercesText, fileName);
-  if (failure == Failure::Other)
-    HEXError::raise("board", ComMsg::Error, "@49-112@%s", fileName);
 }
 
 bool HBOPartParser::parseFile(const std::string &fileName, HBOBoard *board) {

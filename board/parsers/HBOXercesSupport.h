@@ -1,14 +1,21 @@
 // What every validating parse with Xerces-C shares: the start of the
-// library, the limit on entity expansions, and the scope in which a
-// leak-checking build looks away from the library's own leak.
+// library, the limit on entity expansions, the scope in which a
+// leak-checking build looks away from the library's own leak, and the
+// errors a failed parse raises.
 #ifndef BOARDLIB_HBOXERCESSUPPORT_H
 #define BOARDLIB_HBOXERCESSUPPORT_H
 
+#include "HBOSAX2Handler.h"
+#include "HEXError.h"
+
+#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include <cstddef>
 #include <mutex>
+#include <string>
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -46,6 +53,23 @@ public:
   ~LeakScope() { __lsan_enable(); }
 #endif
 };
+
+/// For a catch handler around a validating parse of \p fileName: raises
+/// the reader's error for what the parse threw, "@49-115@" with the text of
+/// an exception of Xerces, "@49-112@" for anything else.
+[[noreturn]] inline void raiseParseFailure(const std::string &fileName) {
+  std::string text;
+  try {
+    throw;
+  } catch (const xercesc::XMLException &e) {
+    text = HBOSAX2Handler::transcode(e.getMessage());
+  } catch (const xercesc::SAXParseException &e) {
+    text = HBOSAX2Handler::transcode(e.getMessage());
+  } catch (...) {
+    HEXError::raise("board", ComMsg::Error, "@49-112@%s", fileName);
+  }
+  HEXError::raise("board", ComMsg::Error, "@49-115@%s%s", text, fileName);
+}
 
 } // namespace HBOXercesSupport
 

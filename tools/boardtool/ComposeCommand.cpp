@@ -29,12 +29,10 @@ const char kNotes[] = "Exit status: 0 composed, 1 the board could not be compose
 int run(const Arguments &args) {
   LoadOptions load;
   std::string error;
-  if (!load.take(args, error))
+  std::string base;
+  if (!load.take(args, error) || !args.oneOperand("base board", base, error))
     return usageError(composeCommand, error);
-  if (args.operands.empty())
-    return usageError(composeCommand, "no base board given");
-  if (args.operands.size() > 1)
-    return usageError(composeCommand, "one base board only, not also '" + args.operands[1] + "'");
+
   HBOBoardCDataManager::ConnectionPairs connections;
   for (const std::string &text : args.values("--connect")) {
     const std::string::size_type eq = text.find('=');
@@ -44,7 +42,6 @@ int run(const Arguments &args) {
                             "'");
     connections.emplace_back(text.substr(0, eq), text.substr(eq + 1));
   }
-  const std::string base = args.operands.front();
   const bool json = args.has("--json");
   load.apply();
 

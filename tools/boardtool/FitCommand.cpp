@@ -60,13 +60,10 @@ void printGroup(const char *title, const HBOBoard::ConnectorCache &cache, const 
 int run(const Arguments &args) {
   LoadOptions load;
   std::string error;
-  if (!load.take(args, error))
+  std::string name;
+  if (!load.take(args, error) || !args.oneOperand("base board", name, error))
     return usageError(fitCommand, error);
-  if (args.operands.empty())
-    return usageError(fitCommand, "no base board given");
-  if (args.operands.size() > 1)
-    return usageError(fitCommand, "one base board only, not also '" + args.operands[1] + "'");
-  const std::string name = args.operands.front();
+
   const bool latest = args.has("--latest");
   load.apply();
 

@@ -209,6 +209,20 @@ bool Arguments::jsonMessages() const {
   return json;
 }
 
+bool Arguments::oneOperand(const std::string &what, std::string &operand,
+                           std::string &error) const {
+  if (operands.empty()) {
+    error = "no " + what + " given";
+    return false;
+  }
+  if (operands.size() > 1) {
+    error = "one " + what + " only, not also '" + operands[1] + "'";
+    return false;
+  }
+  operand = operands.front();
+  return true;
+}
+
 // ---- parsing ----
 
 bool parseArguments(const Command &command, const std::vector<std::string> &args, Arguments &out,

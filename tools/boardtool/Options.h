@@ -46,6 +46,9 @@ public:
   /// Whether messages are to be written as JSON (--messages=json given after
   /// any --messages=text).
   bool jsonMessages() const;
+  /// The one operand of a command that takes exactly one, \p what it is
+  /// ("base board"); false, with \p error set, when there is none or more.
+  bool oneOperand(const std::string &what, std::string &operand, std::string &error) const;
 
   /// The words that are no options, in order; for a command whose options
   /// end at its first operand, or after an option that ends them (tcl -e),

@@ -66,13 +66,10 @@ void printHidden(HBOBoardCReposMgr &global, const HBOBoard &board) {
 int run(const Arguments &args) {
   LoadOptions load;
   std::string error;
-  if (!load.take(args, error))
+  std::string name;
+  if (!load.take(args, error) || !args.oneOperand("board name", name, error))
     return usageError(showCommand, error);
-  if (args.operands.empty())
-    return usageError(showCommand, "no board name given");
-  if (args.operands.size() > 1)
-    return usageError(showCommand, "one board name only, not also '" + args.operands[1] + "'");
-  const std::string name = args.operands.front();
+
   load.apply();
 
   int status = Success;
