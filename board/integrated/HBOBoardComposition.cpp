@@ -148,10 +148,12 @@ bool HBOBoard::createPinsForComponent(std::string componentName, int from, int t
   if (!component || from > to)
     return true;
   std::size_t missing = 0;
-  for (int index = from; index <= to; ++index)
-    missing += component->getPinByIndex(index) ? 0 : 1;
+  // Counted wide: a range that ends at the largest int must still end.
+  for (long long index = from; index <= to; ++index)
+    missing += component->getPinByIndex(static_cast<int>(index)) ? 0 : 1;
   component->reservePins(missing, missing * (componentName.size() + 1 + std::to_string(to).size()));
-  for (int index = from; index <= to; ++index) {
+  for (long long wide = from; wide <= to; ++wide) {
+    const int index = static_cast<int>(wide);
     if (component->getPinByIndex(index))
       continue;
     HBOPinProps *pin = component->createPin();

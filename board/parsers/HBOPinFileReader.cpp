@@ -227,8 +227,9 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
     return true;
   // The missing pins go into one block of the component's.
   std::size_t missing = 0;
-  for (int index = from; index <= to; ++index)
-    missing += component->getPinByIndex(index) ? 0 : 1;
+  // Counted wide: a range that ends at the largest int must still end.
+  for (long long index = from; index <= to; ++index)
+    missing += component->getPinByIndex(static_cast<int>(index)) ? 0 : 1;
   // Names are the component's name, "_" and the index.
   component->reservePins(missing, missing * (componentName.size() + 1 + std::to_string(to).size()));
   // A component without pins yet, a chip or connector that no file
@@ -236,7 +237,8 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
   // where each replaces a pin of its name.
   const bool intoEmpty = component->getPins().empty();
   m_newPins.clear();
-  for (int index = from; index <= to; ++index) {
+  for (long long wide = from; wide <= to; ++wide) {
+    const int index = static_cast<int>(wide);
     if (component->getPinByIndex(index))
       continue;
     if (m_ctx.validate && m_ctx.strictChecks && componentName == "part0")

@@ -86,6 +86,7 @@ const Read kReads[] = {
     {"connections_bad_net", "connections_bad_net", false},
     {"connections_rules", "connections_rules", false},
     {"connections_index_text", "connections_index_text", false},
+    {"connections_index_max", "connections_index_max", false},
     {"connections_index_text_strict", "connections_index_text", true, kStrict},
     {"presets_basic", "presets_basic", false},
     {"presets_missing", "presets_missing", false},
