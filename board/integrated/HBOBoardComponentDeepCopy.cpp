@@ -32,18 +32,14 @@ HBOBoardComponent::HBOBoardComponent(const HBOBoardComponent &src, HBOBoard *own
 
   // Parameter names stay: "connects_with" and its kin are looked up by
   // those names.
-  m_parameters.reserve(src.m_parameters.size());
-  for (const HBOParameter *parameter : src.m_parameters)
-    if (parameter)
-      m_parameters.push_back(new HBOParameter(*parameter, std::string()));
-  m_images.reserve(src.m_images.size());
-  for (const HBOImage *image : src.m_images)
-    if (image)
-      m_images.push_back(new HBOImage(*image, std::string()));
-  m_modes.reserve(src.m_modes.size());
-  for (const HBOComponentMode *mode : src.m_modes)
-    if (mode)
-      m_modes.push_back(new HBOComponentMode(*mode, this, prefix));
+  HBOCopyNames::copyEach(src.m_parameters, m_parameters, [](const HBOParameter &parameter) {
+    return new HBOParameter(parameter, std::string());
+  });
+  HBOCopyNames::copyEach(src.m_images, m_images,
+                         [](const HBOImage &image) { return new HBOImage(image, std::string()); });
+  HBOCopyNames::copyEach(src.m_modes, m_modes, [&](const HBOComponentMode &mode) {
+    return new HBOComponentMode(mode, this, prefix);
+  });
   for (const auto &entry : src.m_interfaces)
     if (entry.second)
       addBoardInterface_(new HBOBusIf(*entry.second, this, prefix));

@@ -72,25 +72,20 @@ HBOBoard::HBOBoard(const HBOBoard &src, std::string newBoardName)
   // No board file: that is how a board made in memory shows itself.
   setName(src.m_vendor, newBoardName, src.m_version);
 
-  m_jumpers.reserve(src.m_jumpers.size());
-  for (const HBOJumper *jumper : src.m_jumpers)
-    if (jumper)
-      m_jumpers.push_back(new HBOJumper(*jumper, this, std::string()));
-  m_parameters.reserve(src.m_parameters.size());
-  for (const HBOParameter *parameter : src.m_parameters)
-    if (parameter)
-      m_parameters.push_back(new HBOParameter(*parameter, std::string()));
-  m_images.reserve(src.m_images.size());
-  for (const HBOImage *image : src.m_images)
-    if (image)
-      m_images.push_back(new HBOImage(*image, std::string()));
+  HBOCopyNames::copyEach(src.m_jumpers, m_jumpers, [&](const HBOJumper &jumper) {
+    return new HBOJumper(jumper, this, std::string());
+  });
+  HBOCopyNames::copyEach(src.m_parameters, m_parameters, [](const HBOParameter &parameter) {
+    return new HBOParameter(parameter, std::string());
+  });
+  HBOCopyNames::copyEach(src.m_images, m_images,
+                         [](const HBOImage &image) { return new HBOImage(image, std::string()); });
   for (const auto &entry : src.m_components)
     if (entry.second)
       addBoardComponent(new HBOBoardComponent(*entry.second, this, std::string()));
-  m_buses.reserve(src.m_buses.size());
-  for (const HBOBoardBus *bus : src.m_buses)
-    if (bus)
-      m_buses.push_back(new HBOBoardBus(*bus, this, std::string()));
+  HBOCopyNames::copyEach(src.m_buses, m_buses, [&](const HBOBoardBus &bus) {
+    return new HBOBoardBus(bus, this, std::string());
+  });
   for (const auto &entry : src.m_ipPresets)
     m_ipPresets[entry.first] = copyPresetList(entry.second, this, std::string());
   for (const auto &entry : src.m_ipAssocInterfaces)

@@ -23,10 +23,9 @@ HBOModelPort::HBOModelPort(const HBOModelPort &src, HBOBusIf *owner, const std::
       m_pinTextSize(src.m_pinTextSize), m_owner(owner) {
   // The pin map is offsets into its own text, so it copies as it stands.
   // An older board's port holds pin records of its own.
-  m_pinRecords.reserve(src.m_pinRecords.size());
-  for (const HBOPinProps *pin : src.m_pinRecords)
-    if (pin)
-      m_pinRecords.push_back(new HBOPinProps(*pin, nullptr, this));
+  HBOCopyNames::copyEach(src.m_pinRecords, m_pinRecords, [&](const HBOPinProps &pin) {
+    return new HBOPinProps(pin, nullptr, this);
+  });
 }
 
 HBOBusIf::HBOBusIf(const HBOBusIf &src, HBOBoardComponent *owner, const std::string &prefix)
