@@ -30,6 +30,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -291,6 +292,95 @@ private:
   std::map<std::string, std::string> m_entityNames;
 };
 
+// What an XML name is made of, as far as the scan below needs to know; bytes
+// above ASCII are taken as parts of UTF-8 letters.
+bool isNameChar(char c) {
+  unsigned char u = static_cast<unsigned char>(c);
+  return std::isalnum(u) || c == '.' || c == '-' || c == '_' || c == ':' || u >= 0x80;
+}
+
+// The attribute names of the pin elements of \p text that begin with
+// "iobank.". The readers take any such attribute as an I/O bank property, so
+// the validation must know each one that the file uses. A rough scan, which
+// may take a name too many from a malformed file (the parse reports that file
+// anyway), but takes only whole names: nothing but an attribute name can reach
+// the declarations made from them.
+std::set<std::string> ioBankAttributes(const std::string &text) {
+  static const std::string prefix = "iobank.";
+  std::set<std::string> names;
+  const std::size_t n = text.size();
+  std::size_t i = 0;
+  auto skipTo = [&](const char *end, std::size_t from) {
+    std::size_t at = text.find(end, from);
+    return at == std::string::npos ? n : at + std::string_view(end).size();
+  };
+  auto skipSpace = [&]() {
+    while (i < n && isSpace(text[i]))
+      ++i;
+  };
+  auto readName = [&]() {
+    std::size_t from = i;
+    while (i < n && isNameChar(text[i]))
+      ++i;
+    return text.substr(from, i - from);
+  };
+  while ((i = text.find('<', i)) != std::string::npos) {
+    if (text.compare(i, 4, "<!--") == 0) {
+      i = skipTo("-->", i + 4);
+      continue;
+    }
+    if (text.compare(i, 9, "<![CDATA[") == 0) {
+      i = skipTo("]]>", i + 9);
+      continue;
+    }
+    if (text.compare(i, 2, "<?") == 0) {
+      i = skipTo("?>", i + 2);
+      continue;
+    }
+    ++i;
+    if (i < n && (text[i] == '!' || text[i] == '/'))
+      continue;
+    bool isPin = readName() == "pin";
+    for (;;) {
+      skipSpace();
+      std::string attribute = readName();
+      skipSpace();
+      if (attribute.empty() || i == n || text[i] != '=')
+        break;
+      ++i;
+      skipSpace();
+      if (i == n || (text[i] != '"' && text[i] != '\''))
+        break;
+      std::size_t close = text.find(text[i], i + 1);
+      if (close == std::string::npos)
+        return names;
+      i = close + 1;
+      if (isPin && attribute.size() >= prefix.size() &&
+          attribute.compare(0, prefix.size(), prefix) == 0)
+        names.insert(attribute);
+    }
+  }
+  return names;
+}
+
+// The DOCTYPE \p doctype with an internal subset that declares the I/O bank
+// attributes that \p text gives its pins. Kinds without pin files keep their
+// DTD as it is.
+std::string withOpenAttributes(const std::string &doctype, const std::string &type,
+                               const std::string &text) {
+  if (type != "part0_pins" && type != "board_part")
+    return doctype;
+  std::set<std::string> names = ioBankAttributes(text);
+  if (names.empty())
+    return doctype;
+  // All on the DOCTYPE's one line, so that every line keeps its number.
+  std::string subset = " [<!ATTLIST pin";
+  for (const std::string &name : names)
+    subset += " " + name + " CDATA #IMPLIED";
+  subset += ">]";
+  return doctype.substr(0, doctype.size() - 1) + subset + ">";
+}
+
 // The path inside a DOCTYPE built by createDoctypeString.
 std::string dtdPathOf(const std::string &doctype) {
   static const std::string system = " SYSTEM \"";
@@ -338,6 +428,7 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
   // A file that cannot be opened reads as empty, and so has no root line.
   std::ifstream in(fileName, std::ios::in | std::ios::binary);
   std::string line;
+  std::size_t doctypeAt = 0;
   while (std::getline(in, line)) {
     // A line end of CR LF leaves a CR behind, which the patterns must not see.
     std::string bare = line;
@@ -351,13 +442,16 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
         ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-159@%s", fileName);
         return false;
       }
-      // No line end, so that every line keeps its number in the findings.
-      buffer += ourDoctype;
+      // Put in once the whole file is read, as it declares what the file
+      // uses; no line end, so that every line keeps its number.
+      doctypeAt = buffer.size();
       hasRoot = true;
     }
     buffer += line;
     buffer += '\n';
   }
+  if (hasRoot)
+    buffer.insert(doctypeAt, withOpenAttributes(ourDoctype, type, buffer));
   return true;
 }
 
