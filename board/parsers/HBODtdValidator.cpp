@@ -363,22 +363,42 @@ std::set<std::string> ioBankAttributes(const std::string &text) {
   return names;
 }
 
-// The DOCTYPE \p doctype with an internal subset that declares the I/O bank
-// attributes that \p text gives its pins. Kinds without pin files keep their
-// DTD as it is.
-std::string withOpenAttributes(const std::string &doctype, const std::string &type,
-                               const std::string &text) {
+// The declarations of the I/O bank attributes that \p text gives its pins,
+// empty when there are none. Kinds without pins keep their DTD as it is.
+std::string openDeclarations(const std::string &type, const std::string &text) {
   if (type != "part0_pins" && type != "board_part")
-    return doctype;
+    return std::string();
   std::set<std::string> names = ioBankAttributes(text);
   if (names.empty())
-    return doctype;
-  // All on the DOCTYPE's one line, so that every line keeps its number.
-  std::string subset = " [<!ATTLIST pin";
+    return std::string();
+  std::string declarations = "<!ATTLIST pin";
   for (const std::string &name : names)
-    subset += " " + name + " CDATA #IMPLIED";
-  subset += ">]";
-  return doctype.substr(0, doctype.size() - 1) + subset + ">";
+    declarations += " " + name + " CDATA #IMPLIED";
+  return declarations + ">";
+}
+
+// Puts \p declarations into the one-line DOCTYPE that starts at \p at of
+// \p buffer: at the start of its internal subset, or in one of their own
+// before the '>' that ends it. Declarations of the internal subset come
+// first, and an attribute declared twice keeps its first type; ours are all
+// CDATA, which is what the readers take. A DOCTYPE whose quotes do not close
+// is left as it is, for the parse to report.
+void insertDeclarations(std::string &buffer, std::size_t at, const std::string &declarations) {
+  char quote = 0;
+  for (std::size_t i = at; i < buffer.size() && buffer[i] != '\n'; ++i) {
+    char c = buffer[i];
+    if (quote) {
+      quote = c == quote ? 0 : quote;
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '[') {
+      buffer.insert(i + 1, declarations);
+      return;
+    } else if (c == '>') {
+      buffer.insert(i, " [" + declarations + "]");
+      return;
+    }
+  }
 }
 
 // The path inside a DOCTYPE built by createDoctypeString.
@@ -434,8 +454,10 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
     std::string bare = line;
     if (!bare.empty() && bare.back() == '\r')
       bare.pop_back();
-    if (!hasDoctype && isDoctypeLine(bare))
+    if (!hasDoctype && isDoctypeLine(bare)) {
       hasDoctype = true;
+      doctypeAt = buffer.size();
+    }
     if (!hasDoctype && !hasRoot && isRootLine(bare)) {
       ourDoctype = createDoctypeString(type);
       if (ourDoctype.empty()) {
@@ -450,8 +472,11 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
     buffer += line;
     buffer += '\n';
   }
+  std::string declarations = openDeclarations(type, buffer);
   if (hasRoot)
-    buffer.insert(doctypeAt, withOpenAttributes(ourDoctype, type, buffer));
+    buffer.insert(doctypeAt, ourDoctype);
+  if ((hasRoot || hasDoctype) && !declarations.empty())
+    insertDeclarations(buffer, doctypeAt, declarations);
   return true;
 }
 

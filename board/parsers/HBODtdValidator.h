@@ -19,7 +19,8 @@ public:
 
 private:
   /// The file's text, with our DOCTYPE put before its root element when it
-  /// has none of its own; false when ours cannot be made.
+  /// has none of its own, and the I/O bank attributes of its pins declared
+  /// in whichever DOCTYPE it has; false when ours cannot be made.
   bool readWithDoctype_(const std::string &fileName, const std::string &type, std::string &buffer,
                         std::string &ourDoctype, bool &hasDoctype, bool &hasRoot);
 
