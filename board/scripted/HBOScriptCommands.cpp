@@ -349,20 +349,11 @@ tclany HBOScriptCommands::currentBoard() const {
 }
 
 tclany HBOScriptCommands::setCurrentBoard(const std::string &name) {
-  if (name.empty()) {
-    m_manager->setBoard(static_cast<HBOBoard *>(nullptr));
-    return tclany();
-  }
-  bool usedLegacy = false;
-  HBOBoard *board = m_manager->getBoard(name, usedLegacy, true);
-  if (!board)
-    for (HBOBoard *candidate : getCatalogBoards())
-      if (HSTStringUtils::iequals(candidate->getName(), name))
-        board = candidate;
-  if (!board)
-    throw Error("There is no board named '" + name + "'. get_boards lists the boards.");
-  m_manager->setBoard(board);
-  return tclany::of(board);
+  // The data manager decides, so that a script sees the same lookup, legacy
+  // names and [Board 49-71] as the rest of the suite; an unknown name leaves
+  // the current board alone.
+  m_manager->setBoard(name, std::string(), false, true);
+  return currentBoard();
 }
 
 tclany HBOScriptCommands::setCurrentBoard(const tclany &board) {

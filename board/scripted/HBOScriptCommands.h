@@ -85,8 +85,10 @@ public:
 
   /// current_board: the current board, or an empty handle when none.
   tclany currentBoard() const;
-  /// current_board NAME: makes the board of that name (any of its names,
-  /// or a handle's name) current and returns it.
+  /// current_board NAME: makes the board of that name (any name the data
+  /// manager's setBoard takes) current and returns the current board. An
+  /// unknown name throws HEXError [Board 49-71] and the current board stays
+  /// as it was.
   tclany setCurrentBoard(const std::string &name);
   tclany setCurrentBoard(const tclany &board);
 
