@@ -39,15 +39,6 @@ HCPProperty::Utils::PyResultHook &pyHook() {
 
 bool isDefaultName(const std::string &name) { return name == "_default_"; }
 
-// The prefix of a dotted dynamic name in upper case ("param.x" -> "PARAM.x"),
-// so that dynamic names ignore case where their tag is concerned.
-std::string upperTag(const std::string &name) {
-  std::size_t dot = name.find('.');
-  if (dot == std::string::npos)
-    return HSTStringUtils::toUpper(name);
-  return HSTStringUtils::toUpper(name.substr(0, dot + 1)) + name.substr(dot + 1);
-}
-
 int typeOfValue(const HATAttrAny &value) {
   switch (value.getKind()) {
   case HATAttrAny::Kind::Bool:
@@ -216,10 +207,9 @@ bool HCPProperty::getProperty(Tcl_Interp *interp, const tclany &object, const st
   }
   const Spec *dynamic = info.getDefaultSpec();
   if (dynamic && dynamic->getGetFcn()) {
+    // The name goes to the class as written: the tags of dynamic names
+    // ("PARAM.", "PORT.") are case-sensitive, so "param.x" is not "PARAM.x".
     if (callGetter(dynamic->getGetFcn(), interp, object, name, out))
-      return true;
-    std::string tagged = upperTag(name);
-    if (tagged != name && callGetter(dynamic->getGetFcn(), interp, object, tagged, out))
       return true;
     // A dotted name is a dynamic property that this object lacks (a
     // parameter it does not have, say): no value, but no error either.
@@ -253,8 +243,7 @@ bool HCPProperty::findPropertySpec(const tclany &object, const std::string &name
   spec = HATAttrSpec();
   spec.setReadOnly(true);
   if (def->getGetDefaultAttrSpecFcn())
-    return def->getGetDefaultAttrSpecFcn()(object, name, spec) ||
-           def->getGetDefaultAttrSpecFcn()(object, upperTag(name), spec);
+    return def->getGetDefaultAttrSpecFcn()(object, name, spec);
   return true;
 }
 

@@ -83,6 +83,13 @@ TEST_F(Props, NamesThatNoListingHolds) {
   for (const Case &c : cases)
     EXPECT_EQ(c.value, prop(c.object, c.name)) << c.name;
 
+  // Tags of dynamic names are case-sensitive; other property names are not.
+  EXPECT_NE("<none>", prop(b, "PARAM.board_grade"));
+  EXPECT_EQ("<none>", prop(b, "param.board_grade"));
+  EXPECT_NE("<none>", prop(clock, "PORT.CLK_P"));
+  EXPECT_EQ("<none>", prop(clock, "port.CLK_P"));
+  EXPECT_EQ("2.1", prop(part0, "Schema_Version"));
+
   HATAttrSpec spec;
   std::string canonical;
   bool dynamic = false;

@@ -71,8 +71,8 @@ TEST_F(PropertyRegistry, DynamicNamesAnswerOrStaySilentButUnknownNamesFail) {
   HATAttrAny v;
   EXPECT_TRUE(HCPProperty::getProperty(nullptr, tclany::of(&lamp), "TAG.red", v));
   EXPECT_EQ("red", v.toString());
-  EXPECT_TRUE(HCPProperty::getProperty(nullptr, tclany::of(&lamp), "tag.red", v))
-      << "tag ignores case";
+  EXPECT_FALSE(HCPProperty::getProperty(nullptr, tclany::of(&lamp), "tag.red", v))
+      << "the tag is compared as the class writes it";
   EXPECT_FALSE(HCPProperty::getProperty(nullptr, tclany::of(&lamp), "OTHER.x", v));
   EXPECT_TRUE(v.isEmpty());
   EXPECT_THROW(HCPProperty::getProperty(nullptr, tclany::of(&lamp), "colour", v),
