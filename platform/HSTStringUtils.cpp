@@ -1,5 +1,6 @@
 #include "HSTStringUtils.h"
 
+#include <charconv>
 #include <cstdint>
 #include <cstring>
 
@@ -207,4 +208,15 @@ std::string HSTStringUtils::jsonQuoted(const std::string &s) {
   std::string out;
   appendJsonQuoted(out, s);
   return out;
+}
+
+std::string HSTStringUtils::numberedName(std::string_view base, long long number) {
+  char digits[24];
+  const auto written = std::to_chars(digits, digits + sizeof(digits), number);
+  std::string name;
+  name.reserve(base.size() + 1 + static_cast<std::size_t>(written.ptr - digits));
+  name += base;
+  name += '_';
+  name.append(digits, written.ptr);
+  return name;
 }

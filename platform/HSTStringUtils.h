@@ -37,6 +37,9 @@ std::string replaceAll(std::string text, const std::string &from, const std::str
 /// are no UTF-8 become U+FFFD, so the result is always valid JSON.
 void appendJsonQuoted(std::string &out, const std::string &text);
 std::string jsonQuoted(const std::string &text);
+/// "base_number", the name of a numbered pin or net, made in one
+/// allocation at most.
+std::string numberedName(std::string_view base, long long number);
 } // namespace HSTStringUtils
 
 #endif

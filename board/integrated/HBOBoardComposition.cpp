@@ -14,6 +14,7 @@
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
 #include "HEXError.h"
+#include "HSTStringUtils.h"
 
 #include <memory>
 #include <set>
@@ -157,7 +158,7 @@ bool HBOBoard::createPinsForComponent(std::string componentName, int from, int t
     if (component->getPinByIndex(index))
       continue;
     HBOPinProps *pin = component->createPin();
-    pin->setName(componentName + "_" + std::to_string(index));
+    pin->setName(HSTStringUtils::numberedName(componentName, index));
     pin->setPinIndex(index);
     pin->setOwner(component);
     component->addPin(pin);

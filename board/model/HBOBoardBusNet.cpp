@@ -4,9 +4,8 @@
 #include "HBOBoardBus.h"
 #include "HBOBoardComponent.h"
 #include "HSTIntern.h"
+#include "HSTStringUtils.h"
 #include "NativeCache.h"
-
-#include <charconv>
 
 HBOBoardBusNet::HBOBoardBusNet() : m_isEnabled(&HSTIntern::get("true")) {}
 
@@ -55,15 +54,7 @@ const std::string &HBOBoardBusNet::getEnablementDependency() const {
 std::string HBOBoardBusNet::getName() const {
   if (m_number < 0)
     return m_names ? m_names->name : std::string();
-  const std::string &base = m_owner ? m_owner->getName() : HSTIntern::empty();
-  char digits[16];
-  const auto written = std::to_chars(digits, digits + sizeof(digits), m_number);
-  std::string name;
-  name.reserve(base.size() + 1 + static_cast<std::size_t>(written.ptr - digits));
-  name += base;
-  name += '_';
-  name.append(digits, written.ptr);
-  return name;
+  return HSTStringUtils::numberedName(m_owner ? m_owner->getName() : HSTIntern::empty(), m_number);
 }
 
 void HBOBoardBusNet::setIsEnabled(std::string_view isEnabled) {

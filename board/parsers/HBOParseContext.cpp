@@ -175,14 +175,3 @@ bool HBOParseContext::parseInt(std::string_view text, int &out) {
   out = static_cast<int>(negative ? -static_cast<long long>(value) : static_cast<long long>(value));
   return true;
 }
-
-std::string HBOParseContext::numberedName(const std::string &base, long long number) {
-  char digits[24];
-  const auto written = std::to_chars(digits, digits + sizeof(digits), number);
-  std::string name;
-  name.reserve(base.size() + 1 + static_cast<std::size_t>(written.ptr - digits));
-  name += base;
-  name += '_';
-  name.append(digits, written.ptr);
-  return name;
-}

@@ -69,8 +69,6 @@ public:
   /// A whole decimal int with an optional sign and no spaces; false, with
   /// \p out untouched, for anything else and for what does not fit.
   static bool parseInt(std::string_view text, int &out);
-  /// "base_number", made in one allocation at most.
-  static std::string numberedName(const std::string &base, long long number);
   /// Whether \p a equals \p b ignoring ASCII case.
   static bool sameIgnoringCase(std::string_view a, std::string_view b);
 

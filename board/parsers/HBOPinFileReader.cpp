@@ -247,7 +247,7 @@ bool HBOPinFileReader::createPinsForComponent(std::string componentName, int fro
                              std::to_string(index) + "' that is not defined in part0_pins.xml.",
                          true);
     HBOPinProps *pin = component->createPin();
-    pin->setName(HBOParseContext::numberedName(componentName, index));
+    pin->setName(HSTStringUtils::numberedName(componentName, index));
     pin->setPinIndex(index);
     pin->setOwner(component);
     if (intoEmpty)
