@@ -510,19 +510,13 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
     HBOXercesSupport::initialise();
     // Declared before the reader, which must not outlive what it points to.
     xercesc::SecurityManager security;
-    security.setEntityExpansionLimit(HBOXercesSupport::kEntityExpansionLimit);
     EntityGuard guard(handler, dtdPathOf(ourDoctype), HUTFile::parentPath(fileName), schemaDirs);
 
     std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
     reader->setFeature(xercesc::XMLUni::fgSAX2CoreValidation, true);
-    // Nothing is resolved behind our back: what the guard refuses stays unread.
-    reader->setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
-    // Board files have no namespaces and no schema hints to follow.
-    reader->setFeature(xercesc::XMLUni::fgXercesSchema, false);
-    reader->setFeature(xercesc::XMLUni::fgXercesLoadSchema, false);
-    reader->setProperty(xercesc::XMLUni::fgXercesSecurityManager, &security);
-    reader->setContentHandler(&handler);
-    reader->setErrorHandler(&handler);
+    // What the guard refuses stays unread; board files have no namespaces
+    // and no schema hints to follow.
+    HBOXercesSupport::secure(*reader, security, handler);
     reader->setLexicalHandler(&guard);
     reader->setDeclarationHandler(&guard);
     // The fuller interface tells the line that asked for an entity.

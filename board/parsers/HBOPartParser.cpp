@@ -166,7 +166,6 @@ void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) 
     const DtdCache::Entry &dtd = DtdCache::get(dtdName);
     // Declared before the reader, which must not outlive what it points to.
     xercesc::SecurityManager security;
-    security.setEntityExpansionLimit(HBOXercesSupport::kEntityExpansionLimit);
     OnlyOurDtd resolver(dtd.paths, dtdName);
     // Findings of the validation are not this path's business: the load
     // drops them, and the check of a file reports them itself.
@@ -175,12 +174,7 @@ void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) 
     std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader(
         xercesc::XMLPlatformUtils::fgMemoryManager, dtd.pool.get()));
     reader->setFeature(xercesc::XMLUni::fgXercesUseCachedGrammarInParse, true);
-    reader->setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
-    reader->setFeature(xercesc::XMLUni::fgXercesSchema, false);
-    reader->setFeature(xercesc::XMLUni::fgXercesLoadSchema, false);
-    reader->setProperty(xercesc::XMLUni::fgXercesSecurityManager, &security);
-    reader->setContentHandler(&handler);
-    reader->setErrorHandler(&handler);
+    HBOXercesSupport::secure(*reader, security, handler);
     if (auto *impl = dynamic_cast<xercesc::SAX2XMLReaderImpl *>(reader.get()))
       impl->setXMLEntityResolver(&resolver);
     XMLCh *xmlPath = xercesc::XMLString::transcode(fileName.c_str());

@@ -9,7 +9,10 @@
 #include "HEXError.h"
 
 #include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/sax2/DefaultHandler.hpp>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
@@ -41,6 +44,22 @@ inline void initialise() {
   static std::mutex mutex;
   std::lock_guard<std::mutex> lock(mutex);
   xercesc::XMLPlatformUtils::Initialize();
+}
+
+/// The settings every validating reader of ours gets: nothing resolved
+/// behind our back (the caller's resolver alone decides what is read), no
+/// schemas or their hints, the limit on entity expansions through
+/// \p security, and \p handler for the content and the errors. \p security
+/// must outlive the reader.
+inline void secure(xercesc::SAX2XMLReader &reader, xercesc::SecurityManager &security,
+                   xercesc::DefaultHandler &handler) {
+  security.setEntityExpansionLimit(kEntityExpansionLimit);
+  reader.setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
+  reader.setFeature(xercesc::XMLUni::fgXercesSchema, false);
+  reader.setFeature(xercesc::XMLUni::fgXercesLoadSchema, false);
+  reader.setProperty(xercesc::XMLUni::fgXercesSecurityManager, &security);
+  reader.setContentHandler(&handler);
+  reader.setErrorHandler(&handler);
 }
 
 // The Xerces of the system leaks one small record for every external DTD it
