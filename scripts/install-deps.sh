@@ -11,6 +11,7 @@ PACKAGES=(
   libboost-regex-dev libboost-thread-dev
   libxerces-c-dev libpugixml-dev libtbb-dev
   tcl8.6 tcl8.6-dev python3 python3-dev zlib1g-dev
+  clang libclang-rt-14-dev
 )
 
 missing=()

@@ -316,13 +316,12 @@ void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
 
   std::vector<LoadSlot> slots(files.size());
   std::atomic<std::size_t> done(0);
-  const LoadProgress &progress = s_loadProgress;
-  auto loadOne = [&files, &dir, &slots, &done, &progress](std::size_t i) {
+  auto loadOne = [&files, &dir, &slots, &done](std::size_t i) {
     acquireInTask(); // before anything of the caller's is read
     loadStaticFile(files[i], dir, slots[i]);
     std::size_t count = ++done;
-    if (progress)
-      progress(count, files.size());
+    if (s_loadProgress)
+      s_loadProgress(count, files.size());
   };
   releaseForTasks();
   {
