@@ -8,7 +8,7 @@ FUZZ_SECONDS ?= 60
 JOBS      ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
 
-.PHONY: all deps configure build run test sanitize tsan fuzz fuzz-smoke format check-format clean
+.PHONY: all deps configure build install run test sanitize tsan fuzz fuzz-smoke format check-format clean
 
 all: build
 
@@ -22,6 +22,13 @@ configure: deps $(BUILD)/CMakeCache.txt
 
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
+
+# Installs into PREFIX (default /usr/local): boardtool, the libraries and
+# headers, the CMake and pkg-config packages, the Tcl and Python modules and
+# the data installation.
+PREFIX ?= /usr/local
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 # The main job: load the embedded data directory and print its catalog.
 run: build

@@ -1,6 +1,8 @@
 #include "HUTEnv.h"
 
 #include <cstdlib>
+#include <dlfcn.h>
+#include <sys/stat.h>
 
 #ifndef BOARDLIB_DATA_DIR
 #error "BOARDLIB_DATA_DIR must be defined by the build"
@@ -8,6 +10,36 @@
 #ifndef BOARDLIB_APP_ROOT
 #error "BOARDLIB_APP_ROOT must be defined by the build"
 #endif
+#ifndef BOARDLIB_SHARE_FROM_LIB
+#error "BOARDLIB_SHARE_FROM_LIB must be defined by the build"
+#endif
+
+namespace {
+
+bool isDirectory(const std::string &path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// The installed share folder (PREFIX/share/boardlib), found from where this
+// library was loaded, so that an installed tree works wherever it was
+// copied; empty when the library runs from its build tree.
+const std::string &installedShareDir() {
+  static const std::string dir = [] {
+    Dl_info info;
+    if (!::dladdr(reinterpret_cast<void *>(&installedShareDir), &info) || !info.dli_fname)
+      return std::string();
+    std::string library(info.dli_fname);
+    std::string::size_type slash = library.rfind('/');
+    if (slash == std::string::npos)
+      return std::string();
+    std::string share = library.substr(0, slash + 1) + BOARDLIB_SHARE_FROM_LIB;
+    return isDirectory(share + "/data/boards") ? share : std::string();
+  }();
+  return dir;
+}
+
+} // namespace
 
 std::vector<std::string> HUTEnv::getZRTDataDirList() {
   std::vector<std::string> dirs;
@@ -28,12 +60,14 @@ std::vector<std::string> HUTEnv::getZRTDataDirList() {
     if (!dirs.empty())
       return dirs;
   }
-  dirs.emplace_back(BOARDLIB_DATA_DIR);
+  const std::string &share = installedShareDir();
+  dirs.push_back(share.empty() ? std::string(BOARDLIB_DATA_DIR) : share + "/data");
   return dirs;
 }
 
 std::string HUTEnv::getZRTAppRoot() {
   if (const char *env = std::getenv("BOARDLIB_APP_ROOT"))
     return env;
-  return BOARDLIB_APP_ROOT;
+  const std::string &share = installedShareDir();
+  return share.empty() ? std::string(BOARDLIB_APP_ROOT) : share;
 }

@@ -8,10 +8,12 @@
 
 namespace HUTEnv {
 /// The data directories in search order: BOARDLIB_DATA_DIRS (colon-separated,
-/// empty entries dropped) when it is set and not empty, else the one data
-/// directory built into the library.
+/// empty entries dropped) when it is set and not empty, else the installed
+/// one (PREFIX/share/boardlib/data beside the library's PREFIX/lib), else,
+/// in a build tree, the source tree's data directory.
 std::vector<std::string> getZRTDataDirList();
-/// BOARDLIB_APP_ROOT when it is set, else the root built into the library.
+/// BOARDLIB_APP_ROOT when it is set, else the installed PREFIX/share/boardlib,
+/// else, in a build tree, the source tree.
 std::string getZRTAppRoot();
 } // namespace HUTEnv
 

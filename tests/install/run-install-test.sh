@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Installs the build tree into a scratch prefix, moves the prefix elsewhere,
+# and uses everything from there: boardtool, the Tcl package, the Python
+# module, and a consumer program built with find_package and with
+# pkg-config. The installed tree must name neither the build tree nor, for
+# its data, the source tree.
+#   run-install-test.sh BUILD_DIR SOURCE_DIR WORK_DIR
+set -euo pipefail
+build=$1 source=$2 work=$3
+rm -rf "$work"
+mkdir -p "$work"
+fail() { echo "FAILED: $*" >&2; exit 1; }
+
+cmake --install "$build" --prefix "$work/staged" >/dev/null
+mv "$work/staged" "$work/prefix"
+prefix=$work/prefix
+
+# Nothing installed points back into the build tree: no text file names it,
+# and no program or library looks for libraries there (debug information
+# may still name the folders it was compiled in).
+if grep -rlIF "$build" "$prefix" >/dev/null; then
+  fail "installed files name the build tree: $(grep -rlIF "$build" "$prefix" | head -3)"
+fi
+while IFS= read -r elf; do
+  if readelf -d "$elf" | grep -E 'R(UN)?PATH' | grep -qF "$build"; then
+    fail "$elf looks for libraries in the build tree"
+  fi
+done < <(find "$prefix" -type f \( -name '*.so*' -o -path '*/bin/*' \))
+
+# A board only the installed data directory has: what finds it reads the
+# installed data, not the source tree's.
+marker=$prefix/share/boardlib/data/boards/board_files/kestrel-boards/install_marker/1.0
+mkdir -p "$marker"
+sed 's/name="minimal" display_name="Minimal Board"/name="install_marker" display_name="Install Marker"/' \
+  "$source/tests/data/minimal/board.xml" >"$marker/board.xml"
+cp "$source/tests/data/minimal/part0_pins.xml" "$marker/"
+
+cd "$work"
+unset BOARDLIB_DATA_DIRS BOARDLIB_APP_ROOT BOARDLIB_PARAMS TCLLIBPATH PYTHONPATH
+"$prefix/bin/boardtool" catalog | grep -q "kestrel-boards:install_marker:1.0" ||
+  fail "the installed boardtool does not read the installed data"
+ldd "$prefix/bin/boardtool" | grep "libboardlib.so" | grep -qF "$prefix/" ||
+  fail "the installed boardtool does not load the installed library"
+
+echo 'package require boardlib; puts [get_boards *install_marker*]' |
+  TCLLIBPATH=$prefix/lib tclsh | grep -q "kestrel-boards:install_marker:1.0" ||
+  fail "tclsh does not find the installed package"
+
+python_dir=$(find "$prefix/lib" -name 'boardlib*.so' -path '*-packages/*' -printf '%h\n' | head -1)
+[ -n "$python_dir" ] || fail "no Python module installed"
+PYTHONPATH=$python_dir python3 -c "
+import boardlib
+assert boardlib.__file__.startswith('$prefix/'), boardlib.__file__
+print(boardlib.get_boards('*install_marker*'))" | grep -q "install_marker" ||
+  fail "python3 does not find the installed module"
+
+# A consumer built with the CMake package.
+cmake -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/consumer" >/dev/null
+"$work/consumer/consumer" "$marker/board.xml" >"$work/cmake.out"
+printf 'kestrel-boards:install_marker:1.0\n%s\n' "$prefix/lib/../share/boardlib/data" | diff - "$work/cmake.out" ||
+  fail "the consumer built with find_package"
+
+# And with pkg-config.
+flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs boardlib)
+# shellcheck disable=SC2086
+c++ -o "$work/pc-consumer" "$source/tests/install/consumer/consumer.cpp" $flags -Wl,-rpath,"$prefix/lib"
+"$work/pc-consumer" "$marker/board.xml" | head -1 | grep -qx "kestrel-boards:install_marker:1.0" ||
+  fail "the consumer built with pkg-config"
+echo "installed tree works from $prefix"
