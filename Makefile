@@ -12,8 +12,13 @@ CMAKE_FLAGS ?=
 
 all: build
 
+# SKIP_DEPS=1 builds with what the machine has, without asking the package
+# manager.
+SKIP_DEPS ?=
 deps:
+ifeq ($(SKIP_DEPS),)
 	bash scripts/install-deps.sh
+endif
 
 $(BUILD)/CMakeCache.txt:
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)

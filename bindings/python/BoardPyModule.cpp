@@ -5,6 +5,7 @@
 
 #include "HBOScriptCommands.h"
 #include "HCPProperty.h"
+#include "HUTVersion.h"
 
 #include <deque>
 #include <string>
@@ -544,6 +545,7 @@ PyMODINIT_FUNC PyInit_boardlib(void) {
                                 PyExc_RuntimeError, nullptr);
   if (!BoardPy::g_boardError ||
       PyModule_AddObjectRef(module, "BoardError", BoardPy::g_boardError) < 0 ||
+      PyModule_AddStringConstant(module, "__version__", HUTVersion::getVersion()) < 0 ||
       !BoardPy::createTypes(module) || !addQueryCommands(module)) {
     Py_DECREF(module);
     return nullptr;

@@ -4,6 +4,7 @@
 #include "HBOScriptCommands.h"
 #include "HTCTclInterp.h"
 #include "HTCTclUtils.h"
+#include "HUTVersion.h"
 #include "TclCommands.h"
 #include "TclHandles.h"
 
@@ -60,5 +61,5 @@ extern "C" int Boardlib_Init(Tcl_Interp *interp) {
   HTCTclInterp::setDefaultInterp(interp, &evalScriptFile);
   Tcl_CallWhenDeleted(interp, &forgetInterp, nullptr);
   commands->getDataManager().loadBoardTcl();
-  return Tcl_PkgProvide(interp, "boardlib", "0.1");
+  return Tcl_PkgProvide(interp, "boardlib", HUTVersion::getVersion());
 }

@@ -8,7 +8,7 @@
 
 class HBOScriptCommands;
 
-/// Provides the package "boardlib" 0.1 and creates its commands in
+/// Provides the package "boardlib" (of the library's version) and creates its commands in
 /// \p interp. Any number of interpreters may call it; they share the one
 /// project view of the process.
 extern "C" int Boardlib_Init(Tcl_Interp *interp);

@@ -67,4 +67,13 @@ flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs boardli
 c++ -o "$work/pc-consumer" "$source/tests/install/consumer/consumer.cpp" $flags -Wl,-rpath,"$prefix/lib"
 "$work/pc-consumer" "$marker/board.xml" | head -1 | grep -qx "kestrel-boards:install_marker:1.0" ||
   fail "the consumer built with pkg-config"
-echo "installed tree works from $prefix"
+# One version everywhere: boardtool, the Tcl package, the Python module and
+# pkg-config.
+version=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion boardlib)
+[ -n "$version" ] || fail "no version in boardlib.pc"
+[ "$("$prefix/bin/boardtool" --version)" = "boardtool $version" ] || fail "boardtool --version"
+[ "$(echo 'puts [package require boardlib]' | TCLLIBPATH=$prefix/lib tclsh)" = "$version" ] ||
+  fail "the Tcl package's version"
+[ "$(PYTHONPATH=$python_dir python3 -c 'import boardlib; print(boardlib.__version__)')" = "$version" ] ||
+  fail "the Python module's __version__"
+echo "installed tree of boardlib $version works from $prefix"

@@ -1,5 +1,6 @@
 // boardtool: reads, checks and shows board definitions from the command line.
 #include "Commands.h"
+#include "HUTVersion.h"
 
 #include <cstring>
 #include <iostream>
@@ -18,7 +19,8 @@ const boardtool::Command *const kCommands[] = {
 };
 
 void printHelp(std::ostream &out) {
-  out << "usage: boardtool COMMAND [OPTIONS] [ARGS]\n\n"
+  out << "usage: boardtool COMMAND [OPTIONS] [ARGS]\n"
+      << "       boardtool --version\n\n"
       << "Reads, checks and shows FPGA board definitions (board.xml with its pin and\n"
       << "preset files).\n\nCommands:\n";
   for (const boardtool::Command *c : kCommands)
@@ -54,6 +56,10 @@ int main(int argc, char **argv) {
   std::string name = argv[1];
   if (name == "--help" || name == "-h" || name == "help") {
     printHelp(std::cout);
+    return boardtool::Success;
+  }
+  if (name == "--version") {
+    std::cout << "boardtool " << HUTVersion::getVersion() << "\n";
     return boardtool::Success;
   }
   for (const boardtool::Command *c : kCommands) {
