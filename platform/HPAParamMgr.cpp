@@ -1,4 +1,5 @@
 #include "HPAParamMgr.h"
+#include "HSTStringUtils.h"
 #include "HUTConvert.h"
 
 #include <algorithm>
@@ -175,8 +176,13 @@ bool HPAParamMgr::setValue(const std::string &name, const std::string &value, st
   std::lock_guard<std::mutex> lock(m_mutex);
   HPAParam *p = find_(name);
   if (!p) {
-    if (error)
-      *error = "unknown parameter '" + name + "'";
+    if (error) {
+      std::vector<std::string> names;
+      for (const auto &entry : m_params)
+        names.push_back(entry.second->getName());
+      std::sort(names.begin(), names.end());
+      *error = "unknown parameter '" + name + "'" + HSTStringUtils::didYouMean(name, names);
+    }
     return false;
   }
   std::string normalised;

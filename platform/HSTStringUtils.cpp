@@ -1,5 +1,6 @@
 #include "HSTStringUtils.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -219,4 +220,68 @@ std::string HSTStringUtils::numberedName(std::string_view base, long long number
   name += '_';
   name.append(digits, written.ptr);
   return name;
+}
+
+namespace {
+// Levenshtein distance over ASCII-lower-cased bytes, in one row.
+std::size_t editDistance(const std::string &a, const std::string &b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j)
+    row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    row[0] = i;
+    const char ca = lowerC(a[i - 1]);
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      std::size_t above = row[j];
+      std::size_t substitute = diagonal + (ca == lowerC(b[j - 1]) ? 0 : 1);
+      row[j] = std::min({above + 1, row[j - 1] + 1, substitute});
+      diagonal = above;
+    }
+  }
+  return row[b.size()];
+}
+} // namespace
+
+std::vector<std::string> HSTStringUtils::closestMatches(const std::string &word,
+                                                        const std::vector<std::string> &candidates,
+                                                        std::size_t limit) {
+  // Long words and long candidates make the table large: names longer than
+  // any real one are not compared.
+  constexpr std::size_t kLongest = 256;
+  std::vector<std::pair<std::size_t, std::size_t>> scored; // distance, index
+  if (word.empty() || word.size() > kLongest)
+    return {};
+  const std::size_t allowed = std::max<std::size_t>(2, word.size() / 3);
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    if (candidates[i].size() > kLongest)
+      continue;
+    std::size_t distance = editDistance(word, candidates[i]);
+    if (distance <= allowed && distance < std::max(word.size(), candidates[i].size()))
+      scored.emplace_back(distance, i);
+  }
+  std::stable_sort(scored.begin(), scored.end(),
+                   [](const auto &a, const auto &b) { return a.first < b.first; });
+  std::vector<std::string> out;
+  for (const auto &entry : scored) {
+    if (out.size() == limit)
+      break;
+    if (std::find(out.begin(), out.end(), candidates[entry.second]) == out.end())
+      out.push_back(candidates[entry.second]);
+  }
+  return out;
+}
+
+std::string HSTStringUtils::didYouMean(const std::string &word,
+                                       const std::vector<std::string> &candidates) {
+  std::vector<std::string> matches = closestMatches(word, candidates);
+  if (matches.empty())
+    return std::string();
+  std::string text = " (did you mean ";
+  for (std::size_t i = 0; i < matches.size(); ++i) {
+    if (i)
+      text += i + 1 == matches.size() ? " or " : ", ";
+    text += "'" + matches[i] + "'";
+  }
+  return text + "?)";
 }

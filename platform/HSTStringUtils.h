@@ -40,6 +40,16 @@ std::string jsonQuoted(const std::string &text);
 /// "base_number", the name of a numbered pin or net, made in one
 /// allocation at most.
 std::string numberedName(std::string_view base, long long number);
+/// The candidates closest to \p word by edit distance, ignoring case, at
+/// most \p limit of them, nearest first (ties in the candidates' order):
+/// the "did you mean" of a misspelt name. A candidate counts only when the
+/// distance is small against the word's length, so that a word unlike
+/// every candidate gets none.
+std::vector<std::string> closestMatches(const std::string &word,
+                                        const std::vector<std::string> &candidates,
+                                        std::size_t limit = 3);
+/// " (did you mean 'a' or 'b'?)" for the closest matches, empty for none.
+std::string didYouMean(const std::string &word, const std::vector<std::string> &candidates);
 } // namespace HSTStringUtils
 
 #endif

@@ -15,6 +15,7 @@
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace boardtool {
@@ -78,7 +79,30 @@ LoadedCatalog::~LoadedCatalog() {
 #endif
 }
 
+namespace {
+bool isDirectory(const std::string &path) {
+  struct stat st;
+  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+// A data directory that cannot be one is most likely a typing mistake or the
+// wrong level of a tree: say so, with the layout the load looks for.
+void warnAboutDataDir(const std::string &dir) {
+  if (!isDirectory(dir)) {
+    std::cerr << "boardtool: warning: data directory '" << dir << "' does not exist\n";
+  } else if (!isDirectory(dir + "/boards/board_files") &&
+             !isDirectory(dir + "/boards/board_parts")) {
+    std::cerr
+        << "boardtool: warning: data directory '" << dir
+        << "' holds no board files: a data directory keeps them as"
+           " boards/board_files/VENDOR/BOARD/VERSION/board.xml (or under boards/board_parts)\n";
+  }
+}
+} // namespace
+
 void LoadOptions::apply() const {
+  for (const std::string &dir : dataDirs)
+    warnAboutDataDir(dir);
   if (!dataDirs.empty()) {
     std::string list;
     for (const std::string &dir : dataDirs)

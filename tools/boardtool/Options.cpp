@@ -2,6 +2,7 @@
 
 #include "ComMsgMgr.h"
 #include "HPAParamMgr.h"
+#include "HSTStringUtils.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -248,7 +249,12 @@ bool parseArguments(const Command &command, const std::vector<std::string> &args
     bool valueGiven = false;
     const Option *option = findOption(command, word, value, valueGiven);
     if (!option) {
-      error = "unknown option '" + word + "'";
+      std::vector<std::string> names;
+      for (const Option &known : kOptions)
+        if (takes(command, known))
+          names.push_back(known.name);
+      error = "unknown option '" + word + "'" +
+              HSTStringUtils::didYouMean(word.substr(0, word.find('=')), names);
       return false;
     }
     if (option->argument && !valueGiven && i + 1 < args.size()) {

@@ -6,7 +6,10 @@
 #include "HBOBoardCReposMgr.h"
 #include "HBOCommon.h"
 #include "HBOPartCReposMgr.h"
+#include "HBOScriptFilter.h"
+#include "HSTStringUtils.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 
@@ -16,12 +19,14 @@ namespace {
 const char kAbout[] =
     "Finds one board and prints it. NAME may be the board name vendor:board:version,\n"
     "the board part name vendor:board:part0:version, a legacy name, or vendor:board:*\n"
-    "for the latest version of a board; case does not matter. After the board come the\n"
-    "latest version of its family and whether it is a user board that hides an\n"
-    "installed one.\n";
+    "for the latest version of a board; case does not matter. Any other NAME is a part\n"
+    "of a board name (sample_kit) or a glob over board names ('*sample*'), which must\n"
+    "match one board: several are listed, and for none the closest names are offered.\n"
+    "After the board come the latest version of its family and whether it is a user\n"
+    "board that hides an installed one.\n";
 
-const char kNotes[] =
-    "Exit status: 0 shown, 1 no board matches NAME or the load failed, 2 bad usage.\n";
+const char kNotes[] = "Exit status: 0 shown, 1 no board or several match NAME or the load failed,\n"
+                      "2 bad usage.\n";
 
 // The board a user would mean by \p name: the project's view first (board,
 // board part and wildcard names), then the catalog's legacy names.
@@ -31,6 +36,45 @@ HBOBoard *resolve(HBOBoardCDataManager &manager, HBOBoardCReposMgr &global,
   if (HBOBoard *board = manager.getBoard(name, usedLegacyMap, true))
     return board;
   return global.getInfoForBoard(name);
+}
+
+// The boards whose names hold \p name, or match it as a glob, ignoring case,
+// in name order.
+std::vector<HBOBoard *> matching(HBOBoardCReposMgr &global, const std::string &name) {
+  const bool glob = name.find_first_of("*?[") != std::string::npos;
+  const std::string lower = HSTStringUtils::toLower(name);
+  std::vector<HBOBoard *> found;
+  for (const auto &entry : global.getBoardPartMap()) {
+    HBOBoard *board = entry.second;
+    if (!board)
+      continue;
+    const std::string &full = board->getName();
+    if (glob ? HBOScriptFilter::globMatch(name, full, true)
+             : HSTStringUtils::toLower(full).find(lower) != std::string::npos)
+      found.push_back(board);
+  }
+  return found;
+}
+
+// The boards whose own names (the board part of vendor:board:version) are
+// closest to that of a misspelt \p name. Vendors and versions are alike
+// across boards, so they are left out of the comparison.
+std::vector<std::string> suggestions(HBOBoardCReposMgr &global, const std::string &name) {
+  std::vector<std::string> fullNames, boardNames;
+  for (const auto &entry : global.getBoardPartMap()) {
+    if (!entry.second)
+      continue;
+    fullNames.push_back(entry.second->getName());
+    boardNames.push_back(entry.second->getBoardName());
+  }
+  std::vector<std::string> fields = HSTStringUtils::split(name, ":", true);
+  const std::string boardName = fields.size() >= 2 ? fields[1] : name;
+  std::vector<std::string> out;
+  for (const std::string &close : HSTStringUtils::closestMatches(boardName, boardNames, 10))
+    for (std::size_t i = 0; i < boardNames.size() && out.size() < 5; ++i)
+      if (boardNames[i] == close && std::find(out.begin(), out.end(), fullNames[i]) == out.end())
+        out.push_back(fullNames[i]);
+  return out;
 }
 
 void printFamily(HBOPartCReposMgr &repo, const HBOBoard &board) {
@@ -80,15 +124,35 @@ int run(const Arguments &args) {
   HBOBoardCDataManager *manager = &catalog.manager();
   HBOBoardCReposMgr *global = &catalog.global();
 
-  if (HBOBoard *board = name.empty() ? nullptr : resolve(*manager, *global, name)) {
+  HBOBoard *board = name.empty() ? nullptr : resolve(*manager, *global, name);
+  std::vector<HBOBoard *> found;
+  if (!board && !name.empty()) {
+    found = matching(*global, name);
+    if (found.size() == 1)
+      board = found.front();
+  }
+  if (board) {
     board->display(0);
     std::cout << "Display name: " << board->getDisplayName() << "\n";
     printFamily(*manager->getBoardPartReposMgr(), *board);
     printHidden(*global, *board);
     std::cout.flush();
+  } else if (found.size() > 1) {
+    std::cerr << "boardtool show: " << found.size() << " boards match '" << name
+              << "'; name one of them:\n";
+    for (const HBOBoard *candidate : found)
+      std::cerr << "  " << candidate->getName() << "\n";
+    status = Failure;
   } else {
-    std::cerr << "boardtool show: no board matches '" << name
-              << "'; 'boardtool catalog' lists the boards\n";
+    std::cerr << "boardtool show: no board matches '" << name << "'";
+    std::vector<std::string> close = suggestions(*global, name);
+    if (!close.empty()) {
+      std::cerr << "; the closest names are:\n";
+      for (const std::string &candidate : close)
+        std::cerr << "  " << candidate << "\n";
+    } else {
+      std::cerr << "; 'boardtool catalog' lists the boards\n";
+    }
     status = Failure;
   }
   return status;

@@ -1,5 +1,6 @@
 // boardtool: reads, checks and shows board definitions from the command line.
 #include "Commands.h"
+#include "HSTStringUtils.h"
 #include "HUTVersion.h"
 
 #include <cstring>
@@ -77,7 +78,11 @@ int main(int argc, char **argv) {
       return boardtool::usageError(*c, error);
     return c->run(parsed);
   }
-  std::cerr << "boardtool: unknown command '" << name << "'\n";
+  std::vector<std::string> names;
+  for (const boardtool::Command *c : kCommands)
+    names.push_back(c->name);
+  std::cerr << "boardtool: unknown command '" << name << "'"
+            << HSTStringUtils::didYouMean(name, names) << "\n";
   printHelp(std::cerr);
   return boardtool::Usage;
 }
