@@ -67,6 +67,11 @@ flags=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags --libs boardli
 c++ -o "$work/pc-consumer" "$source/tests/install/consumer/consumer.cpp" $flags -Wl,-rpath,"$prefix/lib"
 "$work/pc-consumer" "$marker/board.xml" | head -1 | grep -qx "kestrel-boards:install_marker:1.0" ||
   fail "the consumer built with pkg-config"
+# The manual page and the bash completion.
+man -l "$prefix/share/man/man1/boardtool.1" 2>/dev/null | grep -q "^COMMANDS" ||
+  grep -q '^\.SH COMMANDS' "$prefix/share/man/man1/boardtool.1" || fail "no manual page"
+[ -f "$prefix/share/bash-completion/completions/boardtool" ] || fail "no bash completion"
+
 # One version everywhere: boardtool, the Tcl package, the Python module and
 # pkg-config.
 version=$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion boardlib)
