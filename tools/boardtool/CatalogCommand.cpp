@@ -217,8 +217,8 @@ void printJson(const std::vector<Row> &rows) {
               << ", \"display_name\": " << jsonString(b->getDisplayName())
               << ", \"file_version\": " << jsonString(b->getVersion())
               << ", \"vendor_name\": " << jsonString(b->getVendor())
-              << ", \"FILE_NAME\": " << jsonString(b->getBoardFile())
-              << ", \"REPOSITORY\": " << jsonString(b->getRepository())
+              << ", \"file_name\": " << jsonString(b->getBoardFile())
+              << ", \"repository\": " << jsonString(b->getRepository())
               << ", \"schema_version\": " << jsonString(b->getBoardSchemaVersion())
               << ", \"migrated_from_schema\": "
               << (b->getMigratedFromSchema().empty() ? std::string("null")
