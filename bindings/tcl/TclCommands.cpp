@@ -430,25 +430,37 @@ int createIntegratedBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_
 struct PlainCommand {
   const char *name;
   Tcl_ObjCmdProc *proc;
+  const char *summary;
 };
 
 const PlainCommand kPlainCommands[] = {
-    {"get_property", &getPropertyCmd},
-    {"set_property", &setPropertyCmd},
-    {"list_property", &listPropertyCmd},
-    {"report_property", &reportPropertyCmd},
-    {"undo", &undoCmd},
-    {"redo", &redoCmd},
-    {"set_param", &setParamCmd},
-    {"get_param", &getParamCmd},
-    {"report_param", &reportParamCmd},
-    {"current_board", &currentBoardCmd},
-    {"refresh_boards", &refreshBoardsCmd},
-    {"get_compatible_connectors", &getCompatibleConnectorsCmd},
-    {"create_integrated_board", &createIntegratedBoardCmd},
+    {"get_property", &getPropertyCmd, "the value of a property of an object"},
+    {"set_property", &setPropertyCmd, "set a property of objects (undo takes it back)"},
+    {"list_property", &listPropertyCmd, "the names of an object's properties"},
+    {"report_property", &reportPropertyCmd, "print an object's properties with types and values"},
+    {"undo", &undoCmd, "take back the last set_property"},
+    {"redo", &redoCmd, "do again what undo took back"},
+    {"set_param", &setParamCmd, "set a parameter"},
+    {"get_param", &getParamCmd, "the value of a parameter"},
+    {"report_param", &reportParamCmd, "print parameters with their values and descriptions"},
+    {"current_board", &currentBoardCmd, "the current board, or make a board current"},
+    {"refresh_boards", &refreshBoardsCmd, "load the catalog again"},
+    {"get_compatible_connectors", &getCompatibleConnectorsCmd,
+     "the daughter connectors that fit a connector"},
+    {"create_integrated_board", &createIntegratedBoardCmd,
+     "compose a base board and daughter boards into one"},
 };
 
 } // namespace
+
+std::vector<std::pair<std::string, std::string>> TclCommands::summaries() {
+  std::vector<std::pair<std::string, std::string>> out;
+  for (const HBOScriptCommands::QueryCommand &query : HBOScriptCommands::queryCommands())
+    out.emplace_back(query.name, query.help);
+  for (const PlainCommand &command : kPlainCommands)
+    out.emplace_back(command.name, command.summary);
+  return out;
+}
 
 void TclCommands::createAll(Tcl_Interp *interp, HBOScriptCommands &commands) {
   for (const HBOScriptCommands::QueryCommand &query : HBOScriptCommands::queryCommands())
