@@ -432,10 +432,13 @@ PyMethodDef g_functions[] = {
     {"undo", undo, METH_NOARGS,
      "undo(): takes back the last property change; returns what it was."},
     {"redo", redo, METH_NOARGS, "redo(): makes the last undone change again; returns what it was."},
-    {"set_param", keywords(setParam), METH_VARARGS | METH_KEYWORDS, "set_param(name, value)"},
-    {"get_param", keywords(getParam), METH_VARARGS | METH_KEYWORDS, "get_param(name) -> str"},
+    {"set_param", keywords(setParam), METH_VARARGS | METH_KEYWORDS,
+     "set_param(name, value): sets a parameter; a bool or an int is taken as its text."},
+    {"get_param", keywords(getParam), METH_VARARGS | METH_KEYWORDS,
+     "get_param(name): the value of a parameter, as text."},
     {"report_param", keywords(reportParam), METH_VARARGS | METH_KEYWORDS,
-     "report_param(pattern=None) -> str"},
+     "report_param(pattern=None): a table of the parameters whose names match the glob pattern "
+     "(all without one), with value, type and default."},
     {"current_board", keywords(currentBoard), METH_VARARGS | METH_KEYWORDS,
      "current_board(name=None): the current board (None when none); with a name or board, sets "
      "it."},

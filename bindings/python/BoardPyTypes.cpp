@@ -336,7 +336,14 @@ template <typename T> struct PyTypes {
     std::string qualified = std::string("boardlib.") + cls.structName;
     static std::string s_name; // PyType_Spec keeps the pointer
     s_name = qualified;
-    PyType_Slot slots[] = {{Py_tp_new, reinterpret_cast<void *>(tpNew)},
+    // Python copies the text of the doc slot.
+    const std::string doc =
+        std::string("A ") + cls.structName +
+        " object of the board model, as the board commands return it: its properties through "
+        "get_property and list_property. It goes stale (is_valid False) when the board it "
+        "belongs to is dropped.";
+    PyType_Slot slots[] = {{Py_tp_doc, const_cast<char *>(doc.c_str())},
+                           {Py_tp_new, reinterpret_cast<void *>(tpNew)},
                            {Py_tp_init, reinterpret_cast<void *>(tpInit)},
                            {Py_tp_dealloc, reinterpret_cast<void *>(tpDealloc)},
                            {Py_tp_repr, reinterpret_cast<void *>(repr)},

@@ -48,6 +48,7 @@ echo 'package require boardlib; puts [get_boards *install_marker*]' |
 
 python_dir=$(find "$prefix/lib" -name 'boardlib*.so' -path '*-packages/*' -printf '%h\n' | head -1)
 [ -n "$python_dir" ] || fail "no Python module installed"
+[ -f "$python_dir/boardlib.pyi" ] || fail "no type stubs beside the Python module"
 PYTHONPATH=$python_dir python3 -c "
 import boardlib
 assert boardlib.__file__.startswith('$prefix/'), boardlib.__file__

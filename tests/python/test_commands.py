@@ -2,6 +2,8 @@
 Python and the commands, the Python types of property values, and the
 errors. What the commands select and what the properties hold is checked
 once, in the C++ tests."""
+import ast
+import os
 import unittest
 
 import boardlib
@@ -20,6 +22,29 @@ def names(objects):
 
 def jumper(board_name, name):
     return boardlib.get_board_jumpers(of_objects=board(board_name), pattern=name)[0]
+
+
+class StubTest(unittest.TestCase):
+    """The type stubs beside the module describe exactly what it offers, and
+    every function says what it does."""
+
+    def test_stubs_name_what_the_module_has(self):
+        stub = os.path.join(os.path.dirname(boardlib.__file__), "boardlib.pyi")
+        with open(stub) as f:
+            tree = ast.parse(f.read())
+        stubbed = set()
+        for node in tree.body:
+            if isinstance(node, (ast.FunctionDef, ast.ClassDef)):
+                stubbed.add(node.name)
+            elif isinstance(node, ast.AnnAssign):
+                stubbed.add(node.target.id)
+        public = {n for n in dir(boardlib) if not n.startswith("_")} | {"__version__"}
+        self.assertEqual(set(), public - stubbed, "in the module, not in the stubs")
+        private = {n for n in stubbed if n.startswith("_") and n != "__version__"}
+        self.assertEqual(set(), stubbed - public - private, "in the stubs, not in the module")
+        for name in public - {"__version__"}:
+            doc = getattr(boardlib, name).__doc__ or ""
+            self.assertGreater(len(doc.split(":", 1)[-1].strip()), 10, name)
 
 
 class QueryTest(unittest.TestCase):
