@@ -97,6 +97,13 @@ HPAParamMgr::HPAParamMgr() {
             std::to_string(cores ? cores : 1));
   register_(HPAParam::Bool, "project.enableBITabFlow",
             "Show integrated boards in the board selection of a project.", "false");
+  // The platform reads the data files, so it bounds them. The largest real
+  // board file is a few MB; the limit only stops files made to exhaust
+  // memory (a packed bomb, a link to /dev/zero).
+  register_(HPAParam::Int, "board.maxFileSize",
+            "Largest size in bytes of one board, pin, preset or other data file, on disk and "
+            "again after unpacking; a larger file is refused.",
+            std::to_string(256LL << 20));
 }
 
 HPAParam *HPAParamMgr::find_(const std::string &name) const {

@@ -42,6 +42,33 @@ std::string HUTFile::fileName(const std::string &path) {
   return fs::path(path).filename().string();
 }
 
+bool HUTFile::staysInside(const std::string &name) {
+  if (!name.empty() && name[0] == '/')
+    return false;
+  long depth = 0;
+  std::size_t start = 0;
+  while (start <= name.size()) {
+    std::size_t end = name.find('/', start);
+    if (end == std::string::npos)
+      end = name.size();
+    const std::string part = name.substr(start, end - start);
+    if (part == "..") {
+      if (--depth < 0)
+        return false;
+    } else if (!part.empty() && part != ".") {
+      ++depth;
+    }
+    start = end + 1;
+  }
+  return true;
+}
+
+bool HUTFile::isWithin(const std::string &path, const std::string &root) {
+  if (root.empty() || path.compare(0, root.size(), root) != 0)
+    return false;
+  return path.size() == root.size() || root.back() == '/' || path[root.size()] == '/';
+}
+
 std::string HUTFile::join(const std::string &dir, const std::string &name) {
   if (dir.empty())
     return name;

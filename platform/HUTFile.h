@@ -25,6 +25,13 @@ bool isDirectory(const std::string &path);
 std::string parentPath(const std::string &path);
 /// The last element of the path.
 std::string fileName(const std::string &path);
+/// Whether \p name, taken relative to some folder, names something inside
+/// that folder: not absolute, and no ".." that climbs above where it
+/// starts. Only the text is looked at; links are not followed.
+bool staysInside(const std::string &name);
+/// Whether the absolute path \p path is \p root or lies below it, both
+/// written alike (canonical, say): "/a/bc" is not below "/a/b".
+bool isWithin(const std::string &path, const std::string &root);
 /// \p dir, "/", \p name; \p name alone when \p dir is empty.
 std::string join(const std::string &dir, const std::string &name);
 } // namespace HUTFile

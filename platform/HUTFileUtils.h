@@ -3,17 +3,37 @@
 #ifndef BOARDLIB_PLATFORM_HUTFILEUTILS_H
 #define BOARDLIB_PLATFORM_HUTFILEUTILS_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace HUTFileUtils {
-/// Reads the whole file, bytes as they are, into \p out. On failure returns
-/// false, leaves \p out empty and, when \p error is given, says why.
+/// The name of the parameter that bounds the size of one data file.
+extern const char *const kMaxFileSizeParam;
+/// The largest data file, in bytes, that is read: on disk, and once more
+/// after unpacking. Anything larger is a file made to exhaust memory, not a
+/// board.
+std::size_t maxFileSize();
+/// "it is larger than the limit of N bytes (parameter ...)", the reason
+/// given for a file over \p limit.
+std::string tooLargeText(std::size_t limit);
+
+/// Opens \p path for reading when it is a regular file (links followed) of
+/// at most maxFileSize() bytes, and gives the descriptor and its size. A
+/// pipe, a device or a socket is refused without ever waiting on it. On
+/// failure returns -1 and, when \p error is given, says why in words that
+/// can follow "cannot read FILE: ".
+int openRegularFile(const std::string &path, std::size_t &size, std::string *error);
+/// Reads the whole file, bytes as they are, into \p out, under the rules of
+/// openRegularFile. On failure returns false, leaves \p out empty and, when
+/// \p error is given, says why.
 bool readFile(const std::string &path, std::string &out, std::string *error);
 /// Every regular file named exactly \p fileName below \p dir, at any depth,
-/// sorted. Subdirectories that cannot be read are skipped; symbolic links to
-/// directories are not followed, so a link loop cannot trap the walk.
-std::vector<std::string> findFiles(const std::string &dir, const std::string &fileName);
+/// sorted. Subdirectories that cannot be read are skipped, and put into
+/// \p unreadable when it is given; symbolic links to directories are not
+/// followed, so a link loop cannot trap the walk.
+std::vector<std::string> findFiles(const std::string &dir, const std::string &fileName,
+                                   std::vector<std::string> *unreadable = nullptr);
 /// The absolute path with links, "." and ".." resolved; the path as given
 /// when it cannot be resolved (for instance when it does not exist).
 std::string canonical(const std::string &path);

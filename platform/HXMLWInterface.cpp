@@ -1,5 +1,6 @@
 #include "HXMLWInterface.h"
 #include "ComMsgMgr.h"
+#include "HUTFileUtils.h"
 
 #include <pugixml.hpp>
 
@@ -7,14 +8,12 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <mutex>
+#include <new>
 #include <sstream>
 #include <vector>
 
-#include <fcntl.h>
 #include <malloc.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -210,40 +209,48 @@ void releaseBuffer(Buffer &buf) {
   buf.capacity = 0;
 }
 
-// Reads the whole of \p path into \p buf. Only a directory is refused; a
-// device or a pipe is read to its end. Sets errno on failure.
-bool readWholeFile(const std::string &path, Buffer &buf, std::size_t &size) {
+// Reads the whole of \p path into \p buf, under the rules of
+// HUTFileUtils::openRegularFile: only a regular file, and no more than the
+// limit even if the file grows while it is read. On failure says why.
+bool readWholeFile(const std::string &path, Buffer &buf, std::size_t &size, std::string &error) {
   size = 0;
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  std::size_t fileSize = 0;
+  const int fd = HUTFileUtils::openRegularFile(path, fileSize, &error);
   if (fd < 0)
     return false;
-  struct stat st;
-  if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
-    const int error = S_ISDIR(st.st_mode) ? EISDIR : errno;
+  const std::size_t limit = HUTFileUtils::maxFileSize();
+  try {
+    // One byte more than the file, so that the read that finds its end
+    // needs no room of its own.
+    reserveBuffer(buf, fileSize + 1);
+    for (;;) {
+      if (size == buf.capacity) {
+        if (size > limit)
+          break;
+        reserveBuffer(buf, std::min(limit + 1, buf.capacity * 2), size);
+      }
+      const ssize_t got = ::read(fd, buf.data.get() + size, buf.capacity - size);
+      if (got < 0 && errno == EINTR)
+        continue;
+      if (got < 0) {
+        error = std::strerror(errno);
+        ::close(fd);
+        return false;
+      }
+      if (got == 0)
+        break;
+      size += static_cast<std::size_t>(got);
+    }
+  } catch (const std::bad_alloc &) {
+    error = "out of memory";
     ::close(fd);
-    errno = error;
     return false;
   }
-  // One byte more than the file, so that the read that finds its end needs
-  // no room of its own.
-  reserveBuffer(buf, S_ISREG(st.st_mode) ? static_cast<std::size_t>(st.st_size) + 1 : 64 * 1024);
-  for (;;) {
-    if (size == buf.capacity)
-      reserveBuffer(buf, buf.capacity * 2, size);
-    const ssize_t got = ::read(fd, buf.data.get() + size, buf.capacity - size);
-    if (got < 0 && errno == EINTR)
-      continue;
-    if (got < 0) {
-      const int error = errno;
-      ::close(fd);
-      errno = error;
-      return false;
-    }
-    if (got == 0)
-      break;
-    size += static_cast<std::size_t>(got);
-  }
   ::close(fd);
+  if (size > limit) {
+    error = HUTFileUtils::tooLargeText(limit);
+    return false;
+  }
   return true;
 }
 
@@ -274,6 +281,7 @@ void HXMLWInterface::clear_() {
   m_hasRoot = false;
   m_root = HXMLWElement();
   m_error.clear();
+  m_readFailed = false;
   m_source.clear();
   m_haveSource = false;
 }
@@ -281,8 +289,10 @@ void HXMLWInterface::clear_() {
 bool HXMLWInterface::readFromFile(const std::string &path, bool report) {
   clear_();
   m_fileName = path;
-  if (!readWholeFile(path, m_impl->buffer, m_impl->size)) {
-    m_error = std::string("cannot open file: ") + std::strerror(errno);
+  std::string why;
+  if (!readWholeFile(path, m_impl->buffer, m_impl->size, why)) {
+    m_error = why;
+    m_readFailed = true;
     m_impl->clear();
     if (report)
       ComMsgMgr::sendMsg("xml", ComMsg::Error, "@50-2@%s%s", path, m_error);
@@ -306,10 +316,11 @@ bool HXMLWInterface::readFromBuffer(const std::string &buffer, const std::string
 const std::string &HXMLWInterface::source_() const {
   std::lock_guard<std::mutex> lock(m_impl->sourceMutex);
   if (!m_haveSource) {
-    std::ifstream in(m_fileName, std::ios::binary);
-    std::ostringstream content;
-    content << in.rdbuf();
-    m_source = content.str();
+    // Read again, under the same rules as the first time: a file that has
+    // become a pipe meanwhile gives no lines rather than a hang.
+    std::string text;
+    HUTFileUtils::readFile(m_fileName, text, nullptr);
+    m_source.swap(text);
     m_haveSource = true;
   }
   return m_source;

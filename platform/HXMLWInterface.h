@@ -34,9 +34,12 @@ public:
   HXMLWElement *getRootElement();
   /// The file or name given to the last read.
   const std::string &getFileName() const { return m_fileName; }
-  /// The last read's failure as "line L, column C: description"; empty after
-  /// a successful read.
+  /// The last read's failure as "line L, column C: description", or, when
+  /// the file could not be read, the reason; empty after a successful read.
   const std::string &getErrorText() const { return m_error; }
+  /// Whether the last read failed before the parse: the file could not be
+  /// read at all (missing, no regular file, too large). getErrorText says why.
+  bool isReadFailure() const { return m_readFailed; }
   /// Line (1-based) of a byte offset of the source text.
   int lineOfOffset(std::ptrdiff_t offset) const;
 
@@ -54,6 +57,7 @@ private:
   mutable std::string m_source;
   mutable bool m_haveSource = false;
   std::string m_error;
+  bool m_readFailed = false;
   HXMLWElement m_root;
   bool m_hasRoot = false;
 };

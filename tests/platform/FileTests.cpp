@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using Status = HUTFile::Status;
@@ -111,6 +112,18 @@ TEST(HUTFileUtils, ReadFileAndCanonical) {
   EXPECT_EQ(HUTFileUtils::canonical(dir.file("sub/../sub/./data.bin")), real + "/sub/data.bin");
   EXPECT_EQ(HUTFileUtils::canonical(dir.file("nope/../x")), dir.file("nope/../x"));
   EXPECT_EQ(HUTFileUtils::canonical(""), "");
+}
+
+TEST(HUTFile, NamesThatStayInsideTheirFolder) {
+  for (const char *inside : {"a.xml", "./a.xml", "sub/a.xml", "sub/../a.xml", "a/b/../../c", ""})
+    EXPECT_TRUE(HUTFile::staysInside(inside)) << inside;
+  for (const char *outside : {"../a.xml", "/etc/passwd", "sub/../../a.xml", "./..", "a/./../.."})
+    EXPECT_FALSE(HUTFile::staysInside(outside)) << outside;
+  EXPECT_TRUE(HUTFile::isWithin("/repo/a/b", "/repo"));
+  EXPECT_TRUE(HUTFile::isWithin("/repo", "/repo"));
+  EXPECT_TRUE(HUTFile::isWithin("/anything", "/"));
+  EXPECT_FALSE(HUTFile::isWithin("/repository", "/repo"));
+  EXPECT_FALSE(HUTFile::isWithin("/", "/repo"));
 }
 
 // --- HSTStringUtils --------------------------------------------------------

@@ -22,8 +22,10 @@ int run(const Arguments &args) {
   for (const HPAParam *p : HPAParamMgr::getParamMgr().listParams()) {
     if (p->isHidden() && !all)
       continue;
-    std::cout << std::left << std::setw(36) << p->getName() << std::setw(8) << p->getKindName()
-              << std::setw(8) << p->getValueAsString() << p->getDescription()
+    std::cout << std::left << std::setw(36) << p->getName() << std::setw(8)
+              << p->getKindName()
+              // A blank after the value even when it is wider than its column.
+              << std::setw(7) << p->getValueAsString() << ' ' << p->getDescription()
               << (p->isHidden() ? " (hidden)" : "") << "\n";
   }
   return Success;
