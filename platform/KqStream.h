@@ -13,14 +13,17 @@ namespace iostreams {
 
 namespace kq {
 /// True when the file starts with the gzip magic bytes 0x1f 0x8b. A file
-/// that cannot be read, or is shorter than two bytes, is no packed file.
+/// that cannot be read, that is no regular file (it is never waited on), or
+/// is shorter than two bytes, is no packed file.
 bool is_kq_format(const std::string &path);
 } // namespace kq
 
 /// An input stream over the decoded content of a packed file. A file that
-/// cannot be opened leaves the stream failed at once. A damaged or truncated
-/// body ends the stream with badbit set; reading never throws unless the
-/// caller asked for exceptions().
+/// cannot be opened, is no regular file or is larger than
+/// HUTFileUtils::maxFileSize() leaves the stream failed at once. A damaged
+/// or truncated body, or one that unpacks to more than that limit, ends the
+/// stream with badbit set as soon as it is found; reading never throws
+/// unless the caller asked for exceptions().
 class filtering_stream : public std::istream {
 public:
   explicit filtering_stream(const std::string &path);
@@ -30,8 +33,10 @@ public:
 
   /// Whether the file could be opened.
   bool isOpen() const;
-  /// The decoder's complaint once the body turned out damaged; empty while
-  /// all is well.
+  /// Why the file could not be opened, or why its body could not be
+  /// decoded ("the packed stream is truncated", "bad CRC: ...", "it is not
+  /// gzip data", a size over the limit, "out of memory"); empty while all
+  /// is well.
   const std::string &getError() const;
 
 private:

@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 using isl::iostreams::filtering_stream;
 using isl::iostreams::kq::is_kq_format;
@@ -124,32 +125,47 @@ TEST(KqStream, DamagedFilesEndTheStreamWithoutCrashing) {
   std::string badCrc = packed;
   badCrc[badCrc.size() - 6] = static_cast<char>(~badCrc[badCrc.size() - 6]);
 
-  const std::pair<const char *, std::string> cases[] = {
-      {"truncated", packed.substr(0, packed.size() / 2)},
-      {"no-footer", packed.substr(0, packed.size() - 4)},
-      {"header-only", packed.substr(0, 10)},
-      {"magic-only", packed.substr(0, 2)},
-      {"flipped", flipped},
-      {"bad-crc", badCrc},
-      {"not-gzip", "<board/>\n"},
+  // The name of each case, its bytes, and the reason it must be given (any,
+  // for flipped bytes: they may still decode, and then the CRC tells).
+  const std::tuple<const char *, std::string, const char *> cases[] = {
+      {"truncated", packed.substr(0, packed.size() / 2), "the packed stream is truncated"},
+      {"no-footer", packed.substr(0, packed.size() - 4), "the packed stream is truncated"},
+      {"header-only", packed.substr(0, 10), "the packed stream is truncated"},
+      {"magic-only", packed.substr(0, 2), "the packed stream is truncated"},
+      {"flipped", flipped, ""},
+      {"bad-crc", badCrc, "bad CRC: the unpacked data is damaged"},
+      {"not-gzip", "<board/>\n", "it is not gzip data"},
+      {"trailing-text", packed + "tail", "data after the packed stream is not gzip"},
   };
   std::vector<std::string> all;
   {
     std::istringstream whole(text);
     all = lines(whole);
   }
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.first);
-    dir.write(c.first, c.second);
-    filtering_stream in(dir.file(c.first));
+  for (const auto &[name, bytes, reason] : cases) {
+    SCOPED_TRACE(name);
+    dir.write(name, bytes);
+    filtering_stream in(dir.file(name));
     ASSERT_TRUE(in.isOpen());
     std::vector<std::string> got = lines(in);
     EXPECT_TRUE(in.bad());
     EXPECT_FALSE(in.getError().empty());
+    EXPECT_EQ(in.getError().rfind(reason, 0), 0u) << in.getError();
     // Whatever came out before the damage is the real beginning.
     ASSERT_LE(got.size(), all.size());
-    if (!got.empty() && std::string(c.first) != "flipped") {
+    if (!got.empty() && std::string(name) != "flipped") {
       EXPECT_EQ(got.front(), all.front());
     }
   }
+}
+
+// Two members one after the other are one file, as a file packed in pieces.
+TEST(KqStream, MembersFollowingEachOtherAreOneText) {
+  test::ScratchDir dir;
+  writeGzip(dir.file("a.gz"), "<board>\n");
+  writeGzip(dir.file("b.gz"), "</board>\n");
+  dir.write("both.gz", readAll(dir.file("a.gz")) + readAll(dir.file("b.gz")));
+  filtering_stream in(dir.file("both.gz"));
+  EXPECT_EQ(lines(in), (std::vector<std::string>{"<board>", "</board>"}));
+  EXPECT_FALSE(in.bad());
 }
