@@ -139,6 +139,7 @@ const Entry kEntries[] = {
                          "is skipped. Pin indexes must be unique."},
     {"@49-171@%s%s", "Connector '%s' of base board '%s' is given more than once; a connector "
                      "takes one daughter board."},
+    {"@49-180@%s%s", "Cannot read packed file '%s': %s."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},
     {"@50-2@%s%s", "Cannot read XML file '%s': %s."},
 };

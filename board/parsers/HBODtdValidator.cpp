@@ -8,8 +8,8 @@
 #include "HEXError.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
+#include "HUTFileUtils.h"
 
-#include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax/Locator.hpp>
@@ -26,11 +26,11 @@
 #include <boost/filesystem.hpp>
 
 #include <cctype>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -225,16 +225,19 @@ private:
       return nullptr;
     }
     if (!m_ourDtd.empty() && id == m_ourDtd)
-      return open_(m_ourDtd);
+      return open_(m_ourDtd, line);
     std::string path = allowedDtd_(id, line);
-    return path.empty() ? nullptr : open_(path);
+    return path.empty() ? nullptr : open_(path, line);
   }
 
-  static xercesc::InputSource *open_(const std::string &path) {
-    XMLCh *xmlPath = xercesc::XMLString::transcode(path.c_str());
-    xercesc::InputSource *source = new xercesc::LocalFileInputSource(xmlPath);
-    xercesc::XMLString::release(&xmlPath);
-    return source;
+  // The DTD as the platform reads data files: a pipe or a device named as
+  // the schema directory's DTD is refused, not waited on.
+  xercesc::InputSource *open_(const std::string &path, unsigned long line) {
+    std::string error;
+    if (xercesc::InputSource *source = HBOXercesSupport::openFile(path, &error))
+      return source;
+    m_findings.addFinding(line, "the DTD '" + path + "' cannot be read: " + error);
+    return nullptr;
   }
 
   void refuseEntity_(const std::string &id, unsigned long line) {
@@ -445,8 +448,14 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
 bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
                                        std::string &buffer, std::string &ourDoctype,
                                        bool &hasDoctype, bool &hasRoot) {
-  // A file that cannot be opened reads as empty, and so has no root line.
-  std::ifstream in(fileName, std::ios::in | std::ios::binary);
+  // A file that cannot be read at all (no regular file, too large) is told
+  // here; the read of the file would only tell it again.
+  std::string text, error;
+  if (!HUTFileUtils::readFile(fileName, text, &error) && HUTFile::exists(fileName)) {
+    ComMsgMgr::sendMsg("xml", ComMsg::Error, "@50-2@%s%s", fileName, error);
+    return false;
+  }
+  std::istringstream in(std::move(text));
   std::string line;
   std::size_t doctypeAt = 0;
   while (std::getline(in, line)) {

@@ -8,9 +8,12 @@
 #include <string>
 
 namespace HBOXMLFile {
-/// Reads \p path, decoding a packed file. A packed file that cannot be
-/// opened raises "@49-110@%s"; a document without a root raises "@49-111@%s"
-/// (both HEXError, with the path). Never returns null.
+/// Reads \p path, decoding a packed file. A file that cannot be read
+/// (missing, no regular file, over the size limit, a packed body that is
+/// cut short or damaged) raises "@49-110@%s" once a message has told why
+/// ("@50-2@" for a plain file, "@49-180@%s%s" for a packed one); a document
+/// without a root raises "@49-111@%s" (both HEXError, with the path). Never
+/// returns null.
 std::unique_ptr<HXMLWInterface> open(const std::string &path);
 
 /// While alive, the next open of \p path on this thread takes \p doc instead

@@ -7,7 +7,9 @@
 
 #include "HBOSAX2Handler.h"
 #include "HEXError.h"
+#include "HUTFileUtils.h"
 
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
@@ -19,6 +21,7 @@
 #include <cstddef>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -72,6 +75,31 @@ public:
   ~LeakScope() { __lsan_enable(); }
 #endif
 };
+
+// The bytes handed to the parser, held by the source itself: a member base
+// so that they exist before the buffer source is built over them.
+struct OwnedBytes {
+  std::string bytes;
+};
+
+class FileBytesSource : private OwnedBytes, public xercesc::MemBufInputSource {
+public:
+  FileBytesSource(std::string content, const std::string &systemId)
+      : OwnedBytes{std::move(content)}, xercesc::MemBufInputSource(
+                                            reinterpret_cast<const XMLByte *>(bytes.data()),
+                                            bytes.size(), systemId.c_str(), false) {}
+};
+
+/// A source over the whole of \p path, read as the platform reads data
+/// files (a regular file only, never waited on, within the size limit), and
+/// known to the parser by that path. Null, with the reason in \p error,
+/// when the file cannot be read. The caller owns the source.
+inline xercesc::InputSource *openFile(const std::string &path, std::string *error = nullptr) {
+  std::string content;
+  if (!HUTFileUtils::readFile(path, content, error))
+    return nullptr;
+  return new FileBytesSource(std::move(content), path);
+}
 
 /// For a catch handler around a validating parse of \p fileName: raises
 /// the reader's error for what the parse threw, "@49-115@" with the text of
