@@ -35,13 +35,13 @@ const Entry kEntries[] = {
      "An error occurred while loading board data, and the load goes on without it: %s"},
     {"@49-46@%s%s", "The board script '%s' failed: %s"},
     {"@49-54@%s", "Board file '%s' does not exist, so the board cannot be read."},
-    {"@49-55@%s", "Pin file '%s' does not exist. Check the pin file named in board.xml; a name "
-                  "without a directory is looked for beside board.xml."},
+    {"@49-55@%s", "Pin file '%s' does not exist. Check the pin file named in board.xml; its name "
+                  "is taken in the folder of board.xml."},
     {"@49-56@%s%s", "Failed to read board file '%s'%s. The board is skipped."},
     {"@49-57@%s%s", "Failed to read pin file '%s'%s. See the messages above for the reasons."},
     {"@49-59@%s", "Board file '%s' could not be read. The board is skipped."},
-    {"@49-62@%s", "Preset file '%s' does not exist. Check the preset file named in board.xml; a "
-                  "name without a directory is looked for beside board.xml."},
+    {"@49-62@%s", "Preset file '%s' does not exist. Check the preset file named in board.xml; "
+                  "its name is taken in the folder of board.xml."},
     {"@49-63@%s%s", "Failed to read preset file '%s'%s. See the messages above for the reasons."},
     {"@49-69@%s%s", "Board file '%s': %s"},
     {"@49-70@", "The board was found through its legacy name. Its legacy name is deprecated: "
@@ -140,6 +140,8 @@ const Entry kEntries[] = {
     {"@49-171@%s%s", "Connector '%s' of base board '%s' is given more than once; a connector "
                      "takes one daughter board."},
     {"@49-180@%s%s", "Cannot read packed file '%s': %s."},
+    {"@49-181@%s%s%s", "The %s '%s' of board file '%s' leads out of the board's folder, so the "
+                       "file is not read. Name a file inside the folder of board.xml."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},
     {"@50-2@%s%s", "Cannot read XML file '%s': %s."},
 };

@@ -45,10 +45,15 @@ bool HBOParseContext::iterateMessages(bool send) const {
 }
 
 std::string HBOParseContext::resolveBesideBoard_(const std::string &fileName) const {
-  std::string parent = HUTFile::parentPath(fileName);
-  if (!parent.empty() && parent != ".")
-    return fileName;
   return HUTFile::parentPath(board->getBoardFile()) + HBOBoardUtils::getDirSeparator() + fileName;
+}
+
+bool HBOParseContext::isInsideBoardDir_(const char *attribute, const std::string &fileName) const {
+  if (HUTFile::staysInside(fileName))
+    return true;
+  ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-181@%s%s%s", std::string(attribute), fileName,
+                     board ? board->getBoardFile() : std::string());
+  return false;
 }
 
 bool HBOParseContext::isNonNegativeInteger(const std::string &value) {

@@ -52,9 +52,14 @@ public:
   /// message is sent, in queue order.
   bool iterateMessages(bool send) const;
 
-  /// A file named by board.xml: a bare name (or "./name") lies beside
-  /// board.xml whatever the working directory; any other is used as given.
+  /// A file named by board.xml, taken relative to the folder of board.xml
+  /// whatever the working directory.
   std::string resolveBesideBoard_(const std::string &fileName) const;
+  /// Whether the file that \p attribute of board.xml names lies inside the
+  /// board's folder; if not, says so ("@49-181@", a warning) and the file
+  /// must not be read: a board must not make the load read files of the
+  /// system.
+  bool isInsideBoardDir_(const char *attribute, const std::string &fileName) const;
 
   // The number conversions of every section: strict checks hold numbers to
   // their form, older schemas keep their old leniency.

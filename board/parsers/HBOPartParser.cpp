@@ -18,7 +18,6 @@
 #include "HUTEnv.h"
 #include "HUTFile.h"
 
-#include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
@@ -99,11 +98,11 @@ private:
             dir + sep + "boards" + sep + "board_schemas" + sep + kSchemaFolder + sep + dtdName;
         if (!HUTFile::exists(path))
           continue;
-        XMLCh *xmlPath = xercesc::XMLString::transcode(path.c_str());
-        xercesc::LocalFileInputSource source(xmlPath);
-        xercesc::XMLString::release(&xmlPath);
+        std::unique_ptr<xercesc::InputSource> source(HBOXercesSupport::openFile(path));
+        if (!source)
+          continue;
         [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
-        if (loader->loadGrammar(source, xercesc::Grammar::DTDGrammarType, true))
+        if (loader->loadGrammar(*source, xercesc::Grammar::DTDGrammarType, true))
           entry.paths.push_back(path);
       } catch (const std::string &text) {
         ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-44@%s", text);
@@ -129,12 +128,9 @@ public:
         request->getResourceIdentifierType() == xercesc::XMLResourceIdentifier::ExternalEntity &&
         !m_dtds.empty() &&
         HUTFile::fileName(HBOSAX2Handler::transcode(request->getSystemId())) == m_dtdName;
-    if (dtd) {
-      XMLCh *xmlPath = xercesc::XMLString::transcode(m_dtds.front().c_str());
-      xercesc::InputSource *source = new xercesc::LocalFileInputSource(xmlPath);
-      xercesc::XMLString::release(&xmlPath);
-      return source;
-    }
+    if (dtd)
+      if (xercesc::InputSource *source = HBOXercesSupport::openFile(m_dtds.front()))
+        return source;
     static const XMLByte nothing[] = {0};
     return new xercesc::MemBufInputSource(nothing, 0, "empty", false);
   }
@@ -177,11 +173,13 @@ void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) 
     HBOXercesSupport::secure(*reader, security, handler);
     if (auto *impl = dynamic_cast<xercesc::SAX2XMLReaderImpl *>(reader.get()))
       impl->setXMLEntityResolver(&resolver);
-    XMLCh *xmlPath = xercesc::XMLString::transcode(fileName.c_str());
-    xercesc::LocalFileInputSource source(xmlPath);
-    xercesc::XMLString::release(&xmlPath);
+    // A file that cannot be read is left to the read that follows, which
+    // tells why.
+    std::unique_ptr<xercesc::InputSource> source(HBOXercesSupport::openFile(fileName));
+    if (!source)
+      return;
     [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
-    reader->parse(source);
+    reader->parse(*source);
   } catch (...) {
     HBOXercesSupport::raiseParseFailure(fileName);
   }
@@ -457,11 +455,16 @@ bool HBOPartParser::parsePresetFile(const std::string &fileName,
                                     std::map<std::string, HBOIpPreset *> &presets) {
   if (!m_board)
     return false;
-  std::string path = fileName;
-  std::string parent = HUTFile::parentPath(fileName);
-  if (parent.empty() || parent == ".")
-    path =
-        HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() + fileName;
+  // Taken in the board's folder, as a schema 2 board takes its files, and
+  // refused when it leads out of it: the load must not read the system's
+  // files for a board.
+  if (!HUTFile::staysInside(fileName)) {
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-181@%s%s%s", std::string("preset_file"),
+                       fileName, m_board->getBoardFile());
+    return false;
+  }
+  std::string path =
+      HUTFile::parentPath(m_board->getBoardFile()) + HBOBoardUtils::getDirSeparator() + fileName;
   if (!HUTFile::exists(path)) {
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-62@%s", path);
     return false;

@@ -92,6 +92,8 @@ bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardCompone
                                     std::vector<HBODesignConstr> &constrs) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                            "HBOBoardParser parsing pin file'%s'\n", fileName.c_str());
+  if (!m_ctx.isInsideBoardDir_("pin_map_file", fileName))
+    return false;
   std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-55@%s", path);

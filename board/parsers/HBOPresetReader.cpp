@@ -147,6 +147,8 @@ bool HBOPresetReader::parsePresetFile(const std::string &fileName,
                            "HBOBoardParser parsing preset file'%s'\n", fileName.c_str());
   if (!m_ctx.board)
     return false;
+  if (!m_ctx.isInsideBoardDir_("preset_file", fileName))
+    return false;
   std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     // Only told: a board without its presets is still a usable board.

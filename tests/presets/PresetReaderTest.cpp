@@ -15,7 +15,7 @@
 
 using test::dataPath;
 
-TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
+TEST(PresetFile, NamesAreTakenInTheBoardsFolderAndMayNotLeaveIt) {
   test::MessageRecorder msgs;
   HBOBoard board;
   board.setBoardFile(dataPath("presets_basic/board.xml"));
@@ -31,12 +31,15 @@ TEST(PresetFile, OnlyABareNameIsLookedForBesideTheBoardFile) {
   EXPECT_EQ(3u, board.getIpPresets().at("DDR3_SDRAM_PRESET").size());
   EXPECT_TRUE(msgs.records.empty());
 
-  // A name with a directory is taken as it stands, relative to the working
-  // directory: beside board.xml this one would exist.
+  // A name that leads out of the board's folder is refused, though this one
+  // comes back to the very file: a board must not have the system's files
+  // read.
   EXPECT_FALSE(parser.presetReader().parsePresetFile("../presets_basic/preset.xml", scratch));
   EXPECT_FALSE(parser.presetReader().parsePresetFile("absent.xml", scratch));
-  ASSERT_EQ((std::vector<std::string>{"49-62", "49-62"}), msgs.ids());
-  EXPECT_EQ("../presets_basic/preset.xml", msgs.records[0].args.at(0));
+  ASSERT_EQ((std::vector<std::string>{"49-181", "49-62"}), msgs.ids());
+  EXPECT_EQ((std::vector<std::string>{"preset_file", "../presets_basic/preset.xml",
+                                      dataPath("presets_basic/board.xml")}),
+            msgs.records[0].args);
   EXPECT_EQ(dataPath("presets_basic/absent.xml"), msgs.records[1].args.at(0));
 }
 

@@ -49,17 +49,15 @@ bool isLegacyFile(const std::string &path) {
   }
 }
 
-// The preset file that a legacy file names, beside it unless it names a
-// folder; empty when there is none. The preset files of its interfaces are
-// settings of their IP, in forms of the IP's own, and are not checked.
+// The preset file that a legacy file names, in its folder; empty when there
+// is none or when it leads out of the folder (the reader tells that). The
+// preset files of its interfaces are settings of their IP, in forms of the
+// IP's own, and are not checked.
 std::string legacyPresetFile(const std::string &path) {
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
   std::string file = doc->getRootElement()->getAttribute("preset_file");
-  if (file.empty())
-    return file;
-  std::string parent = HUTFile::parentPath(file);
-  if (!parent.empty() && parent != ".")
-    return file;
+  if (file.empty() || !HUTFile::staysInside(file))
+    return std::string();
   return HUTFile::parentPath(path) + HBOBoardUtils::getDirSeparator() + file;
 }
 
