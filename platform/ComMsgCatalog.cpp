@@ -142,6 +142,10 @@ const Entry kEntries[] = {
     {"@49-180@%s%s", "Cannot read packed file '%s': %s."},
     {"@49-181@%s%s%s", "The %s '%s' of board file '%s' leads out of the board's folder, so the "
                        "file is not read. Name a file inside the folder of board.xml."},
+    {"@49-182@%s%s", "Data directory '%s': folder '%s' cannot be read and is skipped; the "
+                     "boards elsewhere in the directory are still loaded."},
+    {"@49-183@%s%s%s", "Board repository '%s': the link '%s' leads out of the repository, to "
+                       "'%s', and is not followed."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},
     {"@50-2@%s%s", "Cannot read XML file '%s': %s."},
 };

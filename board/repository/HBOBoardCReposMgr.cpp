@@ -294,23 +294,15 @@ void HBOBoardCReposMgr::setLoadProgress(LoadProgress progress) {
 }
 
 void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
-  std::vector<std::string> files;
-  boost::system::error_code ec;
-  fs::recursive_directory_iterator it(dir, ec);
-  const fs::recursive_directory_iterator end;
-  while (!ec && it != end) {
-    boost::system::error_code statusError;
-    // The status follows links, so a link to a board.xml counts. Unlike the
-    // user scan, the name must be exactly "board.xml".
-    if (fs::is_regular_file(it->status(statusError)) && it->path().filename() == "board.xml")
-      files.push_back(it->path().string());
-    it.increment(ec);
-  }
-  if (ec)
-    warnLoadError(ec.message());
-  // Directory order differs between file systems; sorted, the same tree
-  // gives the same winner of a duplicate key everywhere.
-  std::sort(files.begin(), files.end());
+  // A folder that cannot be read costs its own boards only: the walk goes on
+  // past it, and says which one it was. Links to board.xml count; links to
+  // folders are not followed. Directory order differs between file systems;
+  // sorted, the same tree gives the same winner of a duplicate key
+  // everywhere.
+  std::vector<std::string> unreadable;
+  std::vector<std::string> files = HUTFileUtils::findFiles(dir, "board.xml", &unreadable);
+  for (const std::string &folder : unreadable)
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-182@%s%s", dir, folder);
   if (files.empty())
     return;
 
@@ -366,6 +358,7 @@ void HBOBoardCReposMgr::findBoardFiles(const std::string &dir, bool isStatic) {
   };
   std::vector<Frame> stack;
   std::set<std::string> onPath; // against directory links that loop
+  std::string root;             // where links may lead: the repository itself
 
   auto enter = [&](const std::string &path) {
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug5, "board.findBoards",
@@ -381,6 +374,14 @@ void HBOBoardCReposMgr::findBoardFiles(const std::string &dir, bool isStatic) {
     frame.canonical = HUTFileUtils::canonical(path);
     if (onPath.count(frame.canonical))
       return;
+    if (root.empty()) {
+      root = frame.canonical;
+    } else if (!HUTFile::isWithin(frame.canonical, root)) {
+      // A link to "/" would have the scan read the whole file system.
+      ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-183@%s%s%s", m_current_repository, path,
+                         frame.canonical);
+      return;
+    }
     boost::system::error_code ec;
     for (fs::directory_iterator it(path, ec), end; !ec && it != end; it.increment(ec))
       frame.entries.push_back(it->path().filename().string());

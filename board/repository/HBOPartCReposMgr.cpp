@@ -6,6 +6,7 @@
 #include "HBOBoardUtils.h"
 #include "HBOCommon.h"
 #include "HBOParser.h"
+#include "HUTFile.h"
 
 #include <boost/algorithm/string.hpp>
 #include <boost/filesystem.hpp>
@@ -271,6 +272,7 @@ void HBOPartCReposMgr::findBoardPartFiles(const std::string &dir) {
   // the canonical names seen keep a link loop from trapping the walk.
   std::vector<std::string> pending{dir};
   std::set<std::string> seen;
+  const std::string root = fs::canonical(dir, ec).string();
   while (!pending.empty()) {
     std::string current = pending.back();
     pending.pop_back();
@@ -279,6 +281,13 @@ void HBOPartCReposMgr::findBoardPartFiles(const std::string &dir) {
       std::string canonical = fs::canonical(current).string();
       if (!seen.insert(canonical).second)
         continue;
+      // Links are followed within the repository only: a link to "/" would
+      // have the scan read the whole file system.
+      if (!ec && !HUTFile::isWithin(canonical, root)) {
+        ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-183@%s%s%s", m_currentRepository, current,
+                           canonical);
+        continue;
+      }
       for (fs::directory_iterator it(current), end; it != end; ++it)
         entries.push_back(it->path());
     } catch (...) {
