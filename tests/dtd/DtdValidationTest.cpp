@@ -172,6 +172,10 @@ TEST(DtdBoards, EveryGoodTestBoardValidates) {
     std::string dirName = entry.path().parent_path().filename().string();
     if (nonCanonical.count(dirName) || dirName.rfind("dtd_", 0) == 0)
       continue;
+    // The hostile corpus has tests of its own; its packed boards are no
+    // text for the DTD.
+    if (file.find("/hostile/") != std::string::npos)
+      continue;
     {
       // Only boards that read cleanly are held to the DTD.
       MessageRecorder quiet;
