@@ -134,7 +134,8 @@ bool HUTFileUtils::readFile(const std::string &path, std::string &out, std::stri
 
 std::vector<std::string> HUTFileUtils::findFiles(const std::string &dir,
                                                  const std::string &fileName,
-                                                 std::vector<std::string> *unreadable) {
+                                                 std::vector<std::string> *unreadable,
+                                                 std::vector<std::string> *notRegular) {
   std::vector<std::string> found;
   if (dir.empty())
     return found;
@@ -170,6 +171,8 @@ std::vector<std::string> HUTFileUtils::findFiles(const std::string &dir,
       boost::system::error_code targetEc;
       if (fs::is_regular_file(fs::status(entry, targetEc)) && !targetEc)
         found.push_back(entry.string());
+      else if (notRegular)
+        notRegular->push_back(entry.string());
     }
     // A listing that broke off counts as unreadable too: what it did give
     // is kept.

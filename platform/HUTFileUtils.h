@@ -31,9 +31,12 @@ bool readFile(const std::string &path, std::string &out, std::string *error);
 /// Every regular file named exactly \p fileName below \p dir, at any depth,
 /// sorted. Subdirectories that cannot be read are skipped, and put into
 /// \p unreadable when it is given; symbolic links to directories are not
-/// followed, so a link loop cannot trap the walk.
+/// followed, so a link loop cannot trap the walk. Entries of the name that
+/// are no regular file (a pipe, a device, a dangling link) are left out, and
+/// put into \p notRegular when it is given.
 std::vector<std::string> findFiles(const std::string &dir, const std::string &fileName,
-                                   std::vector<std::string> *unreadable = nullptr);
+                                   std::vector<std::string> *unreadable = nullptr,
+                                   std::vector<std::string> *notRegular = nullptr);
 /// The absolute path with links, "." and ".." resolved; the path as given
 /// when it cannot be resolved (for instance when it does not exist).
 std::string canonical(const std::string &path);

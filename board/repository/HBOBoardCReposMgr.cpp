@@ -48,6 +48,14 @@ void warnLoadError(const std::string &text) {
   ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-44@%s", text);
 }
 
+/// A board.xml that is a pipe, a device or a dangling link is not read, and
+/// says why: the platform's read tells what it is without opening it.
+void warnNotRegular(const std::string &file) {
+  std::string content, why;
+  if (!HUTFileUtils::readFile(file, content, &why))
+    ComMsgMgr::sendMsg("xml", ComMsg::Error, "@50-2@%s%s", file, why);
+}
+
 /// vendor:library:name, in the board's own case: the key of a family of
 /// versions.
 std::string familyKey(const HBOBoard *board) {
@@ -299,10 +307,13 @@ void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
   // folders are not followed. Directory order differs between file systems;
   // sorted, the same tree gives the same winner of a duplicate key
   // everywhere.
-  std::vector<std::string> unreadable;
-  std::vector<std::string> files = HUTFileUtils::findFiles(dir, "board.xml", &unreadable);
+  std::vector<std::string> unreadable, notRegular;
+  std::vector<std::string> files =
+      HUTFileUtils::findFiles(dir, "board.xml", &unreadable, &notRegular);
   for (const std::string &folder : unreadable)
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-182@%s%s", dir, folder);
+  for (const std::string &file : notRegular)
+    warnNotRegular(file);
   if (files.empty())
     return;
 
@@ -407,9 +418,11 @@ void HBOBoardCReposMgr::findBoardFiles(const std::string &dir, bool isStatic) {
       HUTFile::Status status = HUTFile::status(path);
       if (status == HUTFile::Status::Directory) {
         enter(path); // may grow the stack: top is not used after this
-      } else if (status == HUTFile::Status::Regular &&
-                 lower(HUTFile::fileName(path)) == "board.xml") {
-        addBoardPart(HUTFileUtils::canonical(path), isStatic);
+      } else if (lower(HUTFile::fileName(path)) == "board.xml") {
+        if (status == HUTFile::Status::Regular)
+          addBoardPart(HUTFileUtils::canonical(path), isStatic);
+        else
+          warnNotRegular(path);
       }
     } catch (...) {
       // The directory's scan ends here; the one above it goes on.

@@ -313,6 +313,8 @@ TEST_F(HostileRepository, InstalledBoardsLoadPastPipesDevicesAndUnreadableFolder
   EXPECT_TRUE(messages.mentions(boards + "/b_pipe_pins/1.0/part0_pins.xml': it is a named pipe"))
       << texts(messages);
   // A board.xml that is a pipe is passed over by the walk, never opened.
+  EXPECT_TRUE(messages.mentions(boards + "/c_pipe_board/board.xml': it is a named pipe"))
+      << texts(messages);
   // The folder that cannot be looked at is named.
   const ComMsgRecord *skipped = messages.find("49-182");
   ASSERT_NE(skipped, nullptr) << texts(messages);
@@ -334,6 +336,8 @@ TEST_F(HostileRepository, UserScanDoesNotFollowLinksOutOfTheRepository) {
   copyMinimal(user, "inside/1.0", "inside");
   fs::create_directory_symlink("/", user.file("root"));
   fs::create_directory_symlink(outside.file("elsewhere"), user.file("elsewhere"));
+  fs::create_directories(user.file("pipe"));
+  ASSERT_EQ(::mkfifo(user.file("pipe/board.xml").c_str(), 0600), 0);
   test::EnvScope dirs("BOARDLIB_DATA_DIRS", dataPath("repo_empty").c_str());
   ParamScope repos("board.repoPaths", user.path());
 
@@ -344,12 +348,14 @@ TEST_F(HostileRepository, UserScanDoesNotFollowLinksOutOfTheRepository) {
   EXPECT_EQ(messages.count("49-183"), 2u) << texts(messages);
   EXPECT_TRUE(messages.mentions("the link '" + user.file("root") + "' leads out of the repository"))
       << texts(messages);
+  EXPECT_TRUE(messages.mentions("pipe/board.xml': it is a named pipe")) << texts(messages);
 
   // The project's repositories are scanned by a walk of their own.
   messages.records.clear();
   withinTime("the project scan", [&] { mgr->setProjectRepo(user.path()); });
   EXPECT_FALSE(has(mgr, "kestrel-boards:elsewhere:1.0"));
   EXPECT_GE(messages.count("49-183"), 2u) << texts(messages);
+  EXPECT_TRUE(messages.mentions("pipe/board.xml': it is a named pipe")) << texts(messages);
 }
 
 } // namespace

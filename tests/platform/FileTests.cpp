@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -70,12 +71,24 @@ TEST(HUTFileUtils, FindFilesWalksTheWholeTreeInOrder) {
   dir.write("target/board.xml", "");
   ASSERT_EQ(::symlink("../../target/board.xml", dir.file("a/b/board.xml").c_str()), 0);
   ASSERT_EQ(::symlink("..", dir.file("a/up").c_str()), 0); // a loop if followed
+  dir.write("pipe/x", "");
+  ASSERT_EQ(::mkfifo(dir.file("pipe/board.xml").c_str(), 0600), 0);
+  ASSERT_EQ(::symlink("nowhere", dir.file("target/dangling").c_str()), 0);
+  dir.write("gone/x", "");
+  ASSERT_EQ(::symlink("nowhere", dir.file("gone/board.xml").c_str()), 0);
 
-  std::vector<std::string> found = HUTFileUtils::findFiles(dir.path(), "board.xml");
+  std::vector<std::string> unreadable, notRegular;
+  std::vector<std::string> found =
+      HUTFileUtils::findFiles(dir.path(), "board.xml", &unreadable, &notRegular);
   std::vector<std::string> expected = {dir.file("a/b/board.xml"), dir.file("a/b/c/d/board.xml"),
                                        dir.file("board.xml"), dir.file("target/board.xml"),
                                        dir.file("z/board.xml")};
   EXPECT_EQ(found, expected);
+  // Named so, but no file to read: told apart, for a message.
+  std::sort(notRegular.begin(), notRegular.end());
+  EXPECT_EQ(notRegular,
+            (std::vector<std::string>{dir.file("gone/board.xml"), dir.file("pipe/board.xml")}));
+  EXPECT_TRUE(unreadable.empty());
 
   EXPECT_TRUE(HUTFileUtils::findFiles(dir.file("missing"), "board.xml").empty());
   EXPECT_TRUE(HUTFileUtils::findFiles(dir.file("board.xml"), "board.xml").empty());
