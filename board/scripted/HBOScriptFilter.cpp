@@ -7,17 +7,25 @@
 #include <cctype>
 #include <vector>
 
+// A chain of && or || is one node with all its terms, so that a long flat
+// chain costs no depth; only parentheses and ! nest, and they are bounded.
 struct HBOScriptFilter::Node {
   enum Kind { And, Or, Not, Compare, Truth } kind;
   std::string op;
   std::string property;
   std::string value;
-  std::unique_ptr<Node> left, right;
+  std::vector<std::unique_ptr<Node>> terms;
 };
 
 namespace {
 
 using Node = HBOScriptFilter::Node;
+
+// Every ( and ! is one level of the parser's and the evaluator's recursion:
+// far above what anyone writes, far below what overflows a thread's stack.
+constexpr int kMaxDepth = 256;
+// Longer expressions are cut in messages.
+constexpr std::size_t kQuotedLength = 80;
 
 class Parser {
 public:
@@ -36,8 +44,15 @@ public:
 
 private:
   [[noreturn]] void fail(const std::string &what) const {
-    throw HCPProperty::Error("Bad filter expression \"" + m_text + "\" at character " +
+    std::string quoted =
+        m_text.size() > kQuotedLength ? m_text.substr(0, kQuotedLength) + "..." : m_text;
+    throw HCPProperty::Error("Bad filter expression \"" + quoted + "\" at character " +
                              std::to_string(m_pos + 1) + ": " + what + ".");
+  }
+  void enter() {
+    if (++m_depth > kMaxDepth)
+      fail("the filter is too deep, it nests more than " + std::to_string(kMaxDepth) +
+           " parentheses and ! operators");
   }
   bool atEnd() const { return m_pos >= m_text.size(); }
   void skip() {
@@ -55,43 +70,50 @@ private:
   }
 
   std::unique_ptr<Node> parseOr() {
-    auto left = parseAnd();
-    while (take("||")) {
-      auto node = std::make_unique<Node>();
-      node->kind = Node::Or;
-      node->left = std::move(left);
-      node->right = parseAnd();
-      left = std::move(node);
-    }
-    return left;
+    auto first = parseAnd();
+    if (!take("||"))
+      return first;
+    auto node = std::make_unique<Node>();
+    node->kind = Node::Or;
+    node->terms.push_back(std::move(first));
+    do
+      node->terms.push_back(parseAnd());
+    while (take("||"));
+    return node;
   }
 
   std::unique_ptr<Node> parseAnd() {
-    auto left = parseUnary();
-    while (take("&&")) {
-      auto node = std::make_unique<Node>();
-      node->kind = Node::And;
-      node->left = std::move(left);
-      node->right = parseUnary();
-      left = std::move(node);
-    }
-    return left;
+    auto first = parseUnary();
+    if (!take("&&"))
+      return first;
+    auto node = std::make_unique<Node>();
+    node->kind = Node::And;
+    node->terms.push_back(std::move(first));
+    do
+      node->terms.push_back(parseUnary());
+    while (take("&&"));
+    return node;
   }
 
   std::unique_ptr<Node> parseUnary() {
     skip();
     if (m_pos + 1 < m_text.size() && m_text[m_pos] == '!' && m_text[m_pos + 1] != '=' &&
         m_text[m_pos + 1] != '~') {
+      enter();
       ++m_pos;
       auto node = std::make_unique<Node>();
       node->kind = Node::Not;
-      node->left = parseUnary();
+      node->terms.push_back(parseUnary());
+      --m_depth;
       return node;
     }
-    if (take("(")) {
+    if (!atEnd() && m_text[m_pos] == '(') {
+      enter();
+      ++m_pos;
       auto inner = parseOr();
       if (!take(")"))
         fail("missing ')'");
+      --m_depth;
       return inner;
     }
     return parseComparison();
@@ -166,6 +188,7 @@ private:
 
   const std::string &m_text;
   std::size_t m_pos = 0;
+  int m_depth = 0;
 };
 
 bool asNumber(const std::string &text, double &out) {
@@ -175,11 +198,17 @@ bool asNumber(const std::string &text, double &out) {
 bool evaluate(const Node &node, const HBOScriptFilter::PropertyReader &read, bool nocase) {
   switch (node.kind) {
   case Node::And:
-    return evaluate(*node.left, read, nocase) && evaluate(*node.right, read, nocase);
+    for (const auto &term : node.terms)
+      if (!evaluate(*term, read, nocase))
+        return false;
+    return true;
   case Node::Or:
-    return evaluate(*node.left, read, nocase) || evaluate(*node.right, read, nocase);
+    for (const auto &term : node.terms)
+      if (evaluate(*term, read, nocase))
+        return true;
+    return false;
   case Node::Not:
-    return !evaluate(*node.left, read, nocase);
+    return !evaluate(*node.terms.front(), read, nocase);
   case Node::Truth: {
     bool value = false;
     return HUTConvert::stringToBoolean(read(node.property), value, false) && value;

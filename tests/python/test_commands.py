@@ -72,6 +72,8 @@ class QueryTest(unittest.TestCase):
                     lambda: boardlib.get_board_component_pins(of_objects=jumper(SAMPLE, "J1"))):
             with self.assertRaises(boardlib.BoardError):
                 bad()
+        with self.assertRaisesRegex(boardlib.BoardError, "the filter is too deep"):
+            boardlib.get_board_components(of_objects=sample, filter="!" * 100000 + "TYPE == chip")
 
     def test_current_board(self):
         self.assertIsNone(boardlib.current_board())

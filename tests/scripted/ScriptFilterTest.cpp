@@ -69,6 +69,39 @@ TEST(ScriptFilter, BadExpressionsSayWhere) {
   }
 }
 
+std::string depthError(const std::string &expr) {
+  try {
+    HBOScriptFilter filter(expr);
+  } catch (const HCPProperty::Error &e) {
+    return e.what();
+  }
+  return "accepted";
+}
+
+// What a user writes drives the recursion: nesting is bounded, flat chains
+// are not nesting at all, and a huge expression is not quoted whole.
+TEST(ScriptFilter, NestingIsBoundedAndChainsAreFlat) {
+  auto nested = [](int depth) {
+    return std::string(depth, '(') + "NAME == usb_uart" + std::string(depth, ')');
+  };
+  EXPECT_TRUE(eval(nested(256)));
+  EXPECT_TRUE(
+      eval(std::string(128, '!') + std::string(128, '(') + "IS_ENABLED" + std::string(128, ')')));
+  for (const std::string &deep :
+       {nested(257), nested(20000), std::string(100000, '!') + "IS_ENABLED",
+        std::string(129, '!') + std::string(128, '(') + "IS_ENABLED" + std::string(128, ')')}) {
+    std::string error = depthError(deep);
+    EXPECT_NE(std::string::npos, error.find("the filter is too deep")) << error.substr(0, 200);
+    EXPECT_LT(error.size(), 300u);
+  }
+
+  std::string chain;
+  for (int i = 0; i < 100000; ++i)
+    chain += "NAME == x" + std::to_string(i) + (i % 2 ? " && TYPE == chip || " : " || ");
+  EXPECT_TRUE(eval(chain + "NAME == usb_uart"));
+  EXPECT_FALSE(eval(chain + "NAME == other"));
+}
+
 TEST(ScriptFilter, GlobsMatchAsTclStringMatch) {
   struct Case {
     const char *pattern, *text;
