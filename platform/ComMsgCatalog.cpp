@@ -139,6 +139,8 @@ const Entry kEntries[] = {
                          "is skipped. Pin indexes must be unique."},
     {"@49-171@%s%s", "Connector '%s' of base board '%s' is given more than once; a connector "
                      "takes one daughter board."},
+    {"@49-175@%s%s", "Component '%s' is defined more than once in '%s': the later definition "
+                     "replaces the earlier one. Component names must be unique."},
     {"@49-180@%s%s", "Cannot read packed file '%s': %s."},
     {"@49-181@%s%s%s", "The %s '%s' of board file '%s' leads out of the board's folder, so the "
                        "file is not read. Name a file inside the folder of board.xml."},

@@ -73,6 +73,7 @@ HBOBoard::~HBOBoard() {
   components.reserve(m_components.size());
   for (const auto &entry : m_components)
     components.push_back(entry.second);
+  components.insert(components.end(), m_replacedComponents.begin(), m_replacedComponents.end());
   HBOCommon::deleteDistinct(components);
   HBOCommon::deleteDistinct(m_buses);
 
@@ -386,7 +387,10 @@ void HBOBoard::setIpAssociatedInterface(const std::string &name,
 void HBOBoard::addBoardComponent(HBOBoardComponent *component) {
   if (!component)
     return;
-  m_components[component->getComponentName()] = component;
+  HBOBoardComponent *&entry = m_components[component->getComponentName()];
+  if (entry && entry != component)
+    m_replacedComponents.push_back(entry);
+  entry = component;
 }
 
 void HBOBoard::getBoardComponentsVec(std::vector<HBOBoardComponent *> &out) const {

@@ -194,8 +194,10 @@ public:
   const PresetMap &getIpPresets() const { return m_ipPresets; }
   const PresetMap &getIpAssociatedInterfaces() const { return m_ipAssocInterfaces; }
 
-  /// Enters the component under its component name, overwriting (and not
-  /// deleting) a component entered before under that name.
+  /// Enters the component under its component name. A component entered
+  /// before under that name leaves the map but stays alive, owned by the
+  /// board, since the board (its active part) or its objects may still point
+  /// to it.
   void addBoardComponent(HBOBoardComponent *component);
   const std::map<std::string, HBOBoardComponent *> &getBoardComponents() const {
     return m_components;
@@ -392,6 +394,8 @@ private:
   std::string m_presetFile;
   std::string m_boardImage;
   std::map<std::string, HBOBoardComponent *> m_components;
+  /// Components that a later one of the same name replaced.
+  std::vector<HBOBoardComponent *> m_replacedComponents;
   // Written from const look-ups too; caching is idempotent.
   mutable HBOBoardComponent *m_activePart = nullptr;
   HBOBoardDB *m_db = nullptr;

@@ -93,6 +93,11 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
       HBOBoardComponent *component = pending.component.get();
       if (!readComponentDetails(&element, component) || !m_validator.validateComponent(component))
         return false;
+      // The later of two components of one name wins, as it always has; the
+      // earlier is lost to every query, so a check must say so.
+      if (m_ctx.sendMessages && m_ctx.board->findBoardComponent(component->getComponentName()))
+        m_ctx.queueMsg(!m_ctx.strictChecks, ComMsg::Warning, "@49-175@%s%s",
+                       component->getComponentName(), m_ctx.board->getBoardFile());
       m_ctx.board->addBoardComponent(pending.component.release());
     }
   }

@@ -48,6 +48,8 @@ const Read kReads[] = {
     {"dup_pin_index_sent", "dup_pin_index", true},
     {"dup_pin_index_strict", "dup_pin_index_strict", false},
     {"dup_pin_lenient", "dup_pin_lenient", true},
+    {"dup_component", "dup_component", true},
+    {"dup_component_strict", "dup_component", true, kStrict},
     {"pin_no_loc", "pin_no_loc", false},
     {"pin_no_index", "pin_no_index", false},
     {"bad_design_constrs", "bad_design_constrs", false},
