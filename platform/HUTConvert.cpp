@@ -64,3 +64,11 @@ bool HUTConvert::stringToFloat(const std::string &text, float &out) {
   out = static_cast<float>(d);
   return true;
 }
+
+std::string HUTConvert::quoteValue(std::string_view text) {
+  // A hostile file may hold megabytes in one attribute.
+  const std::size_t kLongest = 64;
+  if (text.size() <= kLongest)
+    return std::string(text);
+  return std::string(text.substr(0, kLongest)) + "...";
+}

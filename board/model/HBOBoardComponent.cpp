@@ -13,6 +13,7 @@
 #include "HBOParameter.h"
 #include "HBOPinProps.h"
 #include "HBOPortMap.h"
+#include "HUTConvert.h"
 #include "HXMLWInterface.h"
 #include "NativeCache.h"
 
@@ -588,7 +589,16 @@ bool HBOBoardComponent::populateConstraintsData(std::string file) {
     port->isPortOfTypeVec(isVector);
     if (isVector) {
       const std::string indexText = value(PIN_INDEX);
-      index = static_cast<int>(std::strtol(indexText.c_str(), nullptr, 10));
+      // Read as strtol reads; a pin whose index holds no number, or one
+      // that an int cannot hold, would land on a wrong pin: it is told and
+      // left out.
+      if (HUTConvert::parseInteger(indexText, index, HUTConvert::IntegerForm::Prefix) !=
+          HUTConvert::IntegerResult::Ok) {
+        ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", file,
+                           "PIN_INDEX value \"" + HUTConvert::quoteValue(indexText) +
+                               "\" of pin '" + name + "' is not valid, must be an integer.");
+        continue;
+      }
       name += "[" + indexText + "]";
       int left = -1;
       int right = -1;

@@ -10,17 +10,16 @@
 #include "HBOParseContext.h"
 #include "HBOPinFileReader.h"
 #include "HBOPinProps.h"
+#include "HEXError.h"
 #include "HSTStringUtils.h"
+#include "HUTConvert.h"
 #include "HXMLWElement.h"
-
-#include <boost/lexical_cast/bad_lexical_cast.hpp>
 
 #include <cassert>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <typeinfo>
 #include <vector>
 
 namespace {
@@ -29,20 +28,23 @@ namespace {
 // of 2000000000 would otherwise make that many pins and nets.
 const long long kMaxBusWidth = 16384;
 
-// Text that is no number raises the error of a failed lexical_cast, as the
-// reader always has: it fails the read, and its text is in the message.
-[[noreturn]] void raiseNotANumber(const std::type_info &target) {
-  throw boost::bad_lexical_cast(typeid(std::string), target);
+// Text that is no number fails the read with a finding that names the
+// attribute and its value.
+[[noreturn]] void raiseNotANumber(const HBOParseContext &ctx, const char *what,
+                                  std::string_view value, const char *kind) {
+  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s", ctx.board->getBoardFile(),
+                  std::string(what) + " value \"" + HUTConvert::quoteValue(value) +
+                      "\" is not valid, must be " + kind + ".");
 }
 
 // An absent or empty delay is 0.
-float readDelay(const char *attribute) {
+float readDelay(const HBOParseContext &ctx, const char *what, const char *attribute) {
   const std::string_view text = HXMLWElement::viewOf(attribute);
   if (text.empty())
     return 0.0f;
   float value = 0.0f;
   if (!HBOParseContext::parseFloat(text, value))
-    raiseNotANumber(typeid(float));
+    raiseNotANumber(ctx, what, text, "a floating point number");
   return value;
 }
 
@@ -150,9 +152,9 @@ HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &co
   if (!c1Start || !c1End || !c2Start || !c2End)
     m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
 
-  const float typicalDelay = readDelay(values[5]);
-  const float minDelay = readDelay(values[6]);
-  const float maxDelay = readDelay(values[7]);
+  const float typicalDelay = readDelay(m_ctx, "connection_map typical_delay", values[5]);
+  const float minDelay = readDelay(m_ctx, "connection_map min_delay", values[6]);
+  const float maxDelay = readDelay(m_ctx, "connection_map max_delay", values[7]);
 
   bus->setConnectionName(connectionName);
   bus->setComp1(comp1);
@@ -237,11 +239,12 @@ void HBOConnectionReader::readNetDetails_(HXMLWElement &map, HBOBoardBus &bus) {
         const char *values[4];
         netElement.findAttributes(kNames, values);
         int index = 0;
-        if (!HBOParseContext::parseInt(HXMLWElement::viewOf(values[0]), index))
-          raiseNotANumber(typeid(int));
-        const float typical = readDelay(values[1]);
-        const float max = readDelay(values[2]);
-        const float min = readDelay(values[3]);
+        const std::string_view indexText = HXMLWElement::viewOf(values[0]);
+        if (!HBOParseContext::parseInt(indexText, index))
+          raiseNotANumber(m_ctx, "net index", indexText, "an integer");
+        const float typical = readDelay(m_ctx, "net typical_delay", values[1]);
+        const float max = readDelay(m_ctx, "net max_delay", values[2]);
+        const float min = readDelay(m_ctx, "net min_delay", values[3]);
         // Nets stand in index order, one per position of the range, so the
         // net at that position is the only one it can mean.
         if (index < 0 || static_cast<std::size_t>(index) >= nets.size())

@@ -3,6 +3,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardUtils.h"
 #include "HEXError.h"
+#include "HUTConvert.h"
 #include "HUTFile.h"
 
 #include <cctype>
@@ -67,20 +68,77 @@ bool HBOParseContext::isNonNegativeInteger(const std::string &value) {
 
 int HBOParseContext::convert2NonNegativeInteger(const std::string &value,
                                                 const std::string &what) const {
-  if (isNonNegativeInteger(value))
-    return std::stoi(value);
-  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s",
-                  board ? board->getBoardFile() : std::string(),
-                  what + " value \"" + value + "\" is not valid, must be a non-negative integer.");
+  // Digits and blanks, read as the stream conversion reads them: blanks
+  // first, then the digits up to the next blank.
+  int number = 0;
+  if (isNonNegativeInteger(value)) {
+    switch (HUTConvert::parseInteger(value, number, HUTConvert::IntegerForm::Prefix)) {
+    case HUTConvert::IntegerResult::Ok:
+      return number;
+    case HUTConvert::IntegerResult::OutOfRange:
+      raiseOutOfRange_(value, what, 0);
+    case HUTConvert::IntegerResult::NotANumber:
+      break;
+    }
+  }
+  raiseNotValid_(value, what);
 }
 
 int HBOParseContext::convert2NonNegativeInteger(const char *value, const std::string &what) const {
   if (!value)
     return 0;
-  // Older schemas keep their old leniency.
-  if (!strictChecks)
-    return static_cast<int>(std::strtol(value, nullptr, 10));
+  // Older schemas keep their old leniency: a sign, and text after the
+  // number, are let through. What holds no number, or one that an int
+  // cannot hold, is refused all the same.
+  if (!strictChecks) {
+    int number = 0;
+    switch (HUTConvert::parseInteger(std::string_view(value), number,
+                                     HUTConvert::IntegerForm::Prefix)) {
+    case HUTConvert::IntegerResult::Ok:
+      return number;
+    case HUTConvert::IntegerResult::OutOfRange:
+      raiseOutOfRange_(value, what, INT_MIN);
+    case HUTConvert::IntegerResult::NotANumber:
+      raiseNotValid_(value, what);
+    }
+  }
   return convert2NonNegativeInteger(std::string(value), what);
+}
+
+int HBOParseContext::convertInteger(std::string_view value, const std::string &what) const {
+  int number = 0;
+  switch (HUTConvert::parseInteger(value, number, HUTConvert::IntegerForm::Prefix)) {
+  case HUTConvert::IntegerResult::Ok:
+    return number;
+  case HUTConvert::IntegerResult::OutOfRange:
+    raiseOutOfRange_(value, what, INT_MIN);
+  case HUTConvert::IntegerResult::NotANumber:
+    break;
+  }
+  HEXError::raise(
+      "board", ComMsg::Warning, "@49-69@%s%s", board ? board->getBoardFile() : std::string(),
+      what + " value \"" + HUTConvert::quoteValue(value) + "\" is not valid, must be an integer.");
+}
+
+void HBOParseContext::raiseNotValid_(std::string_view value, const std::string &what) const {
+  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s",
+                  board ? board->getBoardFile() : std::string(),
+                  what + " value \"" + HUTConvert::quoteValue(value) +
+                      "\" is not valid, must be a non-negative integer.");
+}
+
+void HBOParseContext::raiseOutOfRange_(std::string_view value, const std::string &what,
+                                       long long lowest) const {
+  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s",
+                  board ? board->getBoardFile() : std::string(),
+                  outOfRangeText(what, value, lowest, INT_MAX));
+}
+
+std::string HBOParseContext::outOfRangeText(const std::string &what, std::string_view value,
+                                            long long lowest, long long highest) {
+  return what + " value \"" + HUTConvert::quoteValue(value) +
+         "\" is out of range, must be an integer from " + std::to_string(lowest) + " to " +
+         std::to_string(highest) + ".";
 }
 
 bool HBOParseContext::sameIgnoringCase(std::string_view a, std::string_view b) {
@@ -160,23 +218,5 @@ bool HBOParseContext::parseFloat(std::string_view text, float &out) {
 }
 
 bool HBOParseContext::parseInt(std::string_view text, int &out) {
-  if (text.empty())
-    return false;
-  const bool negative = text.front() == '-';
-  if (negative || text.front() == '+')
-    text.remove_prefix(1);
-  if (text.empty())
-    return false;
-  const unsigned long long limit = negative ? static_cast<unsigned long long>(INT_MAX) + 1
-                                            : static_cast<unsigned long long>(INT_MAX);
-  unsigned long long value = 0;
-  for (char c : text) {
-    if (c < '0' || c > '9')
-      return false;
-    value = value * 10 + static_cast<unsigned long long>(c - '0');
-    if (value > limit)
-      return false;
-  }
-  out = static_cast<int>(negative ? -static_cast<long long>(value) : static_cast<long long>(value));
-  return true;
+  return HUTConvert::parseInteger(text, out) == HUTConvert::IntegerResult::Ok;
 }

@@ -66,6 +66,15 @@ public:
   static bool isNonNegativeInteger(const std::string &value);
   int convert2NonNegativeInteger(const std::string &value, const std::string &what) const;
   int convert2NonNegativeInteger(const char *value, const std::string &what) const;
+  /// An int read as the stream conversions read it: leading blanks, a sign,
+  /// and the digits up to the first other character. Text with no number,
+  /// or a number that an int cannot hold, raises the finding "@49-69@%s%s"
+  /// naming \p what and the value.
+  int convertInteger(std::string_view value, const std::string &what) const;
+  /// The text of the finding of a number outside [\p lowest, \p highest],
+  /// naming the attribute \p what and the value.
+  static std::string outOfRangeText(const std::string &what, std::string_view value,
+                                    long long lowest, long long highest);
   /// A whole decimal float, as the stream conversions read it: an optional
   /// sign, digits with a point and an exponent, or inf, infinity, nan and
   /// nan(...) in any case; no spaces around it, and nothing that overflows.
@@ -94,6 +103,11 @@ public:
   /// Where the DTDs are; empty for those of an installation.
   std::string schemaDir;
   HBOMessageQueue messages;
+
+private:
+  [[noreturn]] void raiseNotValid_(std::string_view value, const std::string &what) const;
+  [[noreturn]] void raiseOutOfRange_(std::string_view value, const std::string &what,
+                                     long long lowest) const;
 };
 
 #endif

@@ -9,12 +9,14 @@
 #include "HBOBusIf.h"
 #include "HBOIpPreset.h"
 #include "HBOModelPort.h"
+#include "HBOParseContext.h"
 #include "HBOPinProps.h"
 #include "HBOPortMap.h"
 #include "HBOSAX2Handler.h"
 #include "HBOXMLFile.h"
 #include "HBOXercesSupport.h"
 #include "HEXError.h"
+#include "HUTConvert.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
 
@@ -32,6 +34,7 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -42,11 +45,6 @@ namespace {
 
 const char kSchemaFolder[] = "1.0";
 const long long kMaxPortWidth = 16384;
-
-long clampToInt(long value) {
-  return std::max<long>(std::numeric_limits<int>::min(),
-                        std::min<long>(std::numeric_limits<int>::max(), value));
-}
 
 bool isTag(const HXMLWElement &element, const char *tag) { return element.isTag(tag); }
 
@@ -312,6 +310,25 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
       "loc",          "iostandard", "diff_term",    "drive",        "slew",    "output_impedance",
       "ibuf_low_pwr", "odt",        "equalization", "pre_emphasis", "dqs_bias"};
   static const std::string kBankPrefix = "iobank.";
+  // Legacy numbers are read leniently (text after the digits is ignored),
+  // but text without a number, or a number that an int cannot hold, is
+  // refused: it would stand for 0 or for a cut value unseen.
+  auto readNumber = [this](std::string_view text, const std::string &what, int &out) {
+    std::string problem;
+    switch (HUTConvert::parseInteger(text, out, HUTConvert::IntegerForm::Prefix)) {
+    case HUTConvert::IntegerResult::Ok:
+      return true;
+    case HUTConvert::IntegerResult::OutOfRange:
+      problem = HBOParseContext::outOfRangeText(what, text, INT_MIN, INT_MAX);
+      break;
+    case HUTConvert::IntegerResult::NotANumber:
+      problem = what + " value \"" + HUTConvert::quoteValue(text) +
+                "\" is not valid, must be an integer.";
+      break;
+    }
+    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(), problem);
+    return false;
+  };
   for (HXMLWElement ports : root->children()) {
     if (!isTag(ports, "ports"))
       continue;
@@ -327,8 +344,12 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
       const char *leftText = element.findAttribute("left");
       const char *rightText = element.findAttribute("right");
       const bool isVector = leftText || rightText;
-      const long left = leftText ? clampToInt(std::strtol(leftText, nullptr, 10)) : 0;
-      const long right = rightText ? clampToInt(std::strtol(rightText, nullptr, 10)) : 0;
+      int left = 0, right = 0;
+      if ((leftText && !readNumber(leftText, "port '" + name + "' left", left)) ||
+          (rightText && !readNumber(rightText, "port '" + name + "' right", right))) {
+        delete port;
+        return false;
+      }
       // Every record of a port is made at once, so a range that no board
       // has would only exhaust the memory.
       const long long width = (left > right ? 1LL * left - right : 1LL * right - left) + 1;
@@ -365,7 +386,10 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
           if (isVector) {
             std::string indexText = pinElement.getAttribute("index");
             pinName = name + "[" + indexText + "]";
-            index = std::strtol(indexText.c_str(), nullptr, 10);
+            int number = 0;
+            if (!readNumber(indexText, "pin '" + pinName + "' index", number))
+              return false;
+            index = number;
             position = left > right ? index - right : index - left;
           }
           if (position < 0 || position >= static_cast<long>(records.size()))

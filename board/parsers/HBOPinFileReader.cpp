@@ -12,11 +12,16 @@
 #include "HBOXMLFile.h"
 #include "HEXError.h"
 #include "HSTStringUtils.h"
+#include "HUTConvert.h"
 #include "HUTFile.h"
 #include "HXMLWElement.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -280,14 +285,16 @@ bool HBOPinFileReader::parseDesignConstrs_(HXMLWElement &element, const std::str
         finding("No \"slaves_ids\" attribute specified for dci_cascade.");
       bool bad = false;
       for (const std::string &token : HSTStringUtils::split(slaves, ", \t\r\n\f\v", false)) {
-        std::size_t used = 0;
         int bank = 0;
-        try {
-          bank = std::stoi(token, &used);
-        } catch (const std::invalid_argument &) {
-          used = 0;
+        const HUTConvert::IntegerResult read =
+            HUTConvert::parseInteger(token, bank, HUTConvert::IntegerForm::Prefix);
+        if (read == HUTConvert::IntegerResult::OutOfRange) {
+          finding(HBOParseContext::outOfRangeText("dci_cascade slave_bank_ids", token, INT_MIN,
+                                                  INT_MAX));
+          bad = true;
+          break;
         }
-        if (used == 0) {
+        if (read != HUTConvert::IntegerResult::Ok) {
           finding("Incorrect format for \"slave_ids\" attribute (\"" + slaves +
                   "\") in dci_cascade. The \"slave_ids\" attribute must be a comma-separated "
                   "list of integer bank IDs.");
@@ -304,13 +311,18 @@ bool HBOPinFileReader::parseDesignConstrs_(HXMLWElement &element, const std::str
                                                      "internal_vref bank attribute");
       std::string voltage = child.getAttribute("voltage");
       float value = 0;
-      bool ok = true;
-      try {
-        std::size_t used = 0;
-        value = std::stof(voltage, &used);
-      } catch (const std::invalid_argument &) {
-        ok = false;
+      // The stream conversion's reading: leading blanks, then a number,
+      // and whatever follows it is ignored.
+      const char *start = voltage.c_str();
+      char *stop = nullptr;
+      errno = 0;
+      value = std::strtof(start, &stop);
+      if (stop != start && errno == ERANGE && std::isinf(value)) {
+        finding("internal_vref voltage value \"" + HUTConvert::quoteValue(voltage) +
+                "\" is out of range of a floating point number.");
+        continue;
       }
+      const bool ok = stop != start;
       if (!ok || value < 0) {
         finding("Incorrect format for \"voltage\" attribute (\"" + voltage +
                 "\") in internal_vref. Must be a floating point number.");

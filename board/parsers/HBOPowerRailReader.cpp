@@ -77,7 +77,8 @@ struct HBOPowerRailReader::Network {
   std::unordered_set<std::string> railNames;   // names in rails, for the look-ups
   std::unordered_set<std::string> supplies;    // every name used as a supply so far
   std::unordered_set<std::string> memberRails; // every name drawn on as a rail so far
-  std::map<std::string, int> phasesLeft;       // phased rail -> phases nobody draws yet
+  std::map<std::string, long long> phasesLeft; // phased rail -> phases nobody draws yet (wide:
+                                               // drawn from any ints the file holds)
 };
 
 bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) {
@@ -122,8 +123,8 @@ void HBOPowerRailReader::readPowerRail_(HXMLWElement &element, Network &net) {
   int numPhases = 0;
   const std::string numPhasesText = element.getAttribute("num_phases");
   if (!numPhasesText.empty()) {
-    // Text that is no number throws, and the read fails where it is caught.
-    numPhases = std::stoi(numPhasesText);
+    // Text that is no number fails the read.
+    numPhases = m_ctx.convertInteger(numPhasesText, "power rail num_phases");
     net.phasesLeft[name] = numPhases;
   }
 
@@ -139,7 +140,7 @@ void HBOPowerRailReader::readPowerRail_(HXMLWElement &element, Network &net) {
     const std::string phasedSource = child.getAttribute("phased_power_source");
 
     if (!isSupply && !phasedSource.empty()) {
-      const int phases = std::stoi(phasedSource);
+      const int phases = m_ctx.convertInteger(phasedSource, "rail phased_power_source");
       auto left = net.phasesLeft.find(member);
       if (left == net.phasesLeft.end())
         fail_("@49-136@%s%s", member, name);
@@ -194,7 +195,8 @@ void HBOPowerRailReader::checkPhaseSharing_(const std::vector<HBOPowerRail> &rai
       fail_("@49-141@%s%d%d", rail.getName(), rail.getNumPhases(), 0);
       continue;
     }
-    int sum = 0;
+    // Wide: the users' numbers are any ints the file holds.
+    long long sum = 0;
     std::string list;
     for (const auto &user : users->second) {
       sum += user.second;

@@ -330,7 +330,8 @@ bool HBOPresetReader::validateAssocIntf(HBOIpPreset *preset) {
       HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s", m_ctx.board->getBoardFile(),
                       "Provided Bus interface does not exist on the board '" + interfaceName +
                           "'.");
-    if (std::stoi(entry.second) < 0)
+    if (m_ctx.convertInteger(entry.second, "associated interface '" + interfaceName + "' order") <
+        0)
       m_ctx.queueFinding("In ip '" + ipName + "' order cannot be less than zero for interface '" +
                          interfaceName + "'.");
   }

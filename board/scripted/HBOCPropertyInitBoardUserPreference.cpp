@@ -1,10 +1,11 @@
 #include "HBOBusIfPreference.h"
 #include "HBOCPropertyInit.h"
 #include "HBOScriptedSupport.h"
+#include "HUTConvert.h"
 
-#include <cerrno>
-#include <cstdlib>
+#include <cctype>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -15,10 +16,11 @@ const char *const classNameIpPreference = "ip_preference";
 // The order reaches scripts as an integer. The conversion is strict: a text
 // that is no whole number fails the property instead of reading as 0.
 long long orderValue(const std::string &text) {
-  errno = 0;
-  char *end = nullptr;
-  long long value = std::strtoll(text.c_str(), &end, 10);
-  if (text.empty() || errno != 0 || *end != '\0')
+  std::string_view digits = text;
+  while (!digits.empty() && std::isspace(static_cast<unsigned char>(digits.front())))
+    digits.remove_prefix(1);
+  long long value = 0;
+  if (HUTConvert::parseInteger(digits, value) != HUTConvert::IntegerResult::Ok)
     throw HCPProperty::Error("Conversion failed");
   return value;
 }
