@@ -55,6 +55,8 @@ extern "C" int Boardlib_Init(Tcl_Interp *interp) {
     HTCTclUtils::setResultHook([](Tcl_Interp *target, const HATAttrAny &value) {
       Tcl_SetObjResult(target, TclHandles::toTclObj(value));
     });
+    TclHandles::setNameLookup(
+        [](const std::string &name) { return boardlibTclCommands().findObjectsByName(name); });
   });
   TclCommands::createAll(interp, *commands);
   // The library's own scripts run in the interpreter of the board commands.

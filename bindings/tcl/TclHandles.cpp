@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cstring>
 #include <mutex>
+#include <set>
 #include <stdexcept>
 
 namespace {
@@ -160,6 +161,47 @@ void setError(Tcl_Interp *interp, const std::string &text) {
     Tcl_SetObjResult(interp, Tcl_NewStringObj(text.c_str(), static_cast<int>(text.size())));
 }
 
+std::atomic<TclHandles::NameLookup> g_nameLookup{nullptr};
+
+// Text instead of a handle: usually a handle whose internal form Tcl
+// dropped, so its name is all that is left. The name stands for the object
+// as long as exactly one live object carries it.
+bool lookUpName(Tcl_Interp *interp, Tcl_Obj *obj, tclany &out) {
+  int length = 0;
+  const char *text = Tcl_GetStringFromObj(obj, &length);
+  const std::string name(text, static_cast<std::size_t>(length));
+  std::vector<tclany> found;
+  if (TclHandles::NameLookup lookup = g_nameLookup.load()) {
+    try {
+      found = lookup(name);
+    } catch (const std::exception &) {
+      found.clear();
+    }
+  }
+  if (found.size() == 1) {
+    out = found.front();
+    return true;
+  }
+  if (found.empty()) {
+    setError(interp, "'" + shortText(text) +
+                         "' is not a board object, and no board object has that name: pass "
+                         "objects returned by the get_board* commands (get_boards, "
+                         "get_board_components, ...).");
+    return false;
+  }
+  std::string classes;
+  std::set<std::string> seen;
+  for (const tclany &object : found) {
+    std::string cls = HCPProperty::getClassName(object);
+    if (seen.insert(cls).second)
+      classes += (classes.empty() ? "" : ", ") + cls;
+  }
+  setError(interp, "The name '" + shortText(text) + "' is ambiguous: " +
+                       std::to_string(found.size()) + " board objects have it (" + classes +
+                       "). Pass the object itself, as the get_board* commands return it.");
+  return false;
+}
+
 } // namespace
 
 void TclHandles::install() {
@@ -230,14 +272,11 @@ Tcl_Obj *TclHandles::toTclObj(const HATAttrAny &value) {
 
 bool TclHandles::isHandle(Tcl_Obj *obj) { return bindingOfObj(obj) != nullptr; }
 
+void TclHandles::setNameLookup(NameLookup lookup) { g_nameLookup = lookup; }
+
 bool TclHandles::getHandle(Tcl_Interp *interp, Tcl_Obj *obj, tclany &out) {
-  if (!bindingOfObj(obj)) {
-    setError(interp,
-             "'" + shortText(Tcl_GetString(obj)) +
-                 "' is not a board object: pass objects returned by the get_board* commands "
-                 "(get_boards, get_board_components, ...), not their names.");
-    return false;
-  }
+  if (!bindingOfObj(obj))
+    return lookUpName(interp, obj, out);
   Record *record = recordOf(obj);
   if (!record->alive) {
     setError(interp, "The board object '" + shortText(Tcl_GetString(obj)) +
@@ -261,10 +300,12 @@ bool TclHandles::getHandles(Tcl_Interp *interp, Tcl_Obj *obj, std::vector<tclany
   int count = 0;
   Tcl_Obj **items = nullptr;
   if (Tcl_ListObjGetElements(nullptr, obj, &count, &items) != TCL_OK) {
-    // No list, so no handle either: let getHandle say so.
-    tclany ignored;
-    getHandle(interp, obj, ignored);
-    return false;
+    // No list: the whole text may still be a name.
+    tclany object;
+    if (!getHandle(interp, obj, object))
+      return false;
+    out.push_back(object);
+    return true;
   }
   for (int i = 0; i < count; ++i) {
     tclany object;

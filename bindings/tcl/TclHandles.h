@@ -24,6 +24,12 @@ using tclany = zeb::tcltasks::tclany;
 /// class has no object type here.
 void install();
 
+/// Finds the live objects of a name. A handle that a string operation turned
+/// into text (string length, string range, ...) arrives as its name alone;
+/// getHandle then looks the name up again through this.
+using NameLookup = std::vector<tclany> (*)(const std::string &name);
+void setNameLookup(NameLookup lookup);
+
 /// A new Tcl value for \p object (reference count 0). An object of a class
 /// that has no handle type becomes its plain name.
 Tcl_Obj *newHandleObj(const tclany &object);
@@ -32,8 +38,9 @@ Tcl_Obj *newHandleObj(const tclany &object);
 /// a list of strings or of handles.
 Tcl_Obj *toTclObj(const HATAttrAny &value);
 
-/// The object behind \p obj, which must be one handle. False with the
-/// interpreter's result set to the reason otherwise.
+/// The object behind \p obj: a handle, or text naming exactly one live
+/// object. False with the interpreter's result set to the reason otherwise
+/// (no such object, or an ambiguous name).
 bool getHandle(Tcl_Interp *interp, Tcl_Obj *obj, tclany &out);
 
 /// The objects of \p obj: one handle, or a Tcl list of handles. False with

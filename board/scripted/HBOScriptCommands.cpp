@@ -131,6 +131,52 @@ std::vector<HBOBoard *> HBOScriptCommands::getCatalogBoards() const {
   return boards;
 }
 
+std::vector<tclany> HBOScriptCommands::findObjectsByName(const std::string &name) const {
+  std::vector<tclany> found;
+  if (name.empty())
+    return found;
+  const std::vector<HBOBoard *> boards = getCatalogBoards();
+  for (HBOBoard *board : boards)
+    if (board->getName() == name)
+      found.push_back(tclany::of(board));
+  if (!found.empty())
+    return found;
+
+  // A component is vendor:board:component:version, on the board
+  // vendor:board:version: only that board's components need a look.
+  const std::vector<std::string> fields = HSTStringUtils::split(name, ":", true);
+  if (fields.size() == 4) {
+    const std::string boardName = fields[0] + ":" + fields[1] + ":" + fields[3];
+    for (HBOBoard *board : boards) {
+      if (board->getName() != boardName)
+        continue;
+      std::vector<tclany> components;
+      HBOScriptedGraph::related(tclany::of(board), typeid(HBOBoardComponent *), boards, components);
+      for (const tclany &component : components)
+        if (HCPProperty::getObjectName(component) == name)
+          found.push_back(component);
+    }
+    if (!found.empty())
+      return found;
+  }
+
+  HBOBoard *current = m_manager->getBoardStrategy();
+  if (!current)
+    return found;
+  std::set<const void *> seen;
+  std::set<std::string> classesDone;
+  for (const QueryCommand &query : queryCommands()) {
+    if (*query.type == typeid(HBOBoard *) || !classesDone.insert(query.type->name()).second)
+      continue;
+    std::vector<tclany> objects;
+    HBOScriptedGraph::related(tclany::of(current), *query.type, boards, objects);
+    for (const tclany &object : objects)
+      if (HCPProperty::getObjectName(object) == name && seen.insert(object.object).second)
+        found.push_back(object);
+  }
+  return found;
+}
+
 std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command,
                                                   const QueryOptions &options) {
   const QueryCommand *query = findQueryCommand(command);

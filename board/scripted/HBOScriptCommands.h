@@ -112,6 +112,12 @@ public:
   tclany createIntegratedBoard(const std::string &base, const std::string &name,
                                const std::vector<std::pair<std::string, std::string>> &connections);
 
+  /// The live objects named exactly \p name, for a console whose value lost
+  /// the object it showed: a board of the catalog, else a component of a
+  /// board of the catalog (both names are unique there), else any object of
+  /// the current board. More than one means the name is ambiguous.
+  std::vector<tclany> findObjectsByName(const std::string &name) const;
+
   /// The boards of the project's view of the catalog, in name order.
   std::vector<HBOBoard *> getCatalogBoards() const;
 
