@@ -9,12 +9,14 @@
 #   share/boardlib/ the data installation (data/) and the application root
 #                   (scripts/board/init.tcl), which the installed library
 #                   finds from its own folder
+# The libraries and the share folder form the install component "runtime",
+# which the Python module ("python") needs; pip installs just those two.
 include(CMakePackageConfigHelpers)
 
 set(BOARDLIB_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/boardlib)
 
 install(TARGETS boardplatform boardlib EXPORT boardlibTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime
   INCLUDES DESTINATION ${BOARDLIB_INSTALL_INCLUDEDIR})
 install(EXPORT boardlibTargets NAMESPACE boardlib:: DESTINATION ${BOARDLIB_INSTALL_CMAKEDIR})
 
@@ -35,5 +37,7 @@ file(GLOB boardlib_headers ${CMAKE_SOURCE_DIR}/platform/*.h ${CMAKE_SOURCE_DIR}/
 list(FILTER boardlib_headers EXCLUDE REGEX "/(HBOResolver|HBOSAX2Handler|HBOXercesSupport)\\.h$")
 install(FILES ${boardlib_headers} DESTINATION ${BOARDLIB_INSTALL_INCLUDEDIR})
 
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/data/ DESTINATION ${BOARDLIB_INSTALL_SHAREDIR}/data)
-install(DIRECTORY ${CMAKE_SOURCE_DIR}/scripts/board DESTINATION ${BOARDLIB_INSTALL_SHAREDIR}/scripts)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/data/ DESTINATION ${BOARDLIB_INSTALL_SHAREDIR}/data
+  COMPONENT runtime)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/scripts/board DESTINATION ${BOARDLIB_INSTALL_SHAREDIR}/scripts
+  COMPONENT runtime)
