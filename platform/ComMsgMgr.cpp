@@ -89,6 +89,9 @@ void ComMsgMgr::sendMessage(const ComMsgMgrInstance &msg) {
   record.args = msg.getArgs();
   record.text = msg.getText();
   record.line = msg.format();
+  record.placeFile = msg.getPlaceFile();
+  record.placeLine = msg.getPlaceLine();
+  record.impact = msg.getImpact();
 
   MsgState &s = state();
   std::lock_guard<std::mutex> lock(s.mutex);

@@ -16,8 +16,11 @@ struct ComMsgRecord {
   std::string id;           ///< such as "49-56"; empty for debug messages
   std::string key;          ///< such as "@49-56@%s%s"
   std::vector<std::string> args;
-  std::string text; ///< the filled-in text
-  std::string line; ///< the full printed line
+  std::string text;            ///< the filled-in text
+  std::string line;            ///< the full printed line
+  std::string placeFile;       ///< the file a finding lies in, or empty
+  unsigned long placeLine = 0; ///< its 1-based line, 0 when unknown
+  ComMsg::Impact impact = ComMsg::Unrated;
 };
 
 /// Receives delivered messages. Called under the manager's lock, one message

@@ -14,6 +14,11 @@ enum MsgMask : unsigned {
   CriticalWarning = 0x10000000,
   Error = 0x20000000,
 };
+
+/// What a finding of a check does to the file it was found in, whatever its
+/// severity: an error leaves the file unusable, a warning only advises.
+/// Messages that are no findings are unrated.
+enum Impact : unsigned { Unrated = 0, Advisory = 1, Blocking = 2 };
 } // namespace ComMsg
 
 class ComMsgMgrInstance {
@@ -36,6 +41,17 @@ public:
   const std::string &getKey() const { return m_key; }
   const std::vector<std::string> &getArgs() const { return m_args; }
 
+  /// The file a finding lies in and its 1-based line, 0 when the line is not
+  /// known. Empty for messages that come from no place in a file.
+  void setPlace(const std::string &file, unsigned long line) {
+    m_placeFile = file;
+    m_placeLine = line;
+  }
+  const std::string &getPlaceFile() const { return m_placeFile; }
+  unsigned long getPlaceLine() const { return m_placeLine; }
+  void setImpact(ComMsg::Impact impact) { m_impact = impact; }
+  ComMsg::Impact getImpact() const { return m_impact; }
+
   /// The id inside the key, such as "49-56"; empty for a key without one.
   std::string getId() const;
   /// The message's text from the catalog with the arguments filled in.
@@ -48,6 +64,9 @@ private:
   unsigned m_severity = ComMsg::Info;
   std::string m_key;
   std::vector<std::string> m_args;
+  std::string m_placeFile;
+  unsigned long m_placeLine = 0;
+  ComMsg::Impact m_impact = ComMsg::Unrated;
 };
 
 #endif

@@ -284,6 +284,7 @@ void HXMLWInterface::clear_() {
   m_readFailed = false;
   m_source.clear();
   m_haveSource = false;
+  m_lineStarts.clear();
 }
 
 bool HXMLWInterface::readFromFile(const std::string &path, bool report) {
@@ -337,6 +338,7 @@ bool HXMLWInterface::parseLoaded_(bool report) {
     std::string utf8;
     if (transcodeToUtf8(source_(), result.encoding, utf8)) {
       m_source.swap(utf8);
+      m_lineStarts.clear();
       d.doc.reset();
       reserveBuffer(d.buffer, m_source.size() + 1);
       std::memcpy(d.buffer.data.get(), m_source.data(), m_source.size());
@@ -377,6 +379,16 @@ int HXMLWInterface::lineOfOffset(std::ptrdiff_t offset) const {
   if (offset < 0)
     return 0;
   const std::string &source = source_();
+  // A file with many findings asks for many lines: the starts of its lines
+  // are found once, on the first request, and searched after that.
+  std::lock_guard<std::mutex> lock(m_impl->sourceMutex);
+  if (m_lineStarts.empty()) {
+    m_lineStarts.push_back(0);
+    for (std::size_t at = source.find('\n'); at != std::string::npos;
+         at = source.find('\n', at + 1))
+      m_lineStarts.push_back(at + 1);
+  }
   std::size_t end = std::min<std::size_t>(static_cast<std::size_t>(offset), source.size());
-  return 1 + static_cast<int>(std::count(source.begin(), source.begin() + end, '\n'));
+  auto after = std::upper_bound(m_lineStarts.begin(), m_lineStarts.end(), end);
+  return static_cast<int>(after - m_lineStarts.begin());
 }

@@ -15,6 +15,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 class HXMLWInterface {
 public:
@@ -56,6 +57,8 @@ private:
   // happens for messages only.
   mutable std::string m_source;
   mutable bool m_haveSource = false;
+  // Where each line of m_source starts, made with the first line asked for.
+  mutable std::vector<std::size_t> m_lineStarts;
   std::string m_error;
   bool m_readFailed = false;
   HXMLWElement m_root;

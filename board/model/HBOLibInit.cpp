@@ -37,8 +37,8 @@ void registerBoardParam() {
       "Used to provide access to board part repositories during project creation.", "");
 
   registerHiddenBool(mgr, "board.enable2020Checks",
-                     "Temporary param in HEAD, enable new 2020.1 DRC checks on boards when "
-                     "board.validateXML is true",
+                     "Applies the strict checks of schema 2.2 to boards of older schemas too, "
+                     "when board.validateXML is true",
                      false);
   registerHiddenBool(mgr, "board.usePre2019Dot2Mode",
                      "Revert to legacy behavior of ignoring several I/O port constraint types "

@@ -45,7 +45,7 @@ bool HBOBoardParser::parseFile(const std::string &fileName, HBOBoard *board, boo
   m_ctx.board = board;
   std::string errorText;
   try {
-    bool result = parse(fileName) && iterateMessages(false);
+    bool result = parse(fileName) && iterateMessages(false) && !m_ctx.dtdFailed;
     m_ctx.schemaDir.clear();
     // The one point at which queued messages reach the user.
     tellQueue_(m_ctx.sendMessages);
@@ -81,8 +81,14 @@ bool HBOBoardParser::parse(const std::string &fileName) {
   // An empty name is no error: parseFile's status test stands in front.
   if (fileName.empty())
     return true;
-  if (m_ctx.validate && !m_dtd.isValidXML(fileName, "board"))
-    return false;
+  // A check reads on past the findings of the DTD, as far as the file can
+  // be read, so that one run tells every finding.
+  bool readable = true;
+  if (m_ctx.validate && !m_dtd.isValidXML(fileName, "board", &readable)) {
+    m_ctx.dtdFailed = true;
+    if (!readable)
+      return false;
+  }
 
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(fileName);
   HXMLWElement *root = doc->getRootElement();
@@ -96,7 +102,7 @@ bool HBOBoardParser::parse(const std::string &fileName) {
     m_ctx.strictChecks = true;
   if (m_ctx.strictChecks)
     ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
-                             "HBOBoardParser: 2020.1 DRC checks enabled for '%s'\n",
+                             "HBOBoardParser: the strict checks of schema 2.2 apply to '%s'\n",
                              fileName.c_str());
 
   m_ctx.board->setBoardFile(fileName);
@@ -117,7 +123,11 @@ bool HBOBoardParser::parse(const std::string &fileName) {
     return false;
   if (!m_dataProps.readDataProperties(root, error, nullptr))
     return false;
-  if (!m_components.readComponents(root, error))
+  const bool componentsRead = m_components.readComponents(root, error);
+  // What could not be looked for is told once per pin file, even when the
+  // components ended early.
+  m_ctx.queueUncheckedPins();
+  if (!componentsRead)
     return false;
   if (!m_header.readJtagChains(root, error))
     return false;

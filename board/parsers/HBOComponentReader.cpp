@@ -91,6 +91,7 @@ bool HBOComponentReader::readComponents(HXMLWElement *root, std::string &errorTe
         }
       } pending{m_ctx.board};
       HBOBoardComponent *component = pending.component.get();
+      HBOParseContext::SubjectScope subject(m_ctx, element);
       if (!readComponentDetails(&element, component) || !m_validator.validateComponent(component))
         return false;
       // The later of two components of one name wins, as it always has; the
@@ -109,7 +110,7 @@ bool HBOComponentReader::readComponentDetails(HXMLWElement *element, HBOBoardCom
     return false;
   const std::string pinMapFile = readAttributes_(*element, component);
   if (!pinMapFile.empty())
-    readPinMapFile_(pinMapFile, component);
+    readPinMapFile_(pinMapFile, *element, component);
 
   const std::string boardDir =
       HUTFile::parentPath(m_ctx.board->getBoardFile()) + HBOBoardUtils::getDirSeparator();
@@ -196,13 +197,13 @@ std::string HBOComponentReader::readAttributes_(HXMLWElement &element,
   return pinMapFile;
 }
 
-void HBOComponentReader::readPinMapFile_(const std::string &pinMapFile,
+void HBOComponentReader::readPinMapFile_(const std::string &pinMapFile, const HXMLWElement &namedAt,
                                          HBOBoardComponent *component) {
   // Pins of a file that fails half-way are never entered; the component
   // frees them with itself.
   std::vector<HBOPinProps *> pins;
   std::vector<HBODesignConstr> constrs;
-  m_pinFiles.parsePinFile(pinMapFile, *component, pins, constrs);
+  m_pinFiles.parsePinFile(pinMapFile, *component, pins, constrs, namedAt);
   component->setDesignConstrs(constrs);
   component->addPins(pins);
   for (HBOPinProps *pin : pins)
@@ -302,8 +303,8 @@ void HBOComponentReader::readPins_(HXMLWElement &pins, HBOBoardComponent *compon
     int index =
         m_ctx.convert2NonNegativeInteger(std::string(HXMLWElement::viewOf(found[1])), "pin index");
     if (HBOPinProps *existing = component->getPinByIndex(index)) {
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
-                     pinName, component->getComponentName());
+      m_ctx.queueMsgAt(p, false, ComMsg::Warning, "@49-170@%d%s%s%s", index, existing->getName(),
+                       pinName, component->getComponentName());
       continue;
     }
     HBOPinProps *pin = component->createPin();
@@ -334,19 +335,20 @@ void HBOComponentReader::readComponentModes_(HXMLWElement &modes, HBOBoardCompon
 bool HBOComponentReader::readInterfaces_(HXMLWElement &element, HBOBoardComponent *component) {
   std::set<std::string> namesSeen, mastersSeen;
   for (HXMLWElement child : element.children()) {
+    HBOParseContext::SubjectScope subject(m_ctx, child);
     std::unique_ptr<HBOBusIf> intf(new HBOBusIf());
     intf->setOwnerComponent(component);
     bool read = m_interfaces.readInterfacesDetails(&child, intf.get());
     std::string name = intf->getName();
     if (!namesSeen.insert(name).second && m_ctx.strictChecks && m_ctx.sendMessages)
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-146@%s", name);
+      m_ctx.queueMsgAt(child, false, ComMsg::Warning, "@49-146@%s", name);
     std::string value;
     if (intf->getParamValue("is_gt_flow_interface_master", value) &&
         HSTStringUtils::toLower(value) == "true")
       mastersSeen.insert(name);
     // A master must stand before the interfaces that name it.
     if (intf->getParamValue("gt_flow_interface_master_name", value) && !mastersSeen.count(value))
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-145@%s", name);
+      m_ctx.queueMsgAt(child, false, ComMsg::Warning, "@49-145@%s", name);
     if (!read)
       return false;
     if (!m_validator.validateInterface(intf.get()))

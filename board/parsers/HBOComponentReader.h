@@ -24,7 +24,8 @@ public:
 private:
   /// The component's own attributes; gives the name of its pin file.
   std::string readAttributes_(HXMLWElement &element, HBOBoardComponent *component);
-  void readPinMapFile_(const std::string &pinMapFile, HBOBoardComponent *component);
+  void readPinMapFile_(const std::string &pinMapFile, const HXMLWElement &namedAt,
+                       HBOBoardComponent *component);
   void readDrivers_(HXMLWElement &drivers, HBOBoardComponent *component);
   void readImages_(HXMLWElement &images, const std::string &boardDir, HBOBoardComponent *component);
   void readMuxPositions_(HXMLWElement &positions, HBOBoardComponent *component);

@@ -120,6 +120,7 @@ bool HBOConnectionReader::readConnectionDetails(HXMLWElement *connection) {
     if (!child.isTag("connection_map"))
       continue;
 
+    HBOParseContext::SubjectScope subject(m_ctx, child);
     std::unique_ptr<HBOBoardBus> bus = readConnectionMap_(child, connectionName, comp1, comp2);
     if (!wireNets_(*bus))
       return false;
@@ -150,7 +151,8 @@ HBOConnectionReader::readConnectionMap_(HXMLWElement &map, const std::string &co
   const char *c2End = values[4];
   // Told, and the map is still read with 0 in place of what is missing.
   if (!c1Start || !c1End || !c2Start || !c2End)
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(), mapName);
+    m_ctx.queueMsgAt(map, false, ComMsg::Warning, "@49-99@%s%s", m_ctx.board->getBoardFile(),
+                     mapName);
 
   const float typicalDelay = readDelay(m_ctx, "connection_map typical_delay", values[5]);
   const float minDelay = readDelay(m_ctx, "connection_map min_delay", values[6]);

@@ -123,10 +123,11 @@ bool HBODataPropsReader::readDataPropGroupsAndProps(HXMLWElement *element, DataM
     if (!child.isTag("data_property_group"))
       continue;
     if (stack.size() > kMaxDataPropDepth) {
-      m_ctx.queueFinding("The data property group '" + child.getAttribute("name") + "' on line " +
-                         std::to_string(child.getLine()) + " lies deeper than " +
-                         std::to_string(kMaxDataPropDepth) +
-                         " levels of data_property_group. The data properties are not read.");
+      m_ctx.queueFinding(child,
+                         "The data property group '" + child.getAttribute("name") + "' on line " +
+                             std::to_string(child.getLine()) + " lies deeper than " +
+                             std::to_string(kMaxDataPropDepth) +
+                             " levels of data_property_group. The data properties are not read.");
       return false;
     }
     // frame is not used below: the push may move it.

@@ -9,6 +9,7 @@
 #include "HUTEnv.h"
 #include "HUTFile.h"
 #include "HUTFileUtils.h"
+#include "KqStream.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
@@ -26,6 +27,9 @@
 #include <boost/filesystem.hpp>
 
 #include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -75,7 +79,7 @@ bool isLineChar(char c) { return c != '\n' && c != '\r'; }
 // The whole line matches <!DOCTYPE\s.*> . Written out by hand because
 // std::regex recurses per character and overflows the stack on the long
 // single line of a minified file.
-bool isDoctypeLine(const std::string &line) {
+bool isDoctypeLine(std::string_view line) {
   static const std::string head = "<!DOCTYPE";
   if (line.size() < head.size() + 2 || line.compare(0, head.size(), head) != 0)
     return false;
@@ -88,7 +92,7 @@ bool isDoctypeLine(const std::string &line) {
 }
 
 // The whole line matches \s*<\s*(board|part_info|ip_presets)\s+.*>\s* .
-bool isRootLine(const std::string &line) {
+bool isRootLine(std::string_view line) {
   std::size_t i = 0;
   const std::size_t n = line.size();
   while (i < n && isSpace(line[i]))
@@ -404,6 +408,162 @@ void insertDeclarations(std::string &buffer, std::size_t at, const std::string &
   }
 }
 
+// A file's text as the readers see it: a packed file decoded, a file in
+// UTF-16 turned into UTF-8. \p why says what went wrong when it gives false.
+// \p utf8 tells that the text was converted, so that the parse must not go
+// by the encoding that the file declares.
+bool loadText(const std::string &path, std::string &text, bool &converted, std::string &why) {
+  converted = false;
+  errno = 0;
+  std::ifstream in(path, std::ios::in | std::ios::binary);
+  if (!in) {
+    why = errno ? std::strerror(errno) : "it cannot be opened";
+    return false;
+  }
+  char magic[2] = {0, 0};
+  in.read(magic, 2);
+  const bool packed = in.gcount() == 2 && static_cast<unsigned char>(magic[0]) == 0x1f &&
+                      static_cast<unsigned char>(magic[1]) == 0x8b;
+  if (packed) {
+    in.close();
+    isl::iostreams::filtering_stream unpacked(path);
+    std::ostringstream content;
+    if (unpacked.isOpen())
+      content << unpacked.rdbuf();
+    if (!unpacked.isOpen() || unpacked.bad() || !unpacked.getError().empty()) {
+      why = unpacked.getError().empty()
+                ? std::string("its gzip stream cannot be decoded")
+                : "its gzip stream cannot be decoded: " + unpacked.getError();
+      return false;
+    }
+    text = content.str();
+  } else {
+    in.clear();
+    in.seekg(0);
+    std::ostringstream content;
+    content << in.rdbuf();
+    if (in.bad()) {
+      why = "it cannot be read to its end";
+      return false;
+    }
+    text = content.str();
+  }
+  // UTF-16, told by its byte order mark or by the "<?" of the declaration.
+  const auto byte = [&](std::size_t i) {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0x100u;
+  };
+  bool le = (byte(0) == 0xFF && byte(1) == 0xFE) ||
+            (byte(0) == '<' && byte(1) == 0 && byte(2) == '?' && byte(3) == 0);
+  bool be = (byte(0) == 0xFE && byte(1) == 0xFF) ||
+            (byte(0) == 0 && byte(1) == '<' && byte(2) == 0 && byte(3) == '?');
+  if (!le && !be)
+    return true;
+  std::string utf8;
+  utf8.reserve(text.size() / 2);
+  auto unit = [&](std::size_t i) -> unsigned long {
+    return le ? (byte(i) | (byte(i + 1) << 8)) : ((byte(i) << 8) | byte(i + 1));
+  };
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    unsigned long u = unit(i);
+    if (u >= 0xD800 && u <= 0xDBFF && i + 3 < text.size()) {
+      unsigned long low = unit(i + 2);
+      if (low >= 0xDC00 && low <= 0xDFFF) {
+        u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
+        i += 2;
+      }
+    }
+    if (i == 0 && u == 0xFEFF)
+      continue;
+    if (u < 0x80) {
+      utf8 += static_cast<char>(u);
+    } else if (u < 0x800) {
+      utf8 += static_cast<char>(0xC0 | (u >> 6));
+      utf8 += static_cast<char>(0x80 | (u & 0x3F));
+    } else if (u < 0x10000) {
+      utf8 += static_cast<char>(0xE0 | (u >> 12));
+      utf8 += static_cast<char>(0x80 | ((u >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (u & 0x3F));
+    } else {
+      utf8 += static_cast<char>(0xF0 | (u >> 18));
+      utf8 += static_cast<char>(0x80 | ((u >> 12) & 0x3F));
+      utf8 += static_cast<char>(0x80 | ((u >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (u & 0x3F));
+    }
+  }
+  text.swap(utf8);
+  converted = true;
+  return true;
+}
+
+// How deep a board file's elements may nest before the validation stops:
+// far beyond any real board, and shallow enough that no part of the parse
+// can grow with the depth of a hostile file.
+constexpr unsigned kMaxDepth = 1000;
+
+// The name quoted after \p lead in \p text, as the parser's messages quote
+// names; empty when \p text has no such part.
+std::string quotedAfter(const std::string &text, const std::string &lead) {
+  std::size_t from = text.find(lead);
+  if (from == std::string::npos)
+    return std::string();
+  from += lead.size();
+  std::size_t end = text.find('\'', from);
+  return end == std::string::npos ? std::string() : text.substr(from, end - from);
+}
+
+// The collector of findings for a check. It ends a parse that nests too
+// deep, and keeps to itself what only follows from an element that the DTD
+// does not know: that its parent may not hold it, and that its attributes
+// are not declared. A misspelt element is one finding, not one for each of
+// its attributes.
+class CheckHandler : public HBOSAX2Handler {
+public:
+  using HBOSAX2Handler::HBOSAX2Handler;
+  void startElement(const XMLCh *const, const XMLCh *const, const XMLCh *const,
+                    const xercesc::Attributes &) override {
+    if (++m_depth <= kMaxDepth)
+      return;
+    const xercesc::Locator *where = getLocator();
+    addFinding(where ? static_cast<unsigned long>(where->getLineNumber()) : 0,
+               "the elements nest more than " + std::to_string(kMaxDepth) +
+                   " levels deep; a board file needs far fewer, and the validation ends here");
+    throw ParseRefused();
+  }
+  void endElement(const XMLCh *const, const XMLCh *const, const XMLCh *const) override {
+    --m_depth;
+  }
+  void error(const xercesc::SAXParseException &e) override {
+    const std::string text = transcode(e.getMessage());
+    std::string name = quotedAfter(text, "no declaration found for element '");
+    if (!name.empty()) {
+      m_undeclared.insert(name);
+    } else if (!m_undeclared.empty()) {
+      name = quotedAfter(text, "element '");
+      if (text.find("is not allowed for content model") != std::string::npos &&
+          m_undeclared.count(name))
+        return;
+      name = quotedAfter(text, "is not declared for element '");
+      if (!name.empty() && m_undeclared.count(name))
+        return;
+    }
+    HBOSAX2Handler::error(e);
+  }
+
+private:
+  unsigned m_depth = 0;
+  std::set<std::string> m_undeclared;
+};
+
+// A finding about a whole file, which makes it fail its check.
+template <typename... Args>
+void sendFinding(const std::string &file, unsigned severity, const char *key, const Args &...args) {
+  ComMsgMgrInstance msg("board", severity, key);
+  (msg.arg(args), ...);
+  msg.setPlace(file, 0);
+  msg.setImpact(ComMsg::Blocking);
+  ComMsgMgr::sendMessage(msg);
+}
+
 // The path inside a DOCTYPE built by createDoctypeString.
 std::string dtdPathOf(const std::string &doctype) {
   static const std::string system = " SYSTEM \"";
@@ -447,22 +607,26 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
 
 bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
                                        std::string &buffer, std::string &ourDoctype,
-                                       bool &hasDoctype, bool &hasRoot) {
-  // A file that cannot be read at all (no regular file, too large) is told
-  // here; the read of the file would only tell it again.
-  std::string text, error;
-  if (!HUTFileUtils::readFile(fileName, text, &error) && HUTFile::exists(fileName)) {
-    ComMsgMgr::sendMsg("xml", ComMsg::Error, "@50-2@%s%s", fileName, error);
+                                       bool &hasDoctype, bool &hasRoot, bool &converted) {
+  std::string text;
+  std::string why;
+  if (!loadText(fileName, text, converted, why)) {
+    sendFinding(fileName, ComMsg::Error, "@49-191@%s%s", fileName, why);
     return false;
   }
-  std::istringstream in(std::move(text));
-  std::string line;
+  buffer.reserve(text.size() + 512);
   std::size_t doctypeAt = 0;
-  while (std::getline(in, line)) {
+  std::size_t from = 0;
+  while (from < text.size()) {
+    std::size_t end = text.find('\n', from);
+    if (end == std::string::npos)
+      end = text.size();
+    std::string_view line(text.data() + from, end - from);
+    from = end + 1;
     // A line end of CR LF leaves a CR behind, which the patterns must not see.
-    std::string bare = line;
+    std::string_view bare = line;
     if (!bare.empty() && bare.back() == '\r')
-      bare.pop_back();
+      bare.remove_suffix(1);
     if (!hasDoctype && isDoctypeLine(bare)) {
       hasDoctype = true;
       doctypeAt = buffer.size();
@@ -470,7 +634,7 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
     if (!hasDoctype && !hasRoot && isRootLine(bare)) {
       ourDoctype = createDoctypeString(type);
       if (ourDoctype.empty()) {
-        ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-159@%s", fileName);
+        sendFinding(fileName, ComMsg::Error, "@49-159@%s", fileName);
         return false;
       }
       // Put in once the whole file is read, as it declares what the file
@@ -489,18 +653,27 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
   return true;
 }
 
-bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string &type) {
+bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string &type,
+                                 bool *readable) {
   std::string buffer;
   std::string ourDoctype;
   bool hasDoctype = false;
   bool hasRoot = false;
-  if (!readWithDoctype_(fileName, type, buffer, ourDoctype, hasDoctype, hasRoot))
+  bool converted = false;
+  if (readable)
+    *readable = false;
+  if (!readWithDoctype_(fileName, type, buffer, ourDoctype, hasDoctype, hasRoot, converted))
     return false;
 
-  if (hasDoctype && !m_ctx.schemaDir.empty())
-    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-155@%s%s", fileName, m_ctx.schemaDir);
+  if (hasDoctype && !m_ctx.schemaDir.empty()) {
+    ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-155@%s%s");
+    msg.arg(fileName).arg(m_ctx.schemaDir);
+    msg.setPlace(fileName, 0);
+    msg.setImpact(ComMsg::Advisory);
+    ComMsgMgr::sendMessage(msg);
+  }
   if (!hasDoctype && !hasRoot) {
-    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-162@%s%s", type, fileName);
+    sendFinding(fileName, ComMsg::Warning, "@49-162@%s%s", type, fileName);
     return false;
   }
 
@@ -514,7 +687,7 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
   for (const std::string &dir : HUTEnv::getZRTDataDirList())
     schemaDirs.push_back(dir + "/boards/board_schemas/" + (kind ? kind->folder : "current"));
 
-  HBOSAX2Handler handler(fileName, false);
+  CheckHandler handler(fileName, false);
   try {
     HBOXercesSupport::initialise();
     // Declared before the reader, which must not outlive what it points to.
@@ -536,6 +709,9 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
 
     xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte *>(buffer.data()),
                                       buffer.size(), kBufferId, false);
+    // Text that was turned into UTF-8 still declares the encoding it had.
+    if (converted)
+      source.setEncoding(xercesc::XMLUni::fgUTF8EncodingString);
     [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
     reader->parse(source);
   } catch (const ParseRefused &) {
@@ -547,5 +723,7 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
   // The platform's own limit must not cut the findings short: ours applies.
   ComMsgMgr::setMsgLimit("49-105", -1);
   ComMsgMgr::setMsgLimit("49-106", -1);
+  if (readable)
+    *readable = !handler.hadFatalError();
   return handler.sendMessages() == 0;
 }

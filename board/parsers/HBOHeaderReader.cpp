@@ -53,7 +53,7 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
             entry.getText();
       m_ctx.board->setCompatibleBoardRevisions(revisions);
       if (child.children().empty())
-        m_ctx.queueMsg(false, ComMsg::Warning, "@49-97@%s", boardFile);
+        m_ctx.queueMsgAt(child, false, ComMsg::Warning, "@49-97@%s", boardFile);
     } else if (child.isTag("images")) {
       readBoardImages_(child, boardDir, boardImage);
     } else if (child.isTag("file_version")) {
@@ -64,7 +64,7 @@ bool HBOHeaderReader::readVlnv(HXMLWElement *root, std::string &error) {
   }
 
   if (vendor.empty() || name.empty() || version.empty())
-    m_ctx.queueMsg(false, ComMsg::Error, "@49-108@%s", boardFile);
+    m_ctx.queueMsgAt(*root, false, ComMsg::Error, "@49-108@%s", boardFile);
 
   m_ctx.board->setName(vendor, name, version);
   m_ctx.board->setDescription(description);

@@ -111,7 +111,7 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   interface->setPresetProcName(presetProc);
 
   if (!presetProc.empty())
-    readPresetProc_(interface, name, presetProc);
+    readPresetProc_(*element, interface, name, presetProc);
 
   // Exactly four fields, empty ones counted: "a:b:c:d".
   std::string_view fields[4];
@@ -130,7 +130,7 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
     interface->setAbstractTypeName(std::string(fields[2]));
     interface->setAbstractTypeVersion(std::string(fields[3]));
   } else {
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-37@%s", name);
+    m_ctx.queueMsgAt(*element, false, ComMsg::Warning, "@49-37@%s", name);
   }
 
   HBOParsedInterface parsed;
@@ -168,8 +168,8 @@ bool HBOInterfaceReader::readInterfacesDetails(HXMLWElement *element, HBOBusIf *
   return true;
 }
 
-void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string &name,
-                                         const std::string &presetProc) {
+void HBOInterfaceReader::readPresetProc_(const HXMLWElement &at, HBOBusIf *interface,
+                                         const std::string &name, const std::string &presetProc) {
   // The preset file is read before the components, so every procedure of
   // the board is known by now.
   const HBOBoard::PresetMap &presets = m_ctx.board->getIpPresets();
@@ -184,13 +184,14 @@ void HBOInterfaceReader::readPresetProc_(HBOBusIf *interface, const std::string 
     if (file != params.end() && !file->second.empty())
       interface->setPresetFile(file->second);
   } else if (m_ctx.strictChecks && m_ctx.sendMessages) {
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
+    m_ctx.queueMsgAt(at, false, ComMsg::Warning, "@49-133@%s%s", name, presetProc);
   }
 }
 
 bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interface,
                                            const std::string &type, const std::string &presetProc) {
   for (HXMLWElement entry : list.children()) {
+    HBOParseContext::SubjectScope subject(m_ctx, entry);
     PreferredIpAttributes ip(entry);
     if (m_ctx.parsed) {
       ip.vlnvText(m_scratch, ip.version);
@@ -201,8 +202,8 @@ bool HBOInterfaceReader::readPreferredIps_(HXMLWElement &list, HBOBusIf *interfa
     if (ip.hasOrder)
       record->setOrder(order);
     else
-      m_ctx.queueMsg(false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(),
-                     std::string(ip.name), type);
+      m_ctx.queueMsgAt(entry, false, ComMsg::Warning, "@49-100@%s%s%s", m_ctx.board->getBoardFile(),
+                       std::string(ip.name), type);
     record->setOwner(m_ctx.board);
     if (!m_validator.validatePreferredIP(record.get()))
       return false;
@@ -230,6 +231,7 @@ bool HBOInterfaceReader::readPortMaps_(HXMLWElement &list, HBOBusIf *interface,
   std::size_t next = 0;
   for (HXMLWElement entry : list.children()) {
     assert(next < count && "the port maps are counted before they are read");
+    HBOParseContext::SubjectScope subject(m_ctx, entry);
     HBOModelPortRecord &record = records[next++];
     HBOModelPort *port = &record.port;
     HBOPortMap *map = &record.map;
@@ -303,28 +305,44 @@ bool HBOInterfaceReader::readPortMapDetails(HXMLWElement *element, HBOModelPort 
     int width = 0;
     port->getPortWidth(width);
     if (count != width)
-      m_ctx.queueFinding("Necessary component pins not provided for '" + port->getName() + "'.");
+      m_ctx.queueFinding(*element,
+                         "Necessary component pins not provided for '" + port->getName() + "'.");
     port->reservePinPortMap(static_cast<std::size_t>(count), textBytes);
 
     m_pinOfIndex.reset(static_cast<std::size_t>(count));
+    // The pin map of a finding, looked for only when there is one.
+    std::size_t at = 0;
+    auto pinMapAt = [&child](std::size_t n) {
+      for (HXMLWElement pinMap : child.children())
+        if (n-- == 0)
+          return pinMap;
+      return HXMLWElement();
+    };
     for (const auto &texts : m_pinMapTexts) {
+      const std::size_t position = at++;
       const std::string_view indexText = texts.first;
       const std::string_view pinText = texts.second;
       const std::string_view *known = m_pinOfIndex.insert(indexText, pinText);
       if (known && m_ctx.strictChecks)
-        m_ctx.queueFinding("In the pin_maps for the logical_port '" + std::string(logicalPort) +
-                           "' and physical port '" + physicalPort + "' the port index '" +
-                           std::string(indexText) + "' is used for both '" + std::string(*known) +
-                           "' and for '" + std::string(pinText) + "'. Port index must be unique.");
+        m_ctx.queueFinding(pinMapAt(position),
+                           "In the pin_maps for the logical_port '" + std::string(logicalPort) +
+                               "' and physical port '" + physicalPort + "' the port index '" +
+                               std::string(indexText) + "' is used for both '" +
+                               std::string(*known) + "' and for '" + std::string(pinText) +
+                               "'. Port index must be unique.");
 
       pinName.assign(pinText);
       HBOPinProps *pin = component ? component->findPin(pinName) : nullptr;
       if (pin)
         pin->addIntfPortMap(interfaceName, physicalPort);
+      else if (component && m_ctx.pinsUnread.count(component))
+        // Follows from the pin file that was not read, and told with it.
+        m_ctx.countUncheckedPin(component);
       else
-        m_ctx.queueFinding("The interface '" + interfaceName + "' uses pin '" + pinName +
-                           "', but no such pin is defined on the owning component '" +
-                           componentName + "'");
+        m_ctx.queueFinding(pinMapAt(position),
+                           "The interface '" + interfaceName + "' uses pin '" + pinName +
+                               "', but no such pin is defined on the owning component '" +
+                               componentName + "'");
       // A repeated index overwrites the earlier pin, whatever the checks say.
       port->addPinPortMap(indexText, pinText);
     }
@@ -370,6 +388,7 @@ bool HBOInterfaceReader::readComponentModeDetails(HXMLWElement *element, HBOComp
       }
     } else if (child.isTag("preferred_ips")) {
       for (HXMLWElement entry : child.children()) {
+        HBOParseContext::SubjectScope subject(m_ctx, entry);
         PreferredIpAttributes ip(entry);
         if (m_ctx.parsed) {
           ip.vlnvText(m_scratch, ip.versionText());

@@ -30,7 +30,8 @@ public:
 
 private:
   /// Takes the file of the interface's preset procedure.
-  void readPresetProc_(HBOBusIf *interface, const std::string &name, const std::string &presetProc);
+  void readPresetProc_(const HXMLWElement &at, HBOBusIf *interface, const std::string &name,
+                       const std::string &presetProc);
   bool readPreferredIps_(HXMLWElement &list, HBOBusIf *interface, const std::string &type,
                          const std::string &presetProc);
   bool readPortMaps_(HXMLWElement &list, HBOBusIf *interface, const std::string &name,

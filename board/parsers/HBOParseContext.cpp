@@ -5,6 +5,7 @@
 #include "HEXError.h"
 #include "HUTConvert.h"
 #include "HUTFile.h"
+#include "HXMLWInterface.h"
 
 #include <cctype>
 #include <charconv>
@@ -23,6 +24,10 @@ void HBOParseContext::reset(bool validateFiles, const std::string &dtdDir,
   parsed = collector;
   schemaDir = dtdDir;
   messages.clear();
+  dtdFailed = false;
+  subject = HXMLWElement();
+  pinsUnread.clear();
+  uncheckedPins.clear();
 }
 
 void HBOParseContext::queueFinding(const std::string &text, bool tellOnly) {
@@ -32,6 +37,57 @@ void HBOParseContext::queueFinding(const std::string &text, bool tellOnly) {
 void HBOParseContext::queueFinding(const std::string &file, const std::string &text,
                                    bool tellOnly) {
   queueMsg(tellOnly, ComMsg::Warning, "@49-69@%s%s", file, text);
+}
+
+void HBOParseContext::queueFinding(const HXMLWElement &at, const std::string &text, bool tellOnly) {
+  queueFinding(at, board ? board->getBoardFile() : std::string(), text, tellOnly);
+}
+
+void HBOParseContext::queueFinding(const HXMLWElement &at, const std::string &file,
+                                   const std::string &text, bool tellOnly) {
+  queueMsgAt(at, tellOnly, ComMsg::Warning, "@49-69@%s%s", file, text);
+}
+
+void HBOParseContext::place(ComMsgMgrInstance &msg, const HXMLWElement &at, bool tellOnly) const {
+  if (!validate)
+    return;
+  msg.setImpact(tellOnly ? ComMsg::Advisory : ComMsg::Blocking);
+  const HXMLWElement &where = at ? at : subject;
+  if (where && where.getDocument())
+    msg.setPlace(where.getDocument()->getFileName(), static_cast<unsigned long>(where.getLine()));
+  else if (board)
+    msg.setPlace(board->getBoardFile(), 0);
+}
+
+void HBOParseContext::markPinsUnread(const HBOBoardComponent *component,
+                                     const HXMLWElement &namedAt) {
+  pinsUnread.insert(component);
+  ComMsgMgrInstance where;
+  place(where, namedAt, false);
+  where.setImpact(validate ? ComMsg::Blocking : ComMsg::Unrated);
+  uncheckedPins.push_back(
+      {component, component->getComponentName(), component->getPinMapFile(), 0u, where});
+}
+
+void HBOParseContext::countUncheckedPin(const HBOBoardComponent *component) {
+  for (UncheckedPins &entry : uncheckedPins)
+    if (entry.component == component) {
+      ++entry.count;
+      return;
+    }
+}
+
+void HBOParseContext::queueUncheckedPins() {
+  for (const UncheckedPins &entry : uncheckedPins) {
+    if (!entry.count)
+      continue;
+    ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-190@%d%s%s");
+    msg.arg(entry.count).arg(entry.name).arg(entry.pinFile);
+    msg.setPlace(entry.place.getPlaceFile(), entry.place.getPlaceLine());
+    msg.setImpact(entry.place.getImpact());
+    messages.emplace_back(std::move(msg), false);
+  }
+  uncheckedPins.clear();
 }
 
 bool HBOParseContext::iterateMessages(bool send) const {
@@ -115,23 +171,26 @@ int HBOParseContext::convertInteger(std::string_view value, const std::string &w
   case HUTConvert::IntegerResult::NotANumber:
     break;
   }
-  HEXError::raise(
-      "board", ComMsg::Warning, "@49-69@%s%s", board ? board->getBoardFile() : std::string(),
-      what + " value \"" + HUTConvert::quoteValue(value) + "\" is not valid, must be an integer.");
+  raiseFinding_(what + " value \"" + HUTConvert::quoteValue(value) +
+                "\" is not valid, must be an integer.");
+}
+
+void HBOParseContext::raiseFinding_(const std::string &text) const {
+  ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-69@%s%s");
+  msg.arg(board ? board->getBoardFile() : std::string()).arg(text);
+  // A check tells it at the element being read.
+  place(msg, HXMLWElement(), false);
+  throw HEXError(msg);
 }
 
 void HBOParseContext::raiseNotValid_(std::string_view value, const std::string &what) const {
-  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s",
-                  board ? board->getBoardFile() : std::string(),
-                  what + " value \"" + HUTConvert::quoteValue(value) +
-                      "\" is not valid, must be a non-negative integer.");
+  raiseFinding_(what + " value \"" + HUTConvert::quoteValue(value) +
+                "\" is not valid, must be a non-negative integer.");
 }
 
 void HBOParseContext::raiseOutOfRange_(std::string_view value, const std::string &what,
                                        long long lowest) const {
-  HEXError::raise("board", ComMsg::Warning, "@49-69@%s%s",
-                  board ? board->getBoardFile() : std::string(),
-                  outOfRangeText(what, value, lowest, INT_MAX));
+  raiseFinding_(outOfRangeText(what, value, lowest, INT_MAX));
 }
 
 std::string HBOParseContext::outOfRangeText(const std::string &what, std::string_view value,

@@ -6,6 +6,7 @@
 
 #include "ComMsgMgrInstance.h"
 #include "HBOBoardComponent.h"
+#include "HXMLWElement.h"
 
 #include <map>
 #include <string>
@@ -41,13 +42,54 @@ public:
   /// Puts a message on the queue: with \p tellOnly false it fails the read.
   template <typename... Args>
   void queueMsg(bool tellOnly, unsigned severity, const std::string &key, const Args &...args) {
+    queueMsgAt(HXMLWElement(), tellOnly, severity, key, args...);
+  }
+  /// The same for a finding about element \p at, whose place a check tells.
+  template <typename... Args>
+  void queueMsgAt(const HXMLWElement &at, bool tellOnly, unsigned severity, const std::string &key,
+                  const Args &...args) {
     ComMsgMgrInstance msg("board", severity, key);
     (msg.arg(args), ...);
+    place(msg, at, tellOnly);
     messages.emplace_back(std::move(msg), tellOnly);
   }
   /// The frequent finding "@49-69@%s%s": the board file and a composed text.
   void queueFinding(const std::string &text, bool tellOnly = false);
   void queueFinding(const std::string &file, const std::string &text, bool tellOnly);
+  void queueFinding(const HXMLWElement &at, const std::string &text, bool tellOnly = false);
+  void queueFinding(const HXMLWElement &at, const std::string &file, const std::string &text,
+                    bool tellOnly);
+  /// For a check, marks \p msg as a finding: its impact, and the file and
+  /// line of \p at (or of the board file, without a line, when \p at is
+  /// null). A read tells no places, and so never looks for a line.
+  void place(ComMsgMgrInstance &msg, const HXMLWElement &at, bool tellOnly) const;
+  /// While alive, findings queued without an element of their own take
+  /// the place of \p element: the checks that a reader runs on what it has
+  /// just read tell where that stands in the file.
+  class SubjectScope {
+  public:
+    SubjectScope(HBOParseContext &ctx, const HXMLWElement &element)
+        : m_ctx(ctx), m_saved(ctx.subject) {
+      ctx.subject = element;
+    }
+    ~SubjectScope() { m_ctx.subject = m_saved; }
+    SubjectScope(const SubjectScope &) = delete;
+    SubjectScope &operator=(const SubjectScope &) = delete;
+
+  private:
+    HBOParseContext &m_ctx;
+    HXMLWElement m_saved;
+  };
+
+  /// The pin file of \p component, named at \p namedAt, was not read.
+  void markPinsUnread(const HBOBoardComponent *component, const HXMLWElement &namedAt);
+  /// A pin that an interface of \p component uses cannot be looked for:
+  /// the component's pin file was not read. Counted, and told once per
+  /// component by queueUncheckedPins.
+  void countUncheckedPin(const HBOBoardComponent *component);
+  /// Fails the read with one finding per component whose pins could not be
+  /// looked for, with their number.
+  void queueUncheckedPins();
   /// True when no queued message fails the read; with \p send every queued
   /// message is sent, in queue order.
   bool iterateMessages(bool send) const;
@@ -102,9 +144,29 @@ public:
   std::map<std::string, std::unordered_set<std::string>> portRecords;
   /// Where the DTDs are; empty for those of an installation.
   std::string schemaDir;
+  /// The element being read, for SubjectScope.
+  HXMLWElement subject;
+  /// Some file failed its DTD; the readers still read what they can, so
+  /// that a check tells every finding in one run.
+  bool dtdFailed = false;
+  /// Components whose pin file was not read.
+  std::unordered_set<const HBOBoardComponent *> pinsUnread;
+  /// Per component of pinsUnread, in the order they were read: its name,
+  /// its pin file, how many pins its interfaces use, and the place of the
+  /// finding that tells them.
+  struct UncheckedPins {
+    const HBOBoardComponent *component;
+    std::string name;
+    std::string pinFile;
+    unsigned count;
+    ComMsgMgrInstance place;
+  };
+  std::vector<UncheckedPins> uncheckedPins;
   HBOMessageQueue messages;
 
 private:
+  /// Raises "@49-69@%s%s" with \p text, placed for a check.
+  [[noreturn]] void raiseFinding_(const std::string &text) const;
   [[noreturn]] void raiseNotValid_(std::string_view value, const std::string &what) const;
   [[noreturn]] void raiseOutOfRange_(std::string_view value, const std::string &what,
                                      long long lowest) const;

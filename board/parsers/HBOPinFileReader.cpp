@@ -94,15 +94,32 @@ bool sameTexts(const std::vector<std::pair<const char *, const char *>> &a,
 
 bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardComponent &component,
                                     std::vector<HBOPinProps *> &pins,
-                                    std::vector<HBODesignConstr> &constrs) {
+                                    std::vector<HBODesignConstr> &constrs,
+                                    const HXMLWElement &namedAt) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                            "HBOBoardParser parsing pin file'%s'\n", fileName.c_str());
   if (!m_ctx.isInsideBoardDir_("pin_map_file", fileName))
     return false;
   std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
-    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-55@%s", path);
+    ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-55@%s");
+    msg.arg(path);
+    // A board without the pins of one file is still a board, as the read
+    // says; what its interfaces cannot find is told with a count.
+    m_ctx.place(msg, namedAt, true);
+    ComMsgMgr::sendMessage(msg);
+    m_ctx.markPinsUnread(&component, namedAt);
     return false;
+  }
+  // A file that breaks its DTD is still read, so that a check tells what
+  // the readers find too; one that is no XML at all is not.
+  bool readable = true;
+  if (m_ctx.validate && !m_dtd.isValidXML(path, "part0_pins", &readable)) {
+    m_ctx.dtdFailed = true;
+    if (!readable) {
+      m_ctx.markPinsUnread(&component, namedAt);
+      return false;
+    }
   }
   if (!parsePins(path, component, pins, constrs))
     HEXError::raise("board", ComMsg::CriticalWarning, "@49-57@%s%s", path, std::string());
@@ -112,8 +129,6 @@ bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardCompone
 bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &component,
                                  std::vector<HBOPinProps *> &pins,
                                  std::vector<HBODesignConstr> &constrs) {
-  if (m_ctx.validate && !m_dtd.isValidXML(path, "part0_pins"))
-    return false;
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
   HXMLWElement *root = doc->getRootElement();
 
@@ -121,8 +136,8 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
   std::string boardPart = HSTStringUtils::toLower(m_ctx.board->getPartString());
   if (!filePart.empty() && !boardPart.empty() && filePart != boardPart && m_ctx.strictChecks &&
       m_ctx.sendMessages)
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-147@%s%s%s", filePart, path,
-                   m_ctx.board->getPartString());
+    m_ctx.queueMsgAt(*root, false, ComMsg::Warning, "@49-147@%s%s%s", filePart, path,
+                     m_ctx.board->getPartString());
 
   const std::vector<std::string> &propNames = HBOPinProps::getPortPropNames();
   static const PinAttrTable attrTable;
@@ -158,6 +173,8 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
     nameOfIndex.reset(count);
     indexOfLoc.reset(count);
     for (HXMLWElement element : child.children()) {
+      // A bad number of the pin is told at the pin.
+      HBOParseContext::SubjectScope subject(m_ctx, element);
       // One pass over the attributes; the steps below then run in their order.
       const char *name = "";
       const char *loc = "";
@@ -178,7 +195,7 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
           bankProps.emplace_back(attr + kIOBankPrefixLen, text);
       });
 
-      checkIndexAndLoc_(path, name, index, loc, nameOfIndex, indexOfLoc);
+      checkIndexAndLoc_(element, path, name, index, loc, nameOfIndex, indexOfLoc);
 
       HBOPinProps *pin = component.createPin();
       pins.push_back(pin);
@@ -198,15 +215,16 @@ bool HBOPinFileReader::parsePins(const std::string &path, HBOBoardComponent &com
   return true;
 }
 
-void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, std::string_view name,
-                                         const char *index, std::string_view loc,
-                                         HBOViewTable &nameOfIndex, HBOViewTable &indexOfLoc) {
+void HBOPinFileReader::checkIndexAndLoc_(const HXMLWElement &at, const std::string &path,
+                                         std::string_view name, const char *index,
+                                         std::string_view loc, HBOViewTable &nameOfIndex,
+                                         HBOViewTable &indexOfLoc) {
   if (!index) {
-    m_ctx.queueMsg(false, ComMsg::Warning, "@49-98@%s%s", path, std::string(name));
+    m_ctx.queueMsgAt(at, false, ComMsg::Warning, "@49-98@%s%s", path, std::string(name));
   } else {
     const std::string_view *known = nameOfIndex.insert(index, name);
     if (known && m_ctx.strictChecks)
-      m_ctx.queueFinding(path,
+      m_ctx.queueFinding(at, path,
                          std::string("The pin index '") + index + "' is used for both '" +
                              std::string(*known) + "' and for '" + std::string(name) +
                              "'. Pin index must be unique.",
@@ -214,12 +232,12 @@ void HBOPinFileReader::checkIndexAndLoc_(const std::string &path, std::string_vi
   }
   if (loc.empty()) {
     m_ctx.queueFinding(
-        path, "Location constraints are not provided for '" + std::string(name) + "'.", false);
+        at, path, "Location constraints are not provided for '" + std::string(name) + "'.", false);
   } else {
     std::string_view indexText = index ? index : "";
     const std::string_view *known = indexOfLoc.insert(loc, indexText);
     if (known && m_ctx.strictChecks)
-      m_ctx.queueFinding(path,
+      m_ctx.queueFinding(at, path,
                          "The pin index '" + std::string(indexText) + "' and '" +
                              std::string(*known) + "' both have the same  loc value '" +
                              std::string(loc) + "'. Pin locations must be unique.",
@@ -273,9 +291,11 @@ bool HBOPinFileReader::parseDesignConstrs_(HXMLWElement &element, const std::str
     return false;
   std::string partName = element.getAttribute("part_name");
   (void)partName;
-  auto finding = [&](const std::string &text) { m_ctx.queueFinding(path, text, false); };
+  HXMLWElement at = element;
+  auto finding = [&](const std::string &text) { m_ctx.queueFinding(at, path, text, false); };
   // Bank numbers are held to the strict form whatever the schema.
   for (HXMLWElement child : element.children()) {
+    at = child;
     if (child.isTag("dci_cascade")) {
       HBOBoardComponent::DciCascadeConstr constr;
       constr.masterBank = m_ctx.convert2NonNegativeInteger(child.getAttribute("master_bank_id"),

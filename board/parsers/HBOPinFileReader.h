@@ -14,7 +14,6 @@ class HBOBoardComponent;
 class HBODtdValidator;
 class HBOPinProps;
 class HBOViewTable;
-class HXMLWElement;
 
 class HBOPinFileReader {
 public:
@@ -22,8 +21,11 @@ public:
 
   /// Reads the pins of \p fileName into pins that \p component makes, in
   /// file order, without entering them (HBOBoardComponent::addPins does).
+  /// \p namedAt is the element that names the file, for the place of a
+  /// finding about the file as a whole.
   bool parsePinFile(const std::string &fileName, HBOBoardComponent &component,
-                    std::vector<HBOPinProps *> &pins, std::vector<HBODesignConstr> &constrs);
+                    std::vector<HBOPinProps *> &pins, std::vector<HBODesignConstr> &constrs,
+                    const HXMLWElement &namedAt = HXMLWElement());
   bool parsePins(const std::string &path, HBOBoardComponent &component,
                  std::vector<HBOPinProps *> &pins, std::vector<HBODesignConstr> &constrs);
   bool createPinsForComponent(std::string componentName, int from, int to,
@@ -31,8 +33,9 @@ public:
 
 private:
   /// A pin's index and location must be given, and be unique in the file.
-  void checkIndexAndLoc_(const std::string &path, std::string_view name, const char *index,
-                         std::string_view loc, HBOViewTable &nameOfIndex, HBOViewTable &indexOfLoc);
+  void checkIndexAndLoc_(const HXMLWElement &at, const std::string &path, std::string_view name,
+                         const char *index, std::string_view loc, HBOViewTable &nameOfIndex,
+                         HBOViewTable &indexOfLoc);
   /// The design_constrs element of the pin file \p path.
   bool parseDesignConstrs_(HXMLWElement &element, const std::string &path,
                            std::vector<HBODesignConstr> &constrs);

@@ -162,8 +162,14 @@ bool HBOPresetReader::parsePresetFile(const std::string &fileName,
 
 bool HBOPresetReader::parsePresets(const std::string &path,
                                    std::map<std::string, HBOIpPreset *> &presets) {
-  if (m_ctx.validate && !m_dtd.isValidXML(path, "preset"))
-    return false;
+  // As for pin files: a file that breaks its DTD is still read, so that a
+  // check tells what the readers find too; one that is no XML at all is not.
+  bool readable = true;
+  if (m_ctx.validate && !m_dtd.isValidXML(path, "preset", &readable)) {
+    m_ctx.dtdFailed = true;
+    if (!readable)
+      return true;
+  }
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
   std::string error;
   return readIpPresets(doc->getRootElement(), presets, error);

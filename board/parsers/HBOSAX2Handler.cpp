@@ -23,6 +23,7 @@ void HBOSAX2Handler::error(const xercesc::SAXParseException &e) {
 }
 
 void HBOSAX2Handler::fatalError(const xercesc::SAXParseException &e) {
+  m_fatal = true;
   add_("@49-106@%s%d%s", static_cast<unsigned long>(e.getLineNumber()), transcode(e.getMessage()));
 }
 
@@ -36,6 +37,9 @@ void HBOSAX2Handler::add_(const char *key, unsigned long line, const std::string
     return;
   ComMsgMgrInstance msg("board", ComMsg::Warning, key);
   msg.arg(m_fileName).arg(static_cast<long long>(getAdjustedLineNo(line))).arg(text);
+  // A file that breaks its DTD fails the check.
+  msg.setPlace(m_fileName, getAdjustedLineNo(line));
+  msg.setImpact(ComMsg::Blocking);
   m_messages.push_back(std::move(msg));
 }
 

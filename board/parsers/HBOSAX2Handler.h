@@ -48,6 +48,9 @@ public:
   const std::vector<ComMsgMgrInstance> &getMessages() const { return m_messages; }
   /// All findings, also those beyond what is kept.
   unsigned long getFindingCount() const { return m_count; }
+  /// Whether the parse met an error that ends it: the file is no
+  /// well-formed XML, and the readers cannot read it either.
+  bool hadFatalError() const { return m_fatal; }
 
 private:
   void add_(const char *key, unsigned long line, const std::string &text);
@@ -58,6 +61,7 @@ private:
   // must not hold a million messages.
   std::vector<ComMsgMgrInstance> m_messages;
   unsigned long m_count = 0;
+  bool m_fatal = false;
   const xercesc::Locator *m_locator = nullptr;
 };
 

@@ -59,7 +59,9 @@ TEST(PresetFile, AFileThatIsNoDocumentRaises) {
   }
 }
 
-TEST(PresetFile, AFileThatFailsItsSchemaEndsTheRead) {
+// A check reads on past the DTD's findings, so that one run tells what the
+// reader finds too; the read still fails.
+TEST(PresetFile, AFileThatFailsItsSchemaFailsTheReadButIsStillRead) {
   {
     // A validating build refuses a file it cannot open.
     test::MessageRecorder quiet;
@@ -71,9 +73,7 @@ TEST(PresetFile, AFileThatFailsItsSchemaEndsTheRead) {
   HBOBoardParser parser;
   EXPECT_FALSE(parser.parseFile(dataPath("presets_bad_file/board.xml"), &board, true,
                                 dataPath("presets_bad_file/schemas"), nullptr));
-  const ComMsgRecord *failed = msgs.find("49-63");
-  ASSERT_NE(nullptr, failed);
-  EXPECT_EQ((std::vector<std::string>{dataPath("presets_bad_file/preset.xml"), ""}), failed->args);
+  EXPECT_LE(1u, msgs.count("49-105"));
+  EXPECT_EQ(0u, msgs.count("49-63"));
   EXPECT_EQ(1u, msgs.count("49-56"));
-  EXPECT_TRUE(board.getIpPresets().empty());
 }

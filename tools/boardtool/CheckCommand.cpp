@@ -12,41 +12,51 @@
 #include "HEXError.h"
 #include "HUTFile.h"
 
+#include <boost/filesystem.hpp>
+
+#include <algorithm>
+#include <cctype>
+
 #include <iostream>
 #include <memory>
+#include <string_view>
+#include <vector>
 
 namespace boardtool {
 namespace {
 
 const char kAbout[] =
-    "Checks board files: each FILE (a board.xml) is validated against its DTD, together\n"
-    "with the pin files and the preset file it names, and read with every rule of the\n"
-    "readers, strict checks included for schema 2.2 and above (--param\n"
-    "board.enable2020Checks=true applies them to older schemas too). A legacy board part\n"
-    "file (schema 1.0 or 1.1) and its preset file are held to the DTDs of schema 1\n"
-    "and read as they are, without lifting them to the current schema. Every finding is\n"
-    "told on standard error, one per line, in the order of the file; findings of the\n"
-    "DTD carry the line of the file on disk. Standard output gets one summary line\n"
-    "per file.\n";
+    "Checks board files the way a linter does. Each FILE is a board.xml, a pin file\n"
+    "(such as part0_pins.xml) or a preset file, told apart by their root element; a\n"
+    "directory stands for every board.xml under it (a board directory, or a whole\n"
+    "data directory). A board file is validated against its DTD together with the pin\n"
+    "files and the preset file it names, and read with every rule of the readers,\n"
+    "also where the DTD validation found something, so that one run tells every\n"
+    "mistake; the strict checks apply to schema 2.2 and above (--param\n"
+    "board.enable2020Checks=true applies them to older schemas too). Pins that cannot\n"
+    "be looked for because their pin file could not be read are told once, with their\n"
+    "number. A pin or preset file given alone is validated against its own DTD. A\n"
+    "legacy board part file (schema 1.0 or 1.1) and its preset file are held to the\n"
+    "DTDs of schema 1 and read as they are.\n"
+    "\n"
+    "Every finding goes to standard error, one per line, as\n"
+    "  FILE:LINE: SEVERITY: [Board 49-NNN] text\n"
+    "(FILE: alone when the finding concerns a file as a whole); with --messages=json\n"
+    "each object has \"file\" and \"line\" fields. Standard output gets one summary line\n"
+    "per file: passed or FAILED, with its errors (findings that make the board\n"
+    "unusable) and its warnings (advisory findings) counted apart, whatever severity\n"
+    "the message carries.\n";
 
 const char kNotes[] = "Exit status: 0 every file passed, 1 some file failed, 2 bad usage.\n";
+
+// Folders deeper than this below a directory given are not searched for
+// boards: an installation is four levels deep.
+constexpr int kMaxSearchDepth = 16;
 
 const char *plural(unsigned n, const char *word) {
   static thread_local std::string text;
   text = std::to_string(n) + " " + word + (n == 1 ? "" : "s");
   return text.c_str();
-}
-
-// Whether the legacy reader takes \p path, as the catalog's load decides. A
-// file that cannot be opened goes to the current reader, which tells why.
-bool isLegacyFile(const std::string &path) {
-  try {
-    std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(path);
-    std::string schema = doc->getRootElement()->getAttribute("schema_version");
-    return !(HBOBoardUtils::isEqualOrGreater(schema, "2.0") && HBOBoardUtils::isV2SchemaEnabled());
-  } catch (...) {
-    return false;
-  }
 }
 
 // The preset file that a legacy file names, in its folder; empty when there
@@ -89,6 +99,109 @@ bool checkLegacy(const std::string &path, const std::string &schemaDir) {
   return ok;
 }
 
+// The board files under \p dir, in name order; folders are not followed
+// through links, nor below kMaxSearchDepth, and one that cannot be read is
+// passed over.
+std::vector<std::string> boardFilesUnder(const std::string &dir) {
+  namespace fs = boost::filesystem;
+  std::vector<std::string> files;
+  boost::system::error_code ec;
+  fs::recursive_directory_iterator it(dir, fs::directory_options::skip_permission_denied, ec);
+  for (fs::recursive_directory_iterator end; !ec && it != end; it.increment(ec)) {
+    if (it.depth() >= kMaxSearchDepth)
+      it.disable_recursion_pending();
+    boost::system::error_code statusError;
+    if (it->path().filename() == "board.xml" &&
+        fs::is_regular_file(it->symlink_status(statusError)))
+      files.push_back(it->path().string());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+// Whether \p text is a version number: digits, in groups parted by dots.
+bool isVersionNumber(const std::string &text) {
+  if (text.empty() || text.front() == '.' || text.back() == '.')
+    return false;
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (!std::isdigit(static_cast<unsigned char>(text[i])) &&
+        !(text[i] == '.' && text[i - 1] != '.'))
+      return false;
+  return true;
+}
+
+// Which way \p path is checked, told by its root element as the catalog's
+// load tells it: "part0_pins" or "preset" for a pin or preset file given
+// alone, "legacy" for a board that the legacy reader takes, empty for a
+// board of the current reader and for what cannot be read (its reader says
+// why), "bad" with the finding in \p bad for a board that no reader can
+// take. The document read is left in \p doc, for the reader to take.
+std::string kindOfFile(const std::string &path, std::unique_ptr<HXMLWInterface> &doc,
+                       ComMsgMgrInstance &bad) {
+  if (!HUTFile::exists(path))
+    return std::string();
+  try {
+    // What is wrong with the file is told by the check itself.
+    ComMsgCapture quiet;
+    doc = HBOXMLFile::open(path);
+    const HXMLWElement *root = doc->getRootElement();
+    std::string_view tag = root->getTagView();
+    if (tag == "part_info")
+      return "part0_pins";
+    if (tag == "ip_presets")
+      return "preset";
+    std::string schema;
+    // A version that is none makes the catalog's load take the board for a
+    // legacy one, whose reader then fails on what it does not know. The
+    // check says what is really wrong instead.
+    if (root->getAttribute("schema_version", schema) && !isVersionNumber(schema)) {
+      ComMsgMgrInstance msg("board", ComMsg::Error, "@49-192@%s%s");
+      msg.arg(path).arg(schema);
+      msg.setPlace(path, static_cast<unsigned long>(root->getLine()));
+      msg.setImpact(ComMsg::Blocking);
+      bad = msg;
+      return "bad";
+    }
+    if (!(HBOBoardUtils::isEqualOrGreater(schema, "2.0") && HBOBoardUtils::isV2SchemaEnabled()))
+      return "legacy";
+  } catch (...) {
+    doc.reset();
+  }
+  return std::string();
+}
+
+bool checkFile(const std::string &path, const std::string &schemaDir) {
+  std::unique_ptr<HXMLWInterface> doc;
+  ComMsgMgrInstance bad;
+  const std::string kind = kindOfFile(path, doc, bad);
+  if (kind == "bad") {
+    ComMsgMgr::sendMessage(bad);
+    return false;
+  }
+  if (kind == "legacy") {
+    doc.reset();
+    return checkLegacy(path, schemaDir);
+  }
+  if (!kind.empty()) {
+    HBOParseContext ctx;
+    ctx.validate = true;
+    ctx.schemaDir = schemaDir;
+    try {
+      return HBODtdValidator(ctx).isValidXML(path, kind);
+    } catch (const HEXError &e) {
+      ComMsgMgr::sendMessage(e.getMessage());
+      return false;
+    }
+  }
+  // The reader takes the document already read instead of parsing again.
+  std::unique_ptr<HBOXMLFile::ReuseScope> reuse;
+  if (doc)
+    reuse.reset(new HBOXMLFile::ReuseScope(path, std::move(doc)));
+  std::unique_ptr<HBOBoard> board(new HBOBoard());
+  HBOBoardParser parser;
+  return parser.parseFile(path, board.get(), true, schemaDir, nullptr);
+}
+
 int run(const Arguments &args) {
   if (args.operands.empty())
     return usageError(checkCommand, "no board file given");
@@ -96,24 +209,36 @@ int run(const Arguments &args) {
   if (!schemaDir.empty())
     schemaDir = absolutePath(schemaDir);
 
+  std::vector<std::string> files;
+  for (const std::string &operand : args.operands) {
+    std::string path = absolutePath(operand);
+    if (!boost::filesystem::is_directory(path)) {
+      files.push_back(path);
+      continue;
+    }
+    std::vector<std::string> found = boardFilesUnder(path);
+    if (found.empty())
+      // Told as a file that does not exist would be: the board is missing.
+      files.push_back(path + "/board.xml");
+    files.insert(files.end(), found.begin(), found.end());
+  }
+
   unsigned failed = 0;
   {
-    MessageOutput output(args.jsonMessages());
-    for (const std::string &file : args.operands) {
+    // The closing messages of a failed read only sum up the findings.
+    MessageOutput output(args.jsonMessages(), true, {"49-56", "49-4", "49-59"});
+    for (const std::string &path : files) {
       output.resetCounts();
-      std::string path = absolutePath(file);
-      bool ok = false;
-      if (isLegacyFile(path)) {
-        ok = checkLegacy(path, schemaDir);
-      } else {
-        std::unique_ptr<HBOBoard> board(new HBOBoard());
-        HBOBoardParser parser;
-        ok = parser.parseFile(path, board.get(), true, schemaDir, nullptr);
-      }
+      bool ok = checkFile(path, schemaDir);
+      output.flush();
       if (!ok)
         ++failed;
+      // A file that fails has at least the error that it failed for.
+      unsigned errors = output.errors();
+      if (!ok && errors == 0)
+        errors = 1;
       std::string summary = path + ": " + (ok ? "passed" : "FAILED") + " (";
-      summary += plural(output.errors(), "error");
+      summary += plural(errors, "error");
       summary += ", ";
       summary += plural(output.warnings(), "warning");
       summary += ")";
@@ -121,9 +246,8 @@ int run(const Arguments &args) {
       std::cout << summary << std::endl;
     }
   }
-  if (args.operands.size() > 1)
-    std::cout << (args.operands.size() - failed) << " of " << args.operands.size()
-              << " files passed" << std::endl;
+  if (files.size() > 1)
+    std::cout << (files.size() - failed) << " of " << files.size() << " files passed" << std::endl;
   return failed ? Failure : Success;
 }
 
@@ -133,7 +257,7 @@ const Command checkCommand = {
     "check",
     cmd::check,
     "check board files against their DTDs and every rule, and tell each finding",
-    "FILE...",
+    "FILE|DIR...",
     kAbout,
     kNotes,
     OptionPlace::Anywhere,

@@ -43,9 +43,18 @@ struct Command {
 /// Takes every message while a command runs: prints it to standard error
 /// at once, or, with JSON output, writes all of them as one array when it is
 /// destroyed. Counts what it took, by severity.
+///
+/// For a linter (\p places): a finding from a place in a file is printed
+/// after its place, "FILE:LINE: " as compilers print it, and every JSON
+/// object has "file" and "line" (null when unknown). Findings are counted
+/// by what they do to the file, errors those that make it unusable and
+/// warnings the advisory ones, whatever severity the message has; a
+/// message that only sums up others (\p uncounted ids) is not counted.
+/// The findings are held back until flush, which prints them in the order
+/// of their places.
 class MessageOutput {
 public:
-  explicit MessageOutput(bool json);
+  explicit MessageOutput(bool json, bool places = false, std::vector<std::string> uncounted = {});
   ~MessageOutput();
   MessageOutput(const MessageOutput &) = delete;
   MessageOutput &operator=(const MessageOutput &) = delete;
@@ -55,6 +64,9 @@ public:
   /// Warnings since the last resetCounts.
   unsigned warnings() const;
   void resetCounts();
+  /// For a linter: prints the findings held back so far, sorted by their
+  /// place (the file, then the line).
+  void flush();
 
 private:
   class Sink;
