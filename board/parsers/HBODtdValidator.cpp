@@ -438,15 +438,21 @@ bool loadText(const std::string &path, std::string &text, bool &converted, std::
     }
     text = content.str();
   } else {
+    // Read straight into the text: the files of an installation add up to
+    // hundreds of megabytes, and each copy of them shows.
     in.clear();
+    in.seekg(0, std::ios::end);
+    const std::streamoff size = in.tellg();
     in.seekg(0);
-    std::ostringstream content;
-    content << in.rdbuf();
+    if (size > 0) {
+      text.resize(static_cast<std::size_t>(size));
+      in.read(&text[0], size);
+      text.resize(static_cast<std::size_t>(in.gcount()));
+    }
     if (in.bad()) {
       why = "it cannot be read to its end";
       return false;
     }
-    text = content.str();
   }
   // UTF-16, told by its byte order mark or by the "<?" of the declaration.
   const auto byte = [&](std::size_t i) {
@@ -614,7 +620,9 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
     sendFinding(fileName, ComMsg::Error, "@49-191@%s%s", fileName, why);
     return false;
   }
-  buffer.reserve(text.size() + 512);
+  // Only the lines up to the root element are looked at one by one; after
+  // it, only a DOCTYPE could still matter, and the search for one runs at
+  // the speed of memchr.
   std::size_t doctypeAt = 0;
   std::size_t from = 0;
   while (from < text.size()) {
@@ -622,16 +630,16 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
     if (end == std::string::npos)
       end = text.size();
     std::string_view line(text.data() + from, end - from);
+    const std::size_t lineAt = from;
     from = end + 1;
     // A line end of CR LF leaves a CR behind, which the patterns must not see.
-    std::string_view bare = line;
-    if (!bare.empty() && bare.back() == '\r')
-      bare.remove_suffix(1);
-    if (!hasDoctype && isDoctypeLine(bare)) {
+    if (!line.empty() && line.back() == '\r')
+      line.remove_suffix(1);
+    if (!hasDoctype && isDoctypeLine(line)) {
       hasDoctype = true;
-      doctypeAt = buffer.size();
+      doctypeAt = lineAt;
     }
-    if (!hasDoctype && !hasRoot && isRootLine(bare)) {
+    if (!hasDoctype && !hasRoot && isRootLine(line)) {
       ourDoctype = createDoctypeString(type);
       if (ourDoctype.empty()) {
         sendFinding(fileName, ComMsg::Error, "@49-159@%s", fileName);
@@ -639,12 +647,38 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
       }
       // Put in once the whole file is read, as it declares what the file
       // uses; no line end, so that every line keeps its number.
-      doctypeAt = buffer.size();
+      doctypeAt = lineAt;
       hasRoot = true;
     }
-    buffer += line;
-    buffer += '\n';
+    if (hasDoctype)
+      break;
+    if (hasRoot) {
+      // A DOCTYPE that stands after the root is still the file's own.
+      std::size_t next = from;
+      while ((next = text.find("<!DOCTYPE", next)) != std::string::npos) {
+        if (next == 0 || text[next - 1] == '\n') {
+          std::size_t lineEnd = text.find('\n', next);
+          if (lineEnd == std::string::npos)
+            lineEnd = text.size();
+          std::string_view candidate(text.data() + next, lineEnd - next);
+          if (!candidate.empty() && candidate.back() == '\r')
+            candidate.remove_suffix(1);
+          if (isDoctypeLine(candidate)) {
+            hasDoctype = true;
+            doctypeAt = next;
+            break;
+          }
+        }
+        next += 9;
+      }
+      break;
+    }
   }
+  // The text as read, with a line end after its last line as the parse has
+  // always seen it.
+  buffer = std::move(text);
+  if (!buffer.empty() && buffer.back() != '\n')
+    buffer += '\n';
   std::string declarations = openDeclarations(type, buffer);
   if (hasRoot)
     buffer.insert(doctypeAt, ourDoctype);

@@ -10,16 +10,21 @@
 #include "HBOPartParser.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
+#include "HPAParamMgr.h"
 #include "HUTFile.h"
 
 #include <boost/filesystem.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
 
+#include <condition_variable>
 #include <iostream>
 #include <memory>
+#include <mutex>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace boardtool {
@@ -202,6 +207,18 @@ bool checkFile(const std::string &path, const std::string &schemaDir) {
   return parser.parseFile(path, board.get(), true, schemaDir, nullptr);
 }
 
+// How many files are checked at once: general.maxThreads, no more than the
+// files, and one while debug output is on, which would otherwise mix.
+unsigned workerCount(std::size_t files) {
+  long long wanted = HPAParamMgr::getParamMgr().getValueAsInt("general.maxThreads");
+  if (wanted < 1 || ComMsgMgr::hasScope("board.parse"))
+    return 1;
+  const unsigned available = std::max(1u, std::thread::hardware_concurrency());
+  return static_cast<unsigned>(
+      std::min<long long>({wanted, static_cast<long long>(available),
+                           static_cast<long long>(std::max<std::size_t>(files, 1))}));
+}
+
 int run(const Arguments &args) {
   if (args.operands.empty())
     return usageError(checkCommand, "no board file given");
@@ -223,14 +240,62 @@ int run(const Arguments &args) {
     files.insert(files.end(), found.begin(), found.end());
   }
 
+  // Files are checked by several workers, each keeping the messages of its
+  // file; they are told in the order of the files, as one worker would.
+  struct Result {
+    bool done = false;
+    bool ok = false;
+    std::vector<ComMsgMgrInstance> messages;
+  };
+  std::vector<Result> results(files.size());
+  std::mutex mutex;
+  std::condition_variable ready;
+  std::atomic<std::size_t> next{0};
+  auto work = [&]() {
+    for (std::size_t i = next++; i < files.size(); i = next++) {
+      bool ok = false;
+      std::vector<ComMsgMgrInstance> messages;
+      {
+        ComMsgCapture capture;
+        try {
+          ok = checkFile(files[i], schemaDir);
+        } catch (...) {
+          // Nothing may leave a worker; the file failed, and said why if it could.
+          ok = false;
+        }
+        messages = capture.take();
+      }
+      std::lock_guard<std::mutex> lock(mutex);
+      results[i].ok = ok;
+      results[i].messages = std::move(messages);
+      results[i].done = true;
+      ready.notify_all();
+    }
+  };
+  std::vector<std::thread> workers;
+  const unsigned jobs = workerCount(files.size());
+  for (unsigned w = 1; w < jobs; ++w)
+    workers.emplace_back(work);
+
   unsigned failed = 0;
   {
     // The closing messages of a failed read only sum up the findings.
     MessageOutput output(args.jsonMessages(), true, {"49-56", "49-4", "49-59"});
-    for (const std::string &path : files) {
+    for (std::size_t i = 0; i < files.size(); ++i) {
       output.resetCounts();
-      bool ok = checkFile(path, schemaDir);
+      if (jobs == 1) {
+        // Alone, the file is checked here and its messages go out at once.
+        results[i].ok = checkFile(files[i], schemaDir);
+      } else {
+        std::unique_lock<std::mutex> lock(mutex);
+        ready.wait(lock, [&] { return results[i].done; });
+      }
+      for (const ComMsgMgrInstance &msg : results[i].messages)
+        ComMsgMgr::sendMessage(msg);
+      std::vector<ComMsgMgrInstance>().swap(results[i].messages);
       output.flush();
+      const bool ok = results[i].ok;
+      const std::string &path = files[i];
       if (!ok)
         ++failed;
       // A file that fails has at least the error that it failed for.
@@ -246,6 +311,8 @@ int run(const Arguments &args) {
       std::cout << summary << std::endl;
     }
   }
+  for (std::thread &worker : workers)
+    worker.join();
   if (files.size() > 1)
     std::cout << (files.size() - failed) << " of " << files.size() << " files passed" << std::endl;
   return failed ? Failure : Success;
