@@ -72,8 +72,8 @@ TEST(CheckVerdict, PackedAndUtf16FilesAreCheckedAsTheyAreRead) {
   for (const Form &form : forms) {
     SCOPED_TRACE(form.name);
     MessageRecorder msgs;
-    const std::string goodFile = dir.write(std::string(form.name) + "/good/board.xml",
-                                           form.encode(good));
+    const std::string goodFile =
+        dir.write(std::string(form.name) + "/good/board.xml", form.encode(good));
     EXPECT_TRUE(readVerdict(goodFile));
     EXPECT_TRUE(checkVerdict(goodFile));
     EXPECT_EQ(0u, findingCount(msgs));
