@@ -274,7 +274,8 @@ int run(const Arguments &args) {
   };
   std::vector<std::thread> workers;
   const unsigned jobs = workerCount(files.size());
-  for (unsigned w = 1; w < jobs; ++w)
+  // With one job the files are checked on this thread, below.
+  for (unsigned w = 0; jobs > 1 && w < jobs; ++w)
     workers.emplace_back(work);
 
   unsigned failed = 0;
