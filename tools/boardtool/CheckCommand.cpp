@@ -50,7 +50,8 @@ const char kAbout[] =
     "each object has \"file\" and \"line\" fields. Standard output gets one summary line\n"
     "per file: passed or FAILED, with its errors (findings that make the board\n"
     "unusable) and its warnings (advisory findings) counted apart, whatever severity\n"
-    "the message carries.\n";
+    "the message carries. Files are checked by as many workers as general.maxThreads\n"
+    "says (--param general.maxThreads=1 for one) and told in their order.\n";
 
 const char kNotes[] = "Exit status: 0 every file passed, 1 some file failed, 2 bad usage.\n";
 
