@@ -53,14 +53,14 @@ std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &board
           {"quarnel-ip:rb55:1.2", {"odt"}}, {"quarnel-ip:rb55:1.3", {"odt"}},
           {"quarnel-ip:rb55:1.4", {"odt"}}, {"quarnel-ip:rb55:1.5", {"odt"}},
       };
-  static const std::unordered_set<std::string> pre2019Dot2PropNames = {"iostandard", "diff_term",
+  static const std::unordered_set<std::string> oldModePropNames = {"iostandard", "diff_term",
                                                                        "drive", "slew", "dqs_bias"};
 
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.usePre2019Dot2Mode")) {
     // The old mode knows only five properties of a pin.
     std::unordered_set<std::string> skip;
     for (const std::string &name : HBOPinProps::getPortPropNames())
-      if (!pre2019Dot2PropNames.count(name))
+      if (!oldModePropNames.count(name))
         skip.insert(name);
     return skip;
   }
