@@ -105,7 +105,7 @@ bool checkLegacy(const std::string &path, const std::string &schemaDir) {
   return ok;
 }
 
-// The board files under \p dir, in name order; folders are not followed
+// The board files under \p dir, in name order. Folders are not followed
 // through links, nor below kMaxSearchDepth, and one that cannot be read is
 // passed over.
 std::vector<std::string> boardFilesUnder(const std::string &dir) {
@@ -117,8 +117,9 @@ std::vector<std::string> boardFilesUnder(const std::string &dir) {
     if (it.depth() >= kMaxSearchDepth)
       it.disable_recursion_pending();
     boost::system::error_code statusError;
-    if (it->path().filename() == "board.xml" &&
-        fs::is_regular_file(it->symlink_status(statusError)))
+    // A link to a board file counts, as in the catalog's scan; links to
+    // folders are not followed.
+    if (it->path().filename() == "board.xml" && fs::is_regular_file(it->status(statusError)))
       files.push_back(it->path().string());
   }
   std::sort(files.begin(), files.end());
