@@ -54,7 +54,7 @@ std::unordered_set<std::string> getPortPropNamesToSkip_(std::string const &board
           {"quarnel-ip:rb55:1.4", {"odt"}}, {"quarnel-ip:rb55:1.5", {"odt"}},
       };
   static const std::unordered_set<std::string> oldModePropNames = {"iostandard", "diff_term",
-                                                                       "drive", "slew", "dqs_bias"};
+                                                                   "drive", "slew", "dqs_bias"};
 
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.usePre2019Dot2Mode")) {
     // The old mode knows only five properties of a pin.
