@@ -150,7 +150,6 @@ const Entry kEntries[] = {
                        "'%s', and is not followed."},
     {"@49-190@%d%s%s", "%d pins that the interfaces of component '%s' use are not checked: its "
                        "pin file '%s' could not be read."},
-    {"@49-191@%s%s", "Cannot check '%s': %s."},
     {"@49-192@%s%s", "Board file '%s': schema_version '%s' is no version number such as 2.1, so "
                      "no reader can take the board."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},

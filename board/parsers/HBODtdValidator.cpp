@@ -27,14 +27,10 @@
 #include <boost/filesystem.hpp>
 
 #include <cctype>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -409,50 +405,32 @@ void insertDeclarations(std::string &buffer, std::size_t at, const std::string &
 }
 
 // A file's text as the readers see it: a packed file decoded, a file in
-// UTF-16 turned into UTF-8. \p why says what went wrong when it gives false.
-// \p utf8 tells that the text was converted, so that the parse must not go
-// by the encoding that the file declares.
-bool loadText(const std::string &path, std::string &text, bool &converted, std::string &why) {
+// UTF-16 turned into UTF-8, each under the bound of a read. When it gives
+// false, \p key is the message for a file that cannot be read and \p why
+// says why. \p converted tells that the text was converted, so that the
+// parse must not go by the encoding that the file declares.
+bool loadText(const std::string &path, std::string &text, bool &converted, std::string &key,
+              std::string &why) {
   converted = false;
-  errno = 0;
-  std::ifstream in(path, std::ios::in | std::ios::binary);
-  if (!in) {
-    why = errno ? std::strerror(errno) : "it cannot be opened";
+  if (isl::iostreams::kq::is_kq_format(path)) {
+    // Decoded as the read decodes it, within the same bound.
+    key = "@49-180@%s%s";
+    try {
+      isl::iostreams::filtering_stream unpacked(path);
+      char chunk[64 * 1024];
+      while (unpacked.read(chunk, sizeof chunk) || unpacked.gcount() > 0)
+        text.append(chunk, static_cast<std::size_t>(unpacked.gcount()));
+      if (!unpacked.isOpen() || unpacked.bad()) {
+        why = unpacked.getError().empty() ? std::string("unknown error") : unpacked.getError();
+        return false;
+      }
+    } catch (const std::bad_alloc &) {
+      why = "out of memory";
+      return false;
+    }
+  } else if (!HUTFileUtils::readFile(path, text, &why)) {
+    key = "@50-2@%s%s";
     return false;
-  }
-  char magic[2] = {0, 0};
-  in.read(magic, 2);
-  const bool packed = in.gcount() == 2 && static_cast<unsigned char>(magic[0]) == 0x1f &&
-                      static_cast<unsigned char>(magic[1]) == 0x8b;
-  if (packed) {
-    in.close();
-    isl::iostreams::filtering_stream unpacked(path);
-    std::ostringstream content;
-    if (unpacked.isOpen())
-      content << unpacked.rdbuf();
-    if (!unpacked.isOpen() || unpacked.bad() || !unpacked.getError().empty()) {
-      why = unpacked.getError().empty()
-                ? std::string("its gzip stream cannot be decoded")
-                : "its gzip stream cannot be decoded: " + unpacked.getError();
-      return false;
-    }
-    text = content.str();
-  } else {
-    // Read straight into the text: the files of an installation add up to
-    // hundreds of megabytes, and each copy of them shows.
-    in.clear();
-    in.seekg(0, std::ios::end);
-    const std::streamoff size = in.tellg();
-    in.seekg(0);
-    if (size > 0) {
-      text.resize(static_cast<std::size_t>(size));
-      in.read(&text[0], size);
-      text.resize(static_cast<std::size_t>(in.gcount()));
-    }
-    if (in.bad()) {
-      why = "it cannot be read to its end";
-      return false;
-    }
   }
   // UTF-16, told by its byte order mark or by the "<?" of the declaration.
   const auto byte = [&](std::size_t i) {
@@ -614,10 +592,17 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
 bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
                                        std::string &buffer, std::string &ourDoctype,
                                        bool &hasDoctype, bool &hasRoot, bool &converted) {
-  std::string text;
-  std::string why;
-  if (!loadText(fileName, text, converted, why)) {
-    sendFinding(fileName, ComMsg::Error, "@49-191@%s%s", fileName, why);
+  // A file that cannot be read at all (no regular file, too large, a packed
+  // body that is damaged) is told here, with the reason that a read gives;
+  // the readers would only tell it again. One that does not exist reads as
+  // empty, and has no root line.
+  std::string text, key, why;
+  if (!loadText(fileName, text, converted, key, why) && HUTFile::exists(fileName)) {
+    ComMsgMgrInstance msg(key == "@50-2@%s%s" ? "xml" : "board", ComMsg::Error, key);
+    msg.arg(fileName).arg(why);
+    msg.setPlace(fileName, 0);
+    msg.setImpact(ComMsg::Blocking);
+    ComMsgMgr::sendMessage(msg);
     return false;
   }
   // Only the lines up to the root element are looked at one by one; after

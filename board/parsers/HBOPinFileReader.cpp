@@ -98,8 +98,10 @@ bool HBOPinFileReader::parsePinFile(const std::string &fileName, HBOBoardCompone
                                     const HXMLWElement &namedAt) {
   ComMsgMgr::sendScopedMsg(ComMsgMgr::Debug1, "board.parse",
                            "HBOBoardParser parsing pin file'%s'\n", fileName.c_str());
-  if (!m_ctx.isInsideBoardDir_("pin_map_file", fileName))
+  if (!m_ctx.isInsideBoardDir_("pin_map_file", fileName)) {
+    m_ctx.markPinsUnread(&component, namedAt);
     return false;
+  }
   std::string path = m_ctx.resolveBesideBoard_(fileName);
   if (!HUTFile::exists(path)) {
     ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-55@%s");
