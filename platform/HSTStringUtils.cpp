@@ -285,3 +285,46 @@ std::string HSTStringUtils::didYouMean(const std::string &word,
   }
   return text + "?)";
 }
+
+void HSTStringUtils::appendUtf8(std::string &out, unsigned long cp) {
+  if (cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+    cp = 0xFFFD;
+  if (cp < 0x80) {
+    out += static_cast<char>(cp);
+  } else if (cp < 0x800) {
+    out += static_cast<char>(0xC0 | (cp >> 6));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  } else if (cp < 0x10000) {
+    out += static_cast<char>(0xE0 | (cp >> 12));
+    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (cp >> 18));
+    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  }
+}
+
+std::string HSTStringUtils::utf16ToUtf8(std::string_view in, bool littleEndian) {
+  const unsigned char *b = reinterpret_cast<const unsigned char *>(in.data());
+  const std::size_t n = in.size();
+  auto unit = [&](std::size_t i) -> unsigned long {
+    return littleEndian ? (b[i] | (b[i + 1] << 8)) : ((b[i] << 8) | b[i + 1]);
+  };
+  std::string out;
+  out.reserve(n);
+  for (std::size_t i = 0; i + 1 < n; i += 2) {
+    unsigned long u = unit(i);
+    if (u >= 0xD800 && u <= 0xDBFF && i + 3 < n) {
+      unsigned long low = unit(i + 2);
+      if (low >= 0xDC00 && low <= 0xDFFF) {
+        u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
+        i += 2;
+      }
+    }
+    if (!(i == 0 && u == 0xFEFF))
+      appendUtf8(out, u);
+  }
+  return out;
+}

@@ -40,6 +40,13 @@ std::string jsonQuoted(const std::string &text);
 /// "base_number", the name of a numbered pin or net, made in one
 /// allocation at most.
 std::string numberedName(std::string_view base, long long number);
+/// Appends the code point \p cp as UTF-8; what is no Unicode scalar value
+/// becomes U+FFFD.
+void appendUtf8(std::string &out, unsigned long cp);
+/// UTF-16 text as UTF-8, a byte order mark at its start dropped. Surrogate
+/// pairs are joined; a lone surrogate becomes U+FFFD, an odd last byte is
+/// dropped.
+std::string utf16ToUtf8(std::string_view in, bool littleEndian);
 /// The candidates closest to \p word by edit distance, ignoring case, at
 /// most \p limit of them, nearest first (ties in the candidates' order):
 /// the "did you mean" of a misspelt name. A candidate counts only when the

@@ -1,5 +1,6 @@
 #include "HXMLWInterface.h"
 #include "ComMsgMgr.h"
+#include "HSTStringUtils.h"
 #include "HUTFileUtils.h"
 
 #include <pugixml.hpp>
@@ -18,26 +19,6 @@
 
 namespace {
 
-void appendUtf8(std::string &out, unsigned long cp) {
-  if (cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
-    cp = 0xFFFD;
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
-
 // The text of a document in another encoding, as UTF-8. The parser
 // converts such documents into a buffer of its own, and the offsets it
 // reports refer to that buffer; lines are counted in our copy of the
@@ -51,28 +32,12 @@ bool transcodeToUtf8(const std::string &in, pugi::xml_encoding encoding, std::st
   switch (encoding) {
   case pugi::encoding_latin1:
     for (std::size_t i = 0; i < n; ++i)
-      appendUtf8(out, b[i]);
+      HSTStringUtils::appendUtf8(out, b[i]);
     return true;
   case pugi::encoding_utf16_le:
-  case pugi::encoding_utf16_be: {
-    bool le = encoding == pugi::encoding_utf16_le;
-    auto unit = [&](std::size_t i) -> unsigned long {
-      return le ? (b[i] | (b[i + 1] << 8)) : ((b[i] << 8) | b[i + 1]);
-    };
-    for (std::size_t i = 0; i + 1 < n; i += 2) {
-      unsigned long u = unit(i);
-      if (u >= 0xD800 && u <= 0xDBFF && i + 3 < n) {
-        unsigned long low = unit(i + 2);
-        if (low >= 0xDC00 && low <= 0xDFFF) {
-          u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
-          i += 2;
-        }
-      }
-      if (!(i == 0 && u == 0xFEFF))
-        appendUtf8(out, u);
-    }
+  case pugi::encoding_utf16_be:
+    out = HSTStringUtils::utf16ToUtf8(in, encoding == pugi::encoding_utf16_le);
     return true;
-  }
   case pugi::encoding_utf32_le:
   case pugi::encoding_utf32_be: {
     bool le = encoding == pugi::encoding_utf32_le;
@@ -82,7 +47,7 @@ bool transcodeToUtf8(const std::string &in, pugi::xml_encoding encoding, std::st
                            : ((static_cast<unsigned long>(b[i]) << 24) | (b[i + 1] << 16) |
                               (b[i + 2] << 8) | b[i + 3]);
       if (!(i == 0 && u == 0xFEFF))
-        appendUtf8(out, u);
+        HSTStringUtils::appendUtf8(out, u);
     }
     return true;
   }

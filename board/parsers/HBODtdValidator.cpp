@@ -6,6 +6,7 @@
 #include "HBOSAX2Handler.h"
 #include "HBOXercesSupport.h"
 #include "HEXError.h"
+#include "HSTStringUtils.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
 #include "HUTFileUtils.h"
@@ -442,38 +443,7 @@ bool loadText(const std::string &path, std::string &text, bool &converted, std::
             (byte(0) == 0 && byte(1) == '<' && byte(2) == 0 && byte(3) == '?');
   if (!le && !be)
     return true;
-  std::string utf8;
-  utf8.reserve(text.size() / 2);
-  auto unit = [&](std::size_t i) -> unsigned long {
-    return le ? (byte(i) | (byte(i + 1) << 8)) : ((byte(i) << 8) | byte(i + 1));
-  };
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    unsigned long u = unit(i);
-    if (u >= 0xD800 && u <= 0xDBFF && i + 3 < text.size()) {
-      unsigned long low = unit(i + 2);
-      if (low >= 0xDC00 && low <= 0xDFFF) {
-        u = 0x10000 + ((u - 0xD800) << 10) + (low - 0xDC00);
-        i += 2;
-      }
-    }
-    if (i == 0 && u == 0xFEFF)
-      continue;
-    if (u < 0x80) {
-      utf8 += static_cast<char>(u);
-    } else if (u < 0x800) {
-      utf8 += static_cast<char>(0xC0 | (u >> 6));
-      utf8 += static_cast<char>(0x80 | (u & 0x3F));
-    } else if (u < 0x10000) {
-      utf8 += static_cast<char>(0xE0 | (u >> 12));
-      utf8 += static_cast<char>(0x80 | ((u >> 6) & 0x3F));
-      utf8 += static_cast<char>(0x80 | (u & 0x3F));
-    } else {
-      utf8 += static_cast<char>(0xF0 | (u >> 18));
-      utf8 += static_cast<char>(0x80 | ((u >> 12) & 0x3F));
-      utf8 += static_cast<char>(0x80 | ((u >> 6) & 0x3F));
-      utf8 += static_cast<char>(0x80 | (u & 0x3F));
-    }
-  }
+  std::string utf8 = HSTStringUtils::utf16ToUtf8(text, le);
   text.swap(utf8);
   converted = true;
   return true;

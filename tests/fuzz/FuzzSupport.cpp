@@ -1,12 +1,16 @@
 #include "FuzzSupport.h"
 
 #include "ComMsgMgr.h"
+#include "HBOBoard.h"
+#include "HBOBoardParser.h"
+#include "HEXError.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <system_error>
 
 #ifndef BOARDLIB_FUZZ_FIXED_DIR
@@ -72,6 +76,20 @@ std::string writeInput(const std::string &name, const uint8_t *data, size_t size
     std::abort();
   }
   return path;
+}
+
+void readBoardWith(const std::string &name, const uint8_t *data, size_t size) {
+  silenceMessages();
+  writeInput(name, data, size);
+  std::string board = scratchDir() + "/board.xml";
+  for (bool validate : {false, true}) {
+    try {
+      std::unique_ptr<HBOBoard> read(new HBOBoard());
+      if (HBOBoardParser().parseFile(board, read.get(), validate, "", nullptr) && !validate)
+        read->display(0);
+    } catch (const HEXError &) {
+    }
+  }
 }
 
 void restoreFixed(const std::string &name) { scratch().copyFixed(name); }

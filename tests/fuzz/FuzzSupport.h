@@ -24,6 +24,11 @@ const std::string &scratchDir();
 /// returns the file's path.
 std::string writeInput(const std::string &name, const uint8_t *data, size_t size);
 
+/// Writes the input as \p name, one of the sample board's companion files,
+/// and reads the sample board with it, leniently (printing the board, as
+/// `boardtool read` does) and held to the DTDs (as `boardtool check` does).
+void readBoardWith(const std::string &name, const uint8_t *data, size_t size);
+
 /// Restores \p name in the scratch folder to the sample board's copy.
 void restoreFixed(const std::string &name);
 
