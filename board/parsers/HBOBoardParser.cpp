@@ -92,6 +92,12 @@ bool HBOBoardParser::parse(const std::string &fileName) {
 
   std::unique_ptr<HXMLWInterface> doc = HBOXMLFile::open(fileName);
   HXMLWElement *root = doc->getRootElement();
+  // The document goes with this read; so does the place to look in.
+  struct RootScope {
+    HBOParseContext &ctx;
+    ~RootScope() { ctx.boardRoot = HXMLWElement(); }
+  } rootScope{m_ctx};
+  m_ctx.boardRoot = *root;
 
   std::string schema = root->getAttribute("schema_version");
   // The file entry sets the version before it hands the file over; a caller

@@ -186,6 +186,11 @@ bool HBOBoardValidator::validateNecessaryParameters() {
   // These stick across interfaces: the first clock with a frequency
   // silences the message for every clock after it.
   bool frequencyFound = false, polarityFound = false, resetSlaveSeen = false;
+  // Where an interface of the active part stands in the file, for a check.
+  const HXMLWElement component = m_ctx.findNamed("component", active->getComponentName());
+  auto placeOf = [&](const HBOBusIf *intf) {
+    return component ? m_ctx.findNamed("interface", intf->getName(), component) : HXMLWElement();
+  };
   for (HBOBusIf *intf : interfaces) {
     std::string vlnv, value;
     intf->getAbstractTypeVLNV(vlnv, ":");
@@ -193,16 +198,22 @@ bool HBOBoardValidator::validateNecessaryParameters() {
                        "quarnel-ip:interface:clock_rtl:1.0"})) {
       if (intf->getParamValue("frequency", value))
         frequencyFound = true;
-      if (!frequencyFound)
-        ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-153@%s%s", intf->getName(),
-                           m_ctx.board->getBoardFile());
+      if (!frequencyFound) {
+        // Told at once, as a reader's findings are not: it does not fail the read.
+        ComMsgMgrInstance msg("board", ComMsg::Warning, "@49-153@%s%s");
+        msg.arg(intf->getName());
+        msg.arg(m_ctx.board->getBoardFile());
+        m_ctx.place(msg, placeOf(intf), true);
+        ComMsgMgr::sendMessage(msg);
+      }
     } else if (HSTStringUtils::iequals(vlnv, "quarnel-ip:signal:reset_rtl:1.0") &&
                HSTStringUtils::iequals(intf->getInterfaceMode(), "slave")) {
       resetSlaveSeen = true;
       if (intf->getParamValue("rst_polarity", value))
         polarityFound = true;
       if (!polarityFound)
-        m_ctx.queueFinding("Polarity Parameter not provided for '" + intf->getName() + "'.");
+        m_ctx.queueFinding(placeOf(intf),
+                           "Polarity Parameter not provided for '" + intf->getName() + "'.");
     }
   }
   return !resetSlaveSeen || polarityFound;

@@ -3,16 +3,19 @@
 #include "HBOBoard.h"
 #include "HBOBoardUtils.h"
 #include "HEXError.h"
+#include "HSTStringUtils.h"
 #include "HUTConvert.h"
 #include "HUTFile.h"
 #include "HXMLWInterface.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <vector>
 
 void HBOParseContext::reset(bool validateFiles, const std::string &dtdDir,
                             HBOParsedVLNVs *collector) {
@@ -278,4 +281,27 @@ bool HBOParseContext::parseFloat(std::string_view text, float &out) {
 
 bool HBOParseContext::parseInt(std::string_view text, int &out) {
   return HUTConvert::parseInteger(text, out) == HUTConvert::IntegerResult::Ok;
+}
+
+HXMLWElement HBOParseContext::findNamed(const char *tag, const std::string &name,
+                                        const HXMLWElement &within) const {
+  if (!validate)
+    return HXMLWElement();
+  HXMLWElement from = within ? within : boardRoot;
+  if (!from)
+    return HXMLWElement();
+  // Board files nest a few levels; the walk keeps its own stack so that a
+  // file nested deep by mistake costs time, not the thread's stack.
+  std::vector<HXMLWElement> pending{from};
+  while (!pending.empty()) {
+    HXMLWElement element = pending.back();
+    pending.pop_back();
+    if (HSTStringUtils::iequals(element.getTag(), tag) && element.getAttributeView("name") == name)
+      return element;
+    const std::size_t first = pending.size();
+    for (HXMLWElement child : element.children())
+      pending.push_back(child);
+    std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(first), pending.end());
+  }
+  return HXMLWElement();
 }

@@ -146,6 +146,14 @@ public:
   std::string schemaDir;
   /// The element being read, for SubjectScope.
   HXMLWElement subject;
+  /// The root element of the board file while it is read, where the checks
+  /// that run on the objects read look for the place of a finding.
+  HXMLWElement boardRoot;
+  /// For a check, the first element under \p within (the board file's root
+  /// when null) with tag \p tag and attribute name \p name, tags in any
+  /// case; a null element in a read, or when there is none.
+  HXMLWElement findNamed(const char *tag, const std::string &name,
+                         const HXMLWElement &within = HXMLWElement()) const;
   /// Some file failed its DTD; the readers still read what they can, so
   /// that a check tells every finding in one run.
   bool dtdFailed = false;

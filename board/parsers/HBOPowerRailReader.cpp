@@ -12,6 +12,7 @@
 
 #include <map>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -79,6 +80,7 @@ struct HBOPowerRailReader::Network {
   std::unordered_set<std::string> memberRails; // every name drawn on as a rail so far
   std::map<std::string, long long> phasesLeft; // phased rail -> phases nobody draws yet (wide:
                                                // drawn from any ints the file holds)
+  std::unordered_map<std::string, HXMLWElement> elementOf; // the first rail of each name
 };
 
 bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) {
@@ -91,11 +93,13 @@ bool HBOPowerRailReader::readPowerRails(HXMLWElement &root, std::string &error) 
   Network net;
   for (HXMLWElement section : root.children("power_rails")) {
     for (HXMLWElement element : section.children("power_rail")) {
+      HBOParseContext::SubjectScope at(m_ctx, element);
+      net.elementOf.emplace(element.getAttribute("name"), element);
       readPowerRail_(element, net);
     }
   }
   std::vector<HBOPowerRail> &rails = net.rails;
-  checkPhaseSharing_(rails);
+  checkPhaseSharing_(net);
 
   if (HPAParamMgr::getParamMgr().getValueAsBool("board.dataProps.stubData"))
     rails = makeStubRails();
@@ -180,7 +184,8 @@ void HBOPowerRailReader::readPowerRail_(HXMLWElement &element, Network &net) {
   net.railNames.insert(name);
 }
 
-void HBOPowerRailReader::checkPhaseSharing_(const std::vector<HBOPowerRail> &rails) {
+void HBOPowerRailReader::checkPhaseSharing_(const Network &net) {
+  const std::vector<HBOPowerRail> &rails = net.rails;
   // Each phased rail must be shared out exactly: collect who draws how much.
   std::map<std::string, std::vector<std::pair<std::string, int>>> usersOf;
   for (const HBOPowerRail &user : rails)
@@ -190,6 +195,9 @@ void HBOPowerRailReader::checkPhaseSharing_(const std::vector<HBOPowerRail> &rai
   for (const HBOPowerRail &rail : rails) {
     if (rail.getNumPhases() <= 0)
       continue;
+    auto element = net.elementOf.find(rail.getName());
+    HBOParseContext::SubjectScope at(m_ctx, element == net.elementOf.end() ? HXMLWElement()
+                                                                           : element->second);
     auto users = usersOf.find(rail.getName());
     if (users == usersOf.end()) {
       fail_("@49-141@%s%d%d", rail.getName(), rail.getNumPhases(), 0);

@@ -23,7 +23,7 @@ private:
   /// One power_rail, held against the rails before it.
   void readPowerRail_(HXMLWElement &element, Network &net);
   /// Each phased rail must be shared out exactly among the rails that draw on it.
-  void checkPhaseSharing_(const std::vector<HBOPowerRail> &rails);
+  void checkPhaseSharing_(const Network &net);
 
   HBOParseContext &m_ctx;
 };

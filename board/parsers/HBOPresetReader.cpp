@@ -274,6 +274,7 @@ bool HBOPresetReader::readIpAssociatedInterfaces(HXMLWElement *root, std::string
       for (HXMLWElement ip : rule.children()) {
         std::unique_ptr<HBOIpPreset> preset(new HBOIpPreset());
         preset->setPresetProcName(name);
+        HBOParseContext::SubjectScope at(m_ctx, ip);
         if (readAssociatedInterfacesDetails(&ip, preset.get()) && validateAssocIntf(preset.get()))
           records.add(std::move(preset));
       }
