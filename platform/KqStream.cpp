@@ -175,5 +175,24 @@ bool filtering_stream::isOpen() const { return m_buffer->isOpen(); }
 
 const std::string &filtering_stream::getError() const { return m_buffer->getError(); }
 
+bool kq::read_all(const std::string &path, std::string &out, std::string &error) {
+  try {
+    filtering_stream in(path);
+    // Taken whole, not line by line: the same text without a second copy of
+    // a long line on the way.
+    char chunk[64 * 1024];
+    while (in.read(chunk, sizeof chunk) || in.gcount() > 0)
+      out.append(chunk, static_cast<std::size_t>(in.gcount()));
+    if (!in.isOpen() || in.bad()) {
+      error = in.getError().empty() ? std::string("unknown error") : in.getError();
+      return false;
+    }
+    return true;
+  } catch (const std::bad_alloc &) {
+    error = "out of memory";
+    return false;
+  }
+}
+
 } // namespace iostreams
 } // namespace isl

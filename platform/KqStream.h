@@ -44,6 +44,14 @@ private:
   std::unique_ptr<Buffer> m_buffer;
 };
 
+namespace kq {
+/// Decodes the whole packed file \p path and appends it to \p out, under
+/// the rules of filtering_stream. False when the file cannot be opened, its
+/// body is damaged, cut short or too large, or memory runs out, with the
+/// reason in \p error; \p out then holds no more than was decoded.
+bool read_all(const std::string &path, std::string &out, std::string &error);
+} // namespace kq
+
 } // namespace iostreams
 } // namespace isl
 

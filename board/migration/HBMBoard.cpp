@@ -27,17 +27,12 @@ std::string joinPath(const std::string &dir, const std::string &name) {
 bool readDocument(const std::string &path, HXMLWInterface &doc) {
   if (!isl::iostreams::kq::is_kq_format(path))
     return doc.readFromFile(path) && doc.getRootElement();
-  isl::iostreams::filtering_stream in(path);
-  if (!in.isOpen() || in.bad())
-    return false;
-  std::string buffer, line;
-  while (std::getline(in, line)) {
-    buffer += line;
-    buffer += '\n';
-  }
   // A damaged body yields part of a document, which is not the file.
-  if (in.bad())
+  std::string buffer, why;
+  if (!isl::iostreams::kq::read_all(path, buffer, why))
     return false;
+  if (!buffer.empty() && buffer.back() != '\n')
+    buffer += '\n';
   return doc.readFromBuffer(buffer, path) && doc.getRootElement();
 }
 

@@ -416,19 +416,8 @@ bool loadText(const std::string &path, std::string &text, bool &converted, std::
   if (isl::iostreams::kq::is_kq_format(path)) {
     // Decoded as the read decodes it, within the same bound.
     key = "@49-180@%s%s";
-    try {
-      isl::iostreams::filtering_stream unpacked(path);
-      char chunk[64 * 1024];
-      while (unpacked.read(chunk, sizeof chunk) || unpacked.gcount() > 0)
-        text.append(chunk, static_cast<std::size_t>(unpacked.gcount()));
-      if (!unpacked.isOpen() || unpacked.bad()) {
-        why = unpacked.getError().empty() ? std::string("unknown error") : unpacked.getError();
-        return false;
-      }
-    } catch (const std::bad_alloc &) {
-      why = "out of memory";
+    if (!isl::iostreams::kq::read_all(path, text, why))
       return false;
-    }
   } else if (!HUTFileUtils::readFile(path, text, &why)) {
     key = "@50-2@%s%s";
     return false;

@@ -3,8 +3,6 @@
 #include "HEXError.h"
 #include "KqStream.h"
 
-#include <new>
-
 namespace {
 
 struct Reusable {
@@ -38,29 +36,17 @@ std::unique_ptr<HXMLWInterface> HBOXMLFile::open(const std::string &path) {
   } else {
     std::string buffer;
     std::string reason;
-    try {
-      isl::iostreams::filtering_stream in(path);
-      // Taken whole, not line by line: the same text, every line ending in a
-      // new line, without a second copy of a long line on the way.
-      char chunk[64 * 1024];
-      while (in.read(chunk, sizeof chunk) || in.gcount() > 0)
-        buffer.append(chunk, static_cast<std::size_t>(in.gcount()));
-      if (!buffer.empty() && buffer.back() != '\n')
-        buffer += '\n';
-      // Damaged, cut short or too large: what was decoded is not the
-      // document.
-      if (!in.isOpen() || in.bad())
-        reason = in.getError().empty() ? std::string("unknown error") : in.getError();
-    } catch (const std::bad_alloc &) {
-      reason = "out of memory";
-    }
-    if (!reason.empty()) {
+    // Damaged, cut short or too large: what was decoded is not the document.
+    if (!isl::iostreams::kq::read_all(path, buffer, reason)) {
       std::string().swap(buffer);
       // Told here, as the read of a plain file tells its reason: callers
       // that only see the error must still learn why.
       ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-180@%s%s", path, reason);
       HEXError::raise("board", ComMsg::Error, "@49-110@%s", path);
     }
+    // Every line ends in a new line, as in a file read line by line.
+    if (!buffer.empty() && buffer.back() != '\n')
+      buffer += '\n';
     doc->readFromBuffer(buffer, path);
   }
   if (!doc->getRootElement())
