@@ -1,8 +1,8 @@
 #include "HUTEnv.h"
+#include "HUTFile.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
-#include <sys/stat.h>
 
 #ifndef BOARDLIB_DATA_DIR
 #error "BOARDLIB_DATA_DIR must be defined by the build"
@@ -15,11 +15,6 @@
 #endif
 
 namespace {
-
-bool isDirectory(const std::string &path) {
-  struct stat st;
-  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
 
 // The installed share folder (PREFIX/share/boardlib), found from where this
 // library was loaded, so that an installed tree works wherever it was
@@ -34,7 +29,7 @@ const std::string &installedShareDir() {
     if (slash == std::string::npos)
       return std::string();
     std::string share = library.substr(0, slash + 1) + BOARDLIB_SHARE_FROM_LIB;
-    return isDirectory(share + "/data/boards") ? share : std::string();
+    return HUTFile::isDirectory(share + "/data/boards") ? share : std::string();
   }();
   return dir;
 }

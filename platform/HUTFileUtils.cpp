@@ -135,15 +135,18 @@ bool HUTFileUtils::readFile(const std::string &path, std::string &out, std::stri
 std::vector<std::string> HUTFileUtils::findFiles(const std::string &dir,
                                                  const std::string &fileName,
                                                  std::vector<std::string> *unreadable,
-                                                 std::vector<std::string> *notRegular) {
+                                                 std::vector<std::string> *notRegular,
+                                                 std::size_t maxDepth) {
   std::vector<std::string> found;
   if (dir.empty())
     return found;
   // An explicit stack instead of recursion: the depth of a tree on disk is
   // not ours to bound.
-  std::vector<fs::path> pending{fs::path(dir)};
+  // Each folder with the level of its entries.
+  std::vector<std::pair<fs::path, std::size_t>> pending{{fs::path(dir), 0}};
   while (!pending.empty()) {
-    fs::path current = std::move(pending.back());
+    fs::path current = std::move(pending.back().first);
+    const std::size_t depth = pending.back().second;
     pending.pop_back();
     boost::system::error_code ec;
     fs::directory_iterator it(current, ec);
@@ -163,7 +166,8 @@ std::vector<std::string> HUTFileUtils::findFiles(const std::string &dir,
         continue;
       }
       if (fs::is_directory(own)) {
-        pending.push_back(entry);
+        if (depth < maxDepth)
+          pending.emplace_back(entry, depth + 1);
         continue;
       }
       if (entry.filename().string() != fileName)

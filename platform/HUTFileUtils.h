@@ -33,10 +33,12 @@ bool readFile(const std::string &path, std::string &out, std::string *error);
 /// \p unreadable when it is given; symbolic links to directories are not
 /// followed, so a link loop cannot trap the walk. Entries of the name that
 /// are no regular file (a pipe, a device, a dangling link) are left out, and
-/// put into \p notRegular when it is given.
+/// put into \p notRegular when it is given. Folders more than \p maxDepth
+/// levels below \p dir are not searched (its own entries are at level 0).
 std::vector<std::string> findFiles(const std::string &dir, const std::string &fileName,
                                    std::vector<std::string> *unreadable = nullptr,
-                                   std::vector<std::string> *notRegular = nullptr);
+                                   std::vector<std::string> *notRegular = nullptr,
+                                   std::size_t maxDepth = static_cast<std::size_t>(-1));
 /// The absolute path with links, "." and ".." resolved; the path as given
 /// when it cannot be resolved (for instance when it does not exist).
 std::string canonical(const std::string &path);

@@ -135,10 +135,11 @@ void loadStaticFile(const std::string &file, const std::string &dir, LoadSlot &s
   releaseFromTask(&slot);
 }
 
-/// The worker count of the load: the parameter, at least one, and no more
-/// than the machine runs at once. Asking for more gains nothing and makes
-/// the thread library complain on standard error.
-int loadConcurrency() {
+} // namespace
+
+// Asking for more than the machine runs at once gains nothing and makes the
+// thread library complain on standard error.
+int HBOBoardCReposMgr::getWorkerCount() {
   long long wanted = HPAParamMgr::getParamMgr().getValueAsInt("general.maxThreads");
   if (wanted < 1)
     return 1;
@@ -147,8 +148,6 @@ int loadConcurrency() {
     return available;
   return static_cast<int>(wanted);
 }
-
-} // namespace
 
 // ---------------------------------------------------------------- life
 
@@ -328,7 +327,7 @@ void HBOBoardCReposMgr::loadStaticDir_(const std::string &dir) {
   };
   releaseForTasks();
   {
-    tbb::task_arena arena(loadConcurrency());
+    tbb::task_arena arena(getWorkerCount());
     arena.execute([&] { tbb::parallel_for(std::size_t(0), files.size(), loadOne); });
   }
 

@@ -74,6 +74,10 @@ public:
   void resetStaticBoardParts();
   /// The installation's directories to load, in load order.
   static std::vector<std::string> getStaticBoardDirs();
+  /// The worker count of a parallel step such as the load: the parameter
+  /// general.maxThreads, at least one, and no more than the machine runs
+  /// at once.
+  static int getWorkerCount();
 
   /// Called as the files of an installation directory load: files done and
   /// files found in that directory. It runs on the load's worker threads, so

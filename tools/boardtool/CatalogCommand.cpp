@@ -9,13 +9,13 @@
 #include "HBOCommon.h"
 #include "HBOPartCReposMgr.h"
 #include "HPAParamMgr.h"
+#include "HUTFile.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <mutex>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace boardtool {
@@ -80,18 +80,13 @@ LoadedCatalog::~LoadedCatalog() {
 }
 
 namespace {
-bool isDirectory(const std::string &path) {
-  struct stat st;
-  return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
 // A data directory that cannot be one is most likely a typing mistake or the
 // wrong level of a tree: say so, with the layout the load looks for.
 void warnAboutDataDir(const std::string &dir) {
-  if (!isDirectory(dir)) {
+  if (!HUTFile::isDirectory(dir)) {
     std::cerr << "boardtool: warning: data directory '" << dir << "' does not exist\n";
-  } else if (!isDirectory(dir + "/boards/board_files") &&
-             !isDirectory(dir + "/boards/board_parts")) {
+  } else if (!HUTFile::isDirectory(dir + "/boards/board_files") &&
+             !HUTFile::isDirectory(dir + "/boards/board_parts")) {
     std::cerr
         << "boardtool: warning: data directory '" << dir
         << "' holds no board files: a data directory keeps them as"

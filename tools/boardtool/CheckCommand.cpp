@@ -3,6 +3,7 @@
 #include "ComMsgMgr.h"
 #include "Commands.h"
 #include "HBOBoard.h"
+#include "HBOBoardCReposMgr.h"
 #include "HBOBoardParser.h"
 #include "HBOBoardUtils.h"
 #include "HBODtdValidator.h"
@@ -10,15 +11,12 @@
 #include "HBOPartParser.h"
 #include "HBOXMLFile.h"
 #include "HEXError.h"
-#include "HPAParamMgr.h"
 #include "HUTFile.h"
-
-#include <boost/filesystem.hpp>
+#include "HUTFileUtils.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cctype>
-
 #include <condition_variable>
 #include <iostream>
 #include <memory>
@@ -57,7 +55,7 @@ const char kNotes[] = "Exit status: 0 every file passed, 1 some file failed, 2 b
 
 // Folders deeper than this below a directory given are not searched for
 // boards: an installation is four levels deep.
-constexpr int kMaxSearchDepth = 16;
+constexpr std::size_t kMaxSearchDepth = 16;
 
 const char *plural(unsigned n, const char *word) {
   static thread_local std::string text;
@@ -103,27 +101,6 @@ bool checkLegacy(const std::string &path, const std::string &schemaDir) {
     ok = false;
   }
   return ok;
-}
-
-// The board files under \p dir, in name order. Folders are not followed
-// through links, nor below kMaxSearchDepth, and one that cannot be read is
-// passed over.
-std::vector<std::string> boardFilesUnder(const std::string &dir) {
-  namespace fs = boost::filesystem;
-  std::vector<std::string> files;
-  boost::system::error_code ec;
-  fs::recursive_directory_iterator it(dir, fs::directory_options::skip_permission_denied, ec);
-  for (fs::recursive_directory_iterator end; !ec && it != end; it.increment(ec)) {
-    if (it.depth() >= kMaxSearchDepth)
-      it.disable_recursion_pending();
-    boost::system::error_code statusError;
-    // A link to a board file counts, as in the catalog's scan; links to
-    // folders are not followed.
-    if (it->path().filename() == "board.xml" && fs::is_regular_file(it->status(statusError)))
-      files.push_back(it->path().string());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
 }
 
 // Whether \p text is a version number: digits, in groups parted by dots.
@@ -209,16 +186,15 @@ bool checkFile(const std::string &path, const std::string &schemaDir) {
   return parser.parseFile(path, board.get(), true, schemaDir, nullptr);
 }
 
-// How many files are checked at once: general.maxThreads, no more than the
-// files, and one while debug output is on, which would otherwise mix.
+// How many files are checked at once: as many workers as the load of the
+// catalog takes, no more than the files, and one while debug output is on,
+// which would otherwise mix.
 unsigned workerCount(std::size_t files) {
-  long long wanted = HPAParamMgr::getParamMgr().getValueAsInt("general.maxThreads");
-  if (wanted < 1 || ComMsgMgr::hasScope("board.parse"))
+  if (ComMsgMgr::hasScope("board.parse"))
     return 1;
-  const unsigned available = std::max(1u, std::thread::hardware_concurrency());
   return static_cast<unsigned>(
-      std::min<long long>({wanted, static_cast<long long>(available),
-                           static_cast<long long>(std::max<std::size_t>(files, 1))}));
+      std::min<std::size_t>(static_cast<std::size_t>(HBOBoardCReposMgr::getWorkerCount()),
+                            std::max<std::size_t>(files, 1)));
 }
 
 int run(const Arguments &args) {
@@ -231,11 +207,15 @@ int run(const Arguments &args) {
   std::vector<std::string> files;
   for (const std::string &operand : args.operands) {
     std::string path = absolutePath(operand);
-    if (!boost::filesystem::is_directory(path)) {
+    if (!HUTFile::isDirectory(path)) {
       files.push_back(path);
       continue;
     }
-    std::vector<std::string> found = boardFilesUnder(path);
+    // As the catalog's scan finds them: links to board files count, links
+    // to folders are not followed, a folder that cannot be read is passed
+    // over.
+    std::vector<std::string> found =
+        HUTFileUtils::findFiles(path, "board.xml", nullptr, nullptr, kMaxSearchDepth);
     if (found.empty())
       // Told as a file that does not exist would be: the board is missing.
       files.push_back(path + "/board.xml");
