@@ -69,29 +69,22 @@ private:
     return false;
   }
 
-  std::unique_ptr<Node> parseOr() {
-    auto first = parseAnd();
-    if (!take("||"))
-      return first;
-    auto node = std::make_unique<Node>();
-    node->kind = Node::Or;
-    node->terms.push_back(std::move(first));
-    do
-      node->terms.push_back(parseAnd());
-    while (take("||"));
-    return node;
-  }
+  std::unique_ptr<Node> parseOr() { return parseChain(Node::Or, "||", &Parser::parseAnd); }
+  std::unique_ptr<Node> parseAnd() { return parseChain(Node::And, "&&", &Parser::parseUnary); }
 
-  std::unique_ptr<Node> parseAnd() {
-    auto first = parseUnary();
-    if (!take("&&"))
+  // Terms parsed by \p term and joined by \p op: one node of \p kind for
+  // all of them, or the term itself when it stands alone.
+  std::unique_ptr<Node> parseChain(Node::Kind kind, const char *op,
+                                   std::unique_ptr<Node> (Parser::*term)()) {
+    auto first = (this->*term)();
+    if (!take(op))
       return first;
     auto node = std::make_unique<Node>();
-    node->kind = Node::And;
+    node->kind = kind;
     node->terms.push_back(std::move(first));
     do
-      node->terms.push_back(parseUnary());
-    while (take("&&"));
+      node->terms.push_back((this->*term)());
+    while (take(op));
     return node;
   }
 
