@@ -166,16 +166,24 @@ int HBOParseContext::convert2NonNegativeInteger(const char *value, const std::st
 
 int HBOParseContext::convertInteger(std::string_view value, const std::string &what) const {
   int number = 0;
-  switch (HUTConvert::parseInteger(value, number, HUTConvert::IntegerForm::Prefix)) {
+  const std::string problem = readInteger(value, what, number);
+  if (!problem.empty())
+    raiseFinding_(problem);
+  return number;
+}
+
+std::string HBOParseContext::readInteger(std::string_view value, const std::string &what,
+                                         int &out) {
+  switch (HUTConvert::parseInteger(value, out, HUTConvert::IntegerForm::Prefix)) {
   case HUTConvert::IntegerResult::Ok:
-    return number;
+    return std::string();
   case HUTConvert::IntegerResult::OutOfRange:
-    raiseOutOfRange_(value, what, INT_MIN);
+    return outOfRangeText(what, value, INT_MIN, INT_MAX);
   case HUTConvert::IntegerResult::NotANumber:
     break;
   }
-  raiseFinding_(what + " value \"" + HUTConvert::quoteValue(value) +
-                "\" is not valid, must be an integer.");
+  return what + " value \"" + HUTConvert::quoteValue(value) +
+         "\" is not valid, must be an integer.";
 }
 
 void HBOParseContext::raiseFinding_(const std::string &text) const {

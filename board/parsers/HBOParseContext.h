@@ -113,6 +113,9 @@ public:
   /// or a number that an int cannot hold, raises the finding "@49-69@%s%s"
   /// naming \p what and the value.
   int convertInteger(std::string_view value, const std::string &what) const;
+  /// The reading of convertInteger without the raise: sets \p out and gives
+  /// an empty text, or gives the text of the finding.
+  static std::string readInteger(std::string_view value, const std::string &what, int &out);
   /// The text of the finding of a number outside [\p lowest, \p highest],
   /// naming the attribute \p what and the value.
   static std::string outOfRangeText(const std::string &what, std::string_view value,

@@ -16,7 +16,6 @@
 #include "HBOXMLFile.h"
 #include "HBOXercesSupport.h"
 #include "HEXError.h"
-#include "HUTConvert.h"
 #include "HUTEnv.h"
 #include "HUTFile.h"
 
@@ -34,7 +33,6 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -314,18 +312,9 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
   // but text without a number, or a number that an int cannot hold, is
   // refused: it would stand for 0 or for a cut value unseen.
   auto readNumber = [this](std::string_view text, const std::string &what, int &out) {
-    std::string problem;
-    switch (HUTConvert::parseInteger(text, out, HUTConvert::IntegerForm::Prefix)) {
-    case HUTConvert::IntegerResult::Ok:
+    const std::string problem = HBOParseContext::readInteger(text, what, out);
+    if (problem.empty())
       return true;
-    case HUTConvert::IntegerResult::OutOfRange:
-      problem = HBOParseContext::outOfRangeText(what, text, INT_MIN, INT_MAX);
-      break;
-    case HUTConvert::IntegerResult::NotANumber:
-      problem = what + " value \"" + HUTConvert::quoteValue(text) +
-                "\" is not valid, must be an integer.";
-      break;
-    }
     ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(), problem);
     return false;
   };
