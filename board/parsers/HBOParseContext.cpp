@@ -3,7 +3,6 @@
 #include "HBOBoard.h"
 #include "HBOBoardUtils.h"
 #include "HEXError.h"
-#include "HSTStringUtils.h"
 #include "HUTConvert.h"
 #include "HUTFile.h"
 #include "HXMLWInterface.h"
@@ -304,7 +303,7 @@ HXMLWElement HBOParseContext::findNamed(const char *tag, const std::string &name
   while (!pending.empty()) {
     HXMLWElement element = pending.back();
     pending.pop_back();
-    if (HSTStringUtils::iequals(element.getTag(), tag) && element.getAttributeView("name") == name)
+    if (sameIgnoringCase(element.getTagView(), tag) && element.getAttributeView("name") == name)
       return element;
     const std::size_t first = pending.size();
     for (HXMLWElement child : element.children())
