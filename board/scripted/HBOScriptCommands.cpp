@@ -22,8 +22,9 @@
 #include "HPAParamMgr.h"
 #include "HSTStringUtils.h"
 
+#include <boost/regex.hpp>
+
 #include <algorithm>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -210,13 +211,18 @@ std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command,
   std::vector<tclany> result;
   const bool partsOnly = command == "get_board_parts" || command == "get_board_part_interfaces" ||
                          command == "get_board_part_pins";
-  std::vector<std::regex> regexes;
+  // Boost's matcher keeps its backtracking on the heap and gives up with an
+  // exception where the standard one recurses once per character and runs
+  // off the stack on a long name; its parser likewise refuses a pattern
+  // nested too deep instead of recursing into it.
+  std::vector<boost::regex> regexes;
   if (options.regexp) {
     for (const std::string &pattern : options.patterns) {
       try {
-        regexes.emplace_back(pattern, options.nocase ? std::regex::icase | std::regex::ECMAScript
-                                                     : std::regex::ECMAScript);
-      } catch (const std::regex_error &e) {
+        regexes.emplace_back(pattern, options.nocase
+                                          ? boost::regex::ECMAScript | boost::regex::icase
+                                          : boost::regex::ECMAScript);
+      } catch (const std::exception &e) {
         throw Error(command + ": bad regular expression '" + pattern + "': " + e.what());
       }
     }
@@ -234,8 +240,15 @@ std::vector<tclany> HBOScriptCommands::getObjects(const std::string &command,
       std::string name = HCPProperty::getObjectName(object);
       bool match = false;
       if (options.regexp) {
-        for (const std::regex &re : regexes)
-          match = match || std::regex_match(name, re);
+        for (std::size_t i = 0; i < regexes.size() && !match; ++i) {
+          try {
+            match = boost::regex_match(name, regexes[i]);
+          } catch (const std::exception &e) {
+            throw Error(command + ": the regular expression '" + options.patterns[i] +
+                        "' cannot be matched against the name of " + std::to_string(name.size()) +
+                        " characters: " + e.what());
+          }
+        }
       } else {
         for (const std::string &pattern : options.patterns)
           match = match || HBOScriptFilter::globMatch(pattern, name, options.nocase);

@@ -77,6 +77,17 @@ TEST_F(ScriptCommands, BoardsComeInNameOrderAndPatternsSelectThem) {
   EXPECT_EQ(2u, get("get_boards", options).size());
   options.patterns = {"(unclosed"};
   EXPECT_THROW(get("get_boards", options), HCPProperty::Error);
+  // A pattern that would backtrack for ages, or one nested past what a
+  // pattern needs, is an error that names it, not a hang or a crash.
+  for (const std::string &pattern : {std::string("(.*.*)*X"), std::string(20000, '(') + "a"}) {
+    options.patterns = {pattern};
+    try {
+      get("get_boards", options);
+      ADD_FAILURE() << "no error for " << pattern.substr(0, 20);
+    } catch (const HCPProperty::Error &e) {
+      EXPECT_NE(std::string::npos, std::string(e.what()).find("regular expression")) << e.what();
+    }
+  }
 }
 
 TEST_F(ScriptCommands, OfObjectsWalksDownAndBackUp) {
