@@ -2,7 +2,13 @@
 
 #include "ComMsgMgr.h"
 #include "HBOBoard.h"
+#include "HBOBoardComponent.h"
 #include "HBOBoardParser.h"
+#include "HBODtdValidator.h"
+#include "HBOParseContext.h"
+#include "HBOPinFileReader.h"
+#include "HBOPinProps.h"
+#include "HBOPresetReader.h"
 #include "HEXError.h"
 
 #include <cstdio>
@@ -90,6 +96,63 @@ void readBoardWith(const std::string &name, const uint8_t *data, size_t size) {
     } catch (const HEXError &) {
     }
   }
+}
+
+namespace {
+
+// Runs \p read twice over the input written as \p name, as the board parser
+// would: with a board of the scratch folder to read for, the messages it
+// queues told at the end, and what the parser catches caught.
+template <typename Read>
+void readAlone(const char *name, const uint8_t *data, size_t size, Read read) {
+  silenceMessages();
+  writeInput(name, data, size);
+  for (bool validate : {false, true}) {
+    HBOBoard board;
+    board.setBoardFile(scratchDir() + "/board.xml");
+    HBOParseContext ctx;
+    ctx.reset(validate, std::string(), nullptr);
+    ctx.board = &board;
+    HBODtdValidator dtd(ctx);
+    try {
+      read(ctx, dtd, board, name);
+      ctx.iterateMessages(true);
+      if (!validate)
+        board.display(0);
+    } catch (const HEXError &) {
+    } catch (const std::exception &) {
+    } catch (const std::string &) {
+    }
+  }
+}
+
+} // namespace
+
+void readPinFileAlone(const uint8_t *data, size_t size) {
+  readAlone("part0_pins.xml", data, size,
+            [](HBOParseContext &ctx, HBODtdValidator &dtd, HBOBoard &board, const char *name) {
+              auto *component = new HBOBoardComponent();
+              component->setName("part0");
+              component->setType("fpga");
+              board.addBoardComponent(component);
+              component->setBoard(&board);
+              board.setActivePart(component);
+              std::vector<HBOPinProps *> pins;
+              std::vector<HBODesignConstr> constrs;
+              HBOPinFileReader(ctx, dtd).parsePinFile(name, *component, pins, constrs);
+              component->setDesignConstrs(constrs);
+              component->addPins(pins);
+              for (HBOPinProps *pin : pins)
+                pin->setOwner(component);
+            });
+}
+
+void readPresetFileAlone(const uint8_t *data, size_t size) {
+  readAlone("preset.xml", data, size,
+            [](HBOParseContext &ctx, HBODtdValidator &dtd, HBOBoard &, const char *name) {
+              std::map<std::string, HBOIpPreset *> scratch;
+              HBOPresetReader(ctx, dtd).parsePresetFile(name, scratch);
+            });
 }
 
 void restoreFixed(const std::string &name) { scratch().copyFixed(name); }

@@ -29,6 +29,15 @@ std::string writeInput(const std::string &name, const uint8_t *data, size_t size
 /// `boardtool read` does) and held to the DTDs (as `boardtool check` does).
 void readBoardWith(const std::string &name, const uint8_t *data, size_t size);
 
+/// Reads the input as the pin file of a board's FPGA, without the rest of
+/// the board: leniently and held to its DTD, as the two reads of the board
+/// reach it. The board's own file and its DTD would cost five times the
+/// pin file, for nothing that depends on the input.
+void readPinFileAlone(const uint8_t *data, size_t size);
+
+/// The same for the preset file, as the board's header names it.
+void readPresetFileAlone(const uint8_t *data, size_t size);
+
 /// Restores \p name in the scratch folder to the sample board's copy.
 void restoreFixed(const std::string &name);
 

@@ -1,8 +1,8 @@
-// The preset reader: the input is preset.xml of the sample board, read with
-// the board that names it, leniently and held to the DTDs.
+// The preset reader: the input is the preset file of a board, read leniently
+// and held to its DTD.
 #include "FuzzSupport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  fuzz::readBoardWith("preset.xml", data, size);
+  fuzz::readPresetFileAlone(data, size);
   return 0;
 }
