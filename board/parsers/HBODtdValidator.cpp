@@ -13,6 +13,7 @@
 #include "KqStream.h"
 
 #include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -24,15 +25,19 @@
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/common/Grammar.hpp>
 
 #include <boost/filesystem.hpp>
 
 #include <cctype>
+#include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -507,6 +512,90 @@ void sendFinding(const std::string &file, unsigned severity, const char *key, co
   ComMsgMgr::sendMessage(msg);
 }
 
+// Our DTDs, each parsed once and then shared by the validations of every file
+// that names no DTD of its own and needs no declarations of its own, which is
+// nearly every file: parsing the board DTD and building its content models
+// costs more than validating a small board. A pool that is locked is
+// read-only, which is what lets the workers of a check share it. A DTD is
+// known by its path, its size and its time, so that one edited while a
+// session runs is read again; one that does not load cleanly is not cached,
+// and each validation reads it and tells what is wrong with it.
+class OurGrammars {
+public:
+  static xercesc::XMLGrammarPool *get(const std::string &path) {
+    // The standard library's clock of the file, which keeps the file
+    // system's fractions of a second.
+    std::error_code ec;
+    const auto size = std::filesystem::file_size(path, ec);
+    if (ec)
+      return nullptr;
+    const auto time = std::filesystem::last_write_time(path, ec);
+    if (ec)
+      return nullptr;
+    static std::mutex mutex;
+    static std::map<std::string, Entry> entries;
+    std::lock_guard<std::mutex> lock(mutex);
+    Entry &entry = entries[path];
+    if (!entry.pool || entry.size != size || entry.time != time) {
+      // A pool still in use by another worker's parse must outlive it: the
+      // ones replaced are kept until the process ends.
+      if (entry.pool)
+        retired().push_back(std::move(entry.pool));
+      entry.size = size;
+      entry.time = time;
+      entry.pool = load_(path);
+    }
+    return entry.pool.get();
+  }
+
+private:
+  struct Entry {
+    std::unique_ptr<xercesc::XMLGrammarPool> pool;
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type time;
+  };
+
+  static std::vector<std::unique_ptr<xercesc::XMLGrammarPool>> &retired() {
+    static std::vector<std::unique_ptr<xercesc::XMLGrammarPool>> pools;
+    return pools;
+  }
+
+  // Counts what the load of a DTD finds wrong with it.
+  class LoadErrors : public xercesc::DefaultHandler {
+  public:
+    void warning(const xercesc::SAXParseException &) override {}
+    void error(const xercesc::SAXParseException &) override { ++m_count; }
+    void fatalError(const xercesc::SAXParseException &) override { ++m_count; }
+    unsigned count() const { return m_count; }
+
+  private:
+    unsigned m_count = 0;
+  };
+
+  static std::unique_ptr<xercesc::XMLGrammarPool> load_(const std::string &path) {
+    std::unique_ptr<xercesc::XMLGrammarPool> pool(
+        new xercesc::XMLGrammarPoolImpl(xercesc::XMLPlatformUtils::fgMemoryManager));
+    try {
+      xercesc::SecurityManager security;
+      LoadErrors errors;
+      std::unique_ptr<xercesc::SAX2XMLReader> loader(xercesc::XMLReaderFactory::createXMLReader(
+          xercesc::XMLPlatformUtils::fgMemoryManager, pool.get()));
+      HBOXercesSupport::secure(*loader, security, errors);
+      std::unique_ptr<xercesc::InputSource> source(HBOXercesSupport::openFile(path));
+      if (!source)
+        return nullptr;
+      [[maybe_unused]] HBOXercesSupport::LeakScope unchecked;
+      if (!loader->loadGrammar(*source, xercesc::Grammar::DTDGrammarType, true) ||
+          errors.count() != 0)
+        return nullptr;
+    } catch (...) {
+      return nullptr;
+    }
+    pool->lockPool();
+    return pool;
+  }
+};
+
 // The path inside a DOCTYPE built by createDoctypeString.
 std::string dtdPathOf(const std::string &doctype) {
   static const std::string system = " SYSTEM \"";
@@ -550,7 +639,8 @@ std::string HBODtdValidator::createDoctypeString(const std::string &type) {
 
 bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::string &type,
                                        std::string &buffer, std::string &ourDoctype,
-                                       bool &hasDoctype, bool &hasRoot, bool &converted) {
+                                       bool &hasDoctype, bool &hasRoot, bool &converted,
+                                       bool &declared) {
   // A file that cannot be read at all (no regular file, too large, a packed
   // body that is damaged) is told here, with the reason that a read gives;
   // the readers would only tell it again. One that does not exist reads as
@@ -624,9 +714,10 @@ bool HBODtdValidator::readWithDoctype_(const std::string &fileName, const std::s
   if (!buffer.empty() && buffer.back() != '\n')
     buffer += '\n';
   std::string declarations = openDeclarations(type, buffer);
+  declared = (hasRoot || hasDoctype) && !declarations.empty();
   if (hasRoot)
     buffer.insert(doctypeAt, ourDoctype);
-  if ((hasRoot || hasDoctype) && !declarations.empty())
+  if (declared)
     insertDeclarations(buffer, doctypeAt, declarations);
   return true;
 }
@@ -638,9 +729,11 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
   bool hasDoctype = false;
   bool hasRoot = false;
   bool converted = false;
+  bool declared = false;
   if (readable)
     *readable = false;
-  if (!readWithDoctype_(fileName, type, buffer, ourDoctype, hasDoctype, hasRoot, converted))
+  if (!readWithDoctype_(fileName, type, buffer, ourDoctype, hasDoctype, hasRoot, converted,
+                        declared))
     return false;
 
   if (hasDoctype && !m_ctx.schemaDir.empty()) {
@@ -672,8 +765,18 @@ bool HBODtdValidator::isValidXML(const std::string &fileName, const std::string 
     xercesc::SecurityManager security;
     EntityGuard guard(handler, dtdPathOf(ourDoctype), HUTFile::parentPath(fileName), schemaDirs);
 
-    std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
+    // Only the DOCTYPE that we put in front, with no declarations beside it,
+    // can take the shared DTD: a file's own may name another or add to it.
+    xercesc::XMLGrammarPool *pool = nullptr;
+    if (hasRoot && !hasDoctype && !declared)
+      pool = OurGrammars::get(dtdPathOf(ourDoctype));
+    std::unique_ptr<xercesc::SAX2XMLReader> reader(
+        pool ? xercesc::XMLReaderFactory::createXMLReader(
+                   xercesc::XMLPlatformUtils::fgMemoryManager, pool)
+             : xercesc::XMLReaderFactory::createXMLReader());
     reader->setFeature(xercesc::XMLUni::fgSAX2CoreValidation, true);
+    if (pool)
+      reader->setFeature(xercesc::XMLUni::fgXercesUseCachedGrammarInParse, true);
     // What the guard refuses stays unread; board files have no namespaces
     // and no schema hints to follow.
     HBOXercesSupport::secure(*reader, security, handler);

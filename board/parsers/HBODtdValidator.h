@@ -23,9 +23,11 @@ private:
   /// The file's text (decoded when packed, in UTF-8 with \p converted when
   /// it was not), with our DOCTYPE put before its root element when it
   /// has none of its own, and the I/O bank attributes of its pins declared
-  /// in whichever DOCTYPE it has; false when ours cannot be made.
+  /// in whichever DOCTYPE it has (\p declared); false when ours cannot be
+  /// made.
   bool readWithDoctype_(const std::string &fileName, const std::string &type, std::string &buffer,
-                        std::string &ourDoctype, bool &hasDoctype, bool &hasRoot, bool &converted);
+                        std::string &ourDoctype, bool &hasDoctype, bool &hasRoot, bool &converted,
+                        bool &declared);
 
   HBOParseContext &m_ctx;
 };

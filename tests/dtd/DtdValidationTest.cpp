@@ -156,6 +156,36 @@ TEST(DtdSchemaDir, MissingDtdsAreTold) {
   }
 }
 
+// A DTD is parsed once for all the files that use it, and again when it
+// changes: someone who edits the DTD they check against in a long session
+// gets the verdicts of the DTD as it is. One that does not parse fails
+// every file held to it, not only the first.
+TEST(DtdSchemaDir, AnEditedDtdIsReadAgain) {
+  ScratchDir dir;
+  const std::string head = "<!ELEMENT board ANY>\n<!ATTLIST board schema_version CDATA #IMPLIED"
+                           " vendor CDATA #IMPLIED name CDATA #IMPLIED>\n"
+                           "<!ELEMENT file_version (#PCDATA)>\n";
+  std::string file = dir.write("sub/board.xml", boardText("  <extra/>\n"));
+  dir.write("board.dtd", head + "<!ELEMENT extra EMPTY>\n");
+  for (int round = 0; round < 2; ++round) {
+    MessageRecorder msgs;
+    EXPECT_TRUE(validateRead(file, dir.path()));
+    EXPECT_EQ(0u, findingCount(msgs));
+  }
+  // Another size, so that a coarse clock of the file system cannot hide it.
+  dir.write("board.dtd", head + "<!-- the element extra is gone -->\n");
+  {
+    MessageRecorder msgs;
+    EXPECT_FALSE(validateRead(file, dir.path()));
+    EXPECT_EQ((std::vector<std::string>{"4"}), findingLines(msgs));
+  }
+  dir.write("board.dtd", head + "<!ELEMENT extra (\n");
+  for (int round = 0; round < 2; ++round) {
+    MessageRecorder msgs;
+    EXPECT_FALSE(validateRead(file, dir.path())) << "round " << round;
+  }
+}
+
 TEST(DtdBoards, EveryGoodTestBoardValidates) {
   // Written with tags in other cases, or with tags that the readers pass
   // over, on purpose: the readers take them and the DTD does not; and the
