@@ -15,7 +15,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <mutex>
 #include <unistd.h>
 
 namespace boardtool {
@@ -39,7 +38,9 @@ bool LoadOptions::take(const Arguments &args, std::string &error) {
 }
 
 namespace {
-void drawProgress(std::size_t done, std::size_t total);
+void drawLoadProgress(std::size_t done, std::size_t total) {
+  drawProgress("Loading boards", done, total);
+}
 } // namespace
 
 LoadedCatalog::LoadedCatalog(const Command &command, bool progress) {
@@ -48,7 +49,7 @@ LoadedCatalog::LoadedCatalog(const Command &command, bool progress) {
   const bool bar = progress && isatty(2);
   if (bar) {
     std::cerr << "Loading boards..." << std::flush;
-    HBOBoardCReposMgr::setLoadProgress(drawProgress);
+    HBOBoardCReposMgr::setLoadProgress(drawLoadProgress);
   }
   try {
     m_manager.reset(new HBOBoardCDataManager());
@@ -114,23 +115,6 @@ void LoadOptions::apply() const {
 }
 
 namespace {
-
-// Draws "Loading boards [=====     ] 120/1000" on standard error; called from
-// the load's workers, so it takes a lock, and it redraws only when the bar
-// moves, so that a large installation is not slowed by its own display.
-void drawProgress(std::size_t done, std::size_t total) {
-  static std::mutex mutex;
-  static std::size_t lastCells = static_cast<std::size_t>(-1), lastTotal = 0;
-  const std::size_t width = 30;
-  std::size_t cells = total ? done * width / total : width;
-  std::lock_guard<std::mutex> lock(mutex);
-  if (cells == lastCells && total == lastTotal && done != total)
-    return;
-  lastCells = cells;
-  lastTotal = total;
-  std::cerr << "\rLoading boards [" << std::string(cells, '=') << std::string(width - cells, ' ')
-            << "] " << done << "/" << total << std::flush;
-}
 
 const char kAbout[] =
     "Loads the installed boards (the embedded data directory, or each --data-dir in\n"

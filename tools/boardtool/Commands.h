@@ -21,6 +21,7 @@ extern const Command shellCommand;
 extern const Command tclCommand;
 extern const Command fitCommand;
 extern const Command composeCommand;
+extern const Command siteCommand;
 
 /// Writes \p board as 'boardtool dump --json' does (\p all: with the hidden
 /// properties); a failure is told as "boardtool COMMAND: ...".

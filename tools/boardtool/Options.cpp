@@ -20,10 +20,10 @@ constexpr unsigned InOperands = 1u << 2;
 /// An empty value is a value (an empty script), not a missing one.
 constexpr unsigned MayBeEmpty = 1u << 3;
 
-constexpr unsigned loading =
-    cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl | cmd::fit | cmd::compose;
+constexpr unsigned loading = cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl |
+                             cmd::fit | cmd::compose | cmd::site;
 constexpr unsigned reporting = cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump |
-                               cmd::fit | cmd::compose | cmd::migrate;
+                               cmd::fit | cmd::compose | cmd::migrate | cmd::site;
 constexpr unsigned allButParams = reporting | cmd::shell | cmd::tcl;
 
 } // namespace

@@ -28,6 +28,7 @@ constexpr unsigned tcl = 1u << 7;
 constexpr unsigned compose = 1u << 8;
 constexpr unsigned fit = 1u << 9;
 constexpr unsigned migrate = 1u << 10;
+constexpr unsigned site = 1u << 11;
 } // namespace cmd
 
 struct Option;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iostream>
 #include <limits>
+#include <mutex>
 
 namespace boardtool {
 
@@ -151,6 +152,25 @@ int usageError(const Command &command, const std::string &text) {
             << "usage: " << usageLine(command) << "\n"
             << "Run 'boardtool " << command.name << " --help' for details.\n";
   return Usage;
+}
+
+// Redraws only when the bar moves, so that a large installation is not
+// slowed by its own display; the load calls it from its workers, hence the
+// lock.
+void drawProgress(const char *label, std::size_t done, std::size_t total) {
+  static std::mutex mutex;
+  static std::size_t lastCells = static_cast<std::size_t>(-1), lastTotal = 0;
+  static const char *lastLabel = nullptr;
+  const std::size_t width = 30;
+  std::size_t cells = total ? done * width / total : width;
+  std::lock_guard<std::mutex> lock(mutex);
+  if (cells == lastCells && total == lastTotal && label == lastLabel && done != total)
+    return;
+  lastCells = cells;
+  lastTotal = total;
+  lastLabel = label;
+  std::cerr << "\r" << label << " [" << std::string(cells, '=') << std::string(width - cells, ' ')
+            << "] " << done << "/" << total << std::flush;
 }
 
 } // namespace boardtool

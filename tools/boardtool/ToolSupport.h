@@ -5,6 +5,7 @@
 
 #include "ComMsgMgr.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -79,6 +80,10 @@ std::string jsonString(const std::string &text);
 /// Makes a path absolute against the working directory, so that files
 /// beside it are found whatever directory the library resolves them from.
 std::string absolutePath(const std::string &path);
+
+/// Draws "LABEL [=====     ] 120/1000" over the line on standard error; for
+/// a terminal only, which the caller checks.
+void drawProgress(const char *label, std::size_t done, std::size_t total);
 
 /// Prints "boardtool <command>: <text>" and the usage hint to stderr;
 /// returns Usage.

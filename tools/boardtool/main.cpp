@@ -16,7 +16,7 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::readCommand,    &boardtool::checkCommand,   &boardtool::paramsCommand,
     &boardtool::catalogCommand, &boardtool::showCommand,    &boardtool::dumpCommand,
     &boardtool::shellCommand,   &boardtool::tclCommand,     &boardtool::fitCommand,
-    &boardtool::composeCommand, &boardtool::migrateCommand,
+    &boardtool::composeCommand, &boardtool::migrateCommand, &boardtool::siteCommand,
 };
 
 void printHelp(std::ostream &out) {
