@@ -14,6 +14,7 @@ PACKAGES=(
   libxerces-c-dev libpugixml-dev libtbb-dev
   tcl8.6 tcl8.6-dev python3 python3-dev zlib1g-dev
   clang libclang-rt-14-dev
+  chromium chromium-driver
 )
 
 cannot_install() {

@@ -37,5 +37,7 @@ expect "board.enableSchemaV2=" "catalog --param board.enableSch"
 expect "kite:1.0 kite:1.10 kite:1.2" "show --data-dir $data/catalog_install kestrel-boards:ki"
 expect "1.0 1.10 1.2" "show --data-dir $data/catalog_install kestrel-boards:kite:"
 expect "$data/catalog_install" "catalog --data-dir $data/catalog_ins"
+# site writes into a folder: the folders only, not the README beside them.
+expect "$data/site_install" "site $data/site_i"
 [ $failures -eq 0 ] && echo "all completions as expected"
 exit $failures

@@ -316,10 +316,9 @@ std::string powerTable(const HBOBoard &board) {
                            : std::string());
     }
     out += "<tr>" + td(rail.getName(), "mono") + "<td class=\"num\">" +
-           (rail.getNumPhases() > 0 ? std::to_string(rail.getNumPhases()) : orDash("")) +
-           "</td>" + td(rail.isDirect() ? "yes" : "no") +
-           td(orDash(joined(rail.getSupplyNames())), "mono") + td(orDash(rails), "mono") +
-           "</tr>\n";
+           (rail.getNumPhases() > 0 ? std::to_string(rail.getNumPhases()) : orDash("")) + "</td>" +
+           td(rail.isDirect() ? "yes" : "no") + td(orDash(joined(rail.getSupplyNames())), "mono") +
+           td(orDash(rails), "mono") + "</tr>\n";
   }
   return out + "</tbody>\n</table>\n</section>\n";
 }

@@ -1,7 +1,8 @@
 # bash completion of boardtool: commands, each command's options, parameter
 # names after --param, folders after --data-dir, --repo and --schema-dir,
 # board names where a command takes one (from the catalog that the options
-# on the line select), and files elsewhere. Everything is asked of boardtool
+# on the line select), folders for the folder that site writes, and files
+# elsewhere. Everything is asked of boardtool
 # itself, so that the completion follows the program it completes.
 _boardtool() {
   local cur=${COMP_WORDS[COMP_CWORD]}
@@ -69,6 +70,10 @@ _boardtool() {
         compopt -o filenames 2>/dev/null
         mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "$cur")
       fi
+      ;;
+    site)
+      compopt -o filenames 2>/dev/null
+      mapfile -t COMPREPLY < <(compgen -d -- "$cur")
       ;;
     *)
       compopt -o filenames 2>/dev/null
