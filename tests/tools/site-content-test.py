@@ -116,7 +116,7 @@ check("<script>alert(4)</script>" in by_h1, "the card's display name is not show
 check('Carrier "><img src=x onerror=alert(1)>' in by_h1, "the carrier's name is not shown as text")
 
 # The user carrier and the installed one it hides link to each other; the
-# carrier's PMOD links to the card that fits it.
+# carrier's PMOD links to the card that fits it, and the card back to it.
 user = by_h1.get("Carrier, user copy", [None])[0]
 installed = by_h1.get('Carrier "><img src=x onerror=alert(1)>', [None])[0]
 card = by_h1.get("<script>alert(4)</script>", [None])[0]
@@ -124,6 +124,7 @@ if user and installed and card:
     check(os.path.basename(installed) in pages[user].links(), "user board: no link to the hidden one")
     check(os.path.basename(user) in pages[installed].links(), "hidden board: no link to the user one")
     check(os.path.basename(card) in pages[user].links(), "user carrier: no link to the fitting card")
+    check(os.path.basename(user) in pages[card].links(), "card: no link to the carrier it fits")
 
 for failure in failures:
     print("FAILED:", failure)

@@ -129,7 +129,7 @@ std::string componentTable(const HBOBoard &board) {
          "<th>Part</th><th class=\"num\">Pins</th><th>Description</th></tr></thead>\n<tbody>\n";
   for (const HBOBoardComponent *c : list)
     out += "<tr>" + td(c->getComponentName(), "mono") + td(c->getDisplayName()) + td(c->getType()) +
-           td(c->getSubType()) + td(c->getPartName(), "mono") + "<td class=\"num\">" +
+           td(c->getSubType()) + td(c->getPartName(), "mono nowrap") + "<td class=\"num\">" +
            std::to_string(c->getPins().size()) + "</td>" + td(c->getDescription()) + "</tr>\n";
   return out + "</tbody>\n</table>\n</section>\n";
 }
@@ -177,7 +177,8 @@ std::string interfaceBlock(const HBOBusIf &intf, const HBOBoardComponent &owner)
   out += "</summary>\n";
   if (intf.getPortMaps().empty())
     return out + "<p class=\"empty\">No ports.</p>\n</details>\n";
-  out += "<table>\n<thead><tr><th>Port</th><th>Direction</th><th class=\"num\">Width</th>"
+  out += "<table class=\"ports\">\n<thead><tr><th>Port</th><th>Direction</th><th "
+         "class=\"num\">Width</th>"
          "<th>Pins</th></tr></thead>\n<tbody>\n";
   for (const auto &entry : intf.getPortMaps()) {
     const HBOModelPort *port = entry.second;
@@ -258,8 +259,19 @@ std::string connectorList(const SiteEntry &entry, const SitePageNames &pages) {
     out += "<h3><span class=\"mono\">" + H::escape(connector->getComponentName()) +
            "</span> <span class=\"muted\">" + H::escape(connector->getSubType()) + "</span></h3>\n";
     if (!board.isReferenceBoard()) {
-      out += "<p class=\"muted\">A connector of a daughter board; the reference boards list "
-             "what fits theirs.</p>\n";
+      std::string rows;
+      for (const SiteFit &fit : entry.fits)
+        if (fit.connector == connector->getComponentName())
+          rows +=
+              "<tr><td class=\"fit\">" + std::string(fit.how) + "</td><td>" +
+              boardRef(fit.base, pages) + " <span class=\"muted\">connector " +
+              H::escape(fit.baseConnector) +
+              (fit.base->getDisplayName().empty() ? std::string()
+                                                  : ", " + H::escape(fit.base->getDisplayName())) +
+              "</span></td></tr>\n";
+      out += rows.empty() ? "<p class=\"empty\">No reference board of the catalog takes it.</p>\n"
+                          : "<p class=\"muted\">Plugs into:</p>\n<table>\n<tbody>\n" + rows +
+                                "</tbody>\n</table>\n";
       continue;
     }
     // The catalog works out what fits for the boards a project sees only.
@@ -347,20 +359,23 @@ std::string presetTable(const HBOBoard &board) {
       for (const auto &param : preset->getParamList())
         params += "<tr>" + td(param.first, "mono") + td(param.second, "mono") + "</tr>";
       const std::size_t count = preset->getParamList().size();
-      rows +=
-          "<tr>" + td(preset->getPresetName(), "mono") + td(ip, "mono") +
-          td(preset->getPresetProcName(), "mono") + td(preset->getIpInterface(), "mono") + "<td>" +
-          (count == 0 ? std::string("none")
-                      : "<details><summary>" + std::to_string(count) +
-                            (count == 1 ? " parameter" : " parameters") +
-                            "</summary><table><tbody>" + params + "</tbody></table></details>") +
-          "</td></tr>\n";
+      rows += "<tr>" + td(preset->getPresetName(), "mono") + td(ip, "mono") +
+              td(preset->getPresetProcName(), "mono") + td(preset->getIpInterface(), "mono") +
+              "<td>" +
+              (count == 0 ? std::string("none")
+                          : "<details><summary>" + std::to_string(count) +
+                                (count == 1 ? " parameter" : " parameters") +
+                                "</summary><table class=\"params\"><tbody>" + params +
+                                "</tbody></table></details>") +
+              "</td></tr>\n";
     }
   }
   if (rows.empty())
     return out + kNone + "</section>\n";
   return out +
-         "<table>\n<thead><tr><th>Preset</th><th>IP</th><th>Procedure</th><th>Interface</th>"
+         "<table "
+         "class=\"presets\">\n<thead><tr><th>Preset</th><th>IP</th><th>Procedure</"
+         "th><th>Interface</th>"
          "<th>Parameters</th></tr></thead>\n<tbody>\n" +
          rows + "</tbody>\n</table>\n</section>\n";
 }

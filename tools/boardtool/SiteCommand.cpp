@@ -5,6 +5,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardCDataManager.h"
 #include "HBOBoardCReposMgr.h"
+#include "HBOBoardComponent.h"
 #include "HBOBoardDiagram.h"
 #include "HBOCommon.h"
 #include "HBOPartCReposMgr.h"
@@ -15,6 +16,7 @@
 #include "SitePageNames.h"
 
 #include <iostream>
+#include <map>
 #include <unistd.h>
 
 namespace boardtool {
@@ -66,6 +68,41 @@ std::vector<SiteEntry> entriesOf(LoadedCatalog &catalog) {
   return entries;
 }
 
+// The catalog keeps, for each reference board, the daughter connectors
+// that fit its own; the daughter boards' pages list the same the other way.
+void addFits(std::vector<SiteEntry> &entries) {
+  std::map<const HBOBoard *, SiteEntry *> byBoard;
+  for (SiteEntry &entry : entries)
+    byBoard.emplace(entry.board, &entry);
+  for (const SiteEntry &entry : entries) {
+    const HBOBoard &base = *entry.board;
+    if (entry.hiddenBy || !base.isReferenceBoard())
+      continue;
+    HSTVector<HBOBoardComponent *> connectors;
+    base.getConnectorsList(connectors);
+    const std::pair<const char *, const HBOBoard::ConnectorCache *> groups[] = {
+        {"declared", &base.getExplicitlyCompatibleConnectors()},
+        {"fits fully", &base.getFullyCompatibleConnectors()},
+        {"fits in part", &base.getPartiallyCompatibleConnectors()}};
+    for (const HBOBoardComponent *connector : connectors) {
+      if (!connector)
+        continue;
+      for (const auto &group : groups) {
+        auto it = group.second->find(connector->getName());
+        if (it == group.second->end())
+          continue;
+        for (const HBOBoardComponent *daughter : it->second) {
+          auto owner = byBoard.find(daughter ? daughter->getBoard() : nullptr);
+          if (owner == byBoard.end() || owner->second == &entry)
+            continue;
+          owner->second->fits.push_back(
+              {&base, connector->getComponentName(), daughter->getComponentName(), group.first});
+        }
+      }
+    }
+  }
+}
+
 std::string diagramOf(const HBOBoard &board) {
   try {
     return HBOBoardDiagram::toSvg(board, HBODiagramOptions());
@@ -90,6 +127,7 @@ int run(const Arguments &args) {
     return Failure;
 
   std::vector<SiteEntry> entries = entriesOf(catalog);
+  addFits(entries);
   SitePageNames pages;
   for (SiteEntry &entry : entries)
     entry.page = pages.assign(entry.board, entry.board->getName());

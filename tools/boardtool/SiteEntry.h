@@ -4,10 +4,21 @@
 #define BOARDLIB_TOOLS_SITEENTRY_H
 
 #include <string>
+#include <vector>
 
 class HBOBoard;
 
 namespace boardtool {
+
+/// A connector of a reference board that a connector of this board fits.
+struct SiteFit {
+  const HBOBoard *base = nullptr;
+  std::string baseConnector;
+  /// This board's connector.
+  std::string connector;
+  /// "declared", "fits fully" or "fits in part".
+  const char *how = "";
+};
 
 struct SiteEntry {
   const HBOBoard *board = nullptr;
@@ -19,6 +30,9 @@ struct SiteEntry {
   /// not in the catalog that a project sees, but its page is kept so that
   /// the user board can link to it.
   const HBOBoard *hiddenBy = nullptr;
+  /// For a daughter board: the reference boards' connectors it fits, so
+  /// that its page links back to them.
+  std::vector<SiteFit> fits;
 };
 
 } // namespace boardtool
