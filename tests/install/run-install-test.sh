@@ -41,6 +41,11 @@ unset BOARDLIB_DATA_DIRS BOARDLIB_APP_ROOT BOARDLIB_PARAMS TCLLIBPATH PYTHONPATH
   fail "the installed boardtool does not read the installed data"
 ldd "$prefix/bin/boardtool" | grep "libboardlib.so" | grep -qF "$prefix/" ||
   fail "the installed boardtool does not load the installed library"
+# The catalog site's style and script come with the program itself.
+"$prefix/bin/boardtool" site "$work/site" >/dev/null &&
+  [ -s "$work/site/site.css" ] && [ -s "$work/site/site.js" ] &&
+  [ -f "$work/site/boards/kestrel-boards_install_marker_1.0.html" ] ||
+  fail "the installed boardtool does not write the catalog site"
 
 echo 'package require boardlib; puts [get_boards *install_marker*]' |
   TCLLIBPATH=$prefix/lib tclsh | grep -q "kestrel-boards:install_marker:1.0" ||
