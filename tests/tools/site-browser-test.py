@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The catalog site of the embedded installation in headless Chromium, driven
 over the WebDriver protocol through chromedriver: the search box filters the
-list as one types, a link leads to a board's page, and its diagram is shown.
+list as one types, a column heading sorts it, a link leads to a board's page, and its diagram is shown.
 Screenshots of both pages are saved beside the site. Exits with 77 (skipped)
 where chromium or chromedriver is not installed.
 
@@ -127,6 +127,16 @@ try:
     browser.call("POST", "/url", {"url": "file://" + os.path.join(site, "index.html")})
     everything = browser.script(VISIBLE_ROWS)
     assert len(everything) > 1, everything
+
+    # A click on a heading sorts by its column, a second the other way.
+    counts = ("return Array.from(document.querySelectorAll('#boards tbody tr'))"
+              ".map(function (r) { return parseInt(r.cells[5].textContent, 10); });")
+    heading = browser.find("#boards thead th.num button")
+    browser.call("POST", "/element/%s/click" % heading)
+    ascending = browser.script(counts)
+    assert ascending == sorted(ascending) and ascending[0] < ascending[-1], ascending
+    browser.call("POST", "/element/%s/click" % heading)
+    assert browser.script(counts) == sorted(ascending, reverse=True), browser.script(counts)
 
     browser.call("POST", "/element/%s/value" % browser.find("#search"), {"text": "sample"})
     shown = wait_for("the list to filter",
