@@ -30,6 +30,21 @@ std::string dashes(int count) { return std::string(count > 0 ? count : 0, '-'); 
 // Gives false in \p hasTerms when nothing is left of the expression.
 bool evaluateExpression(const std::string &expression, const std::vector<HBOJumper *> &jumpers,
                         bool &hasTerms) {
+  std::vector<std::pair<std::string, bool>> states;
+  states.reserve(jumpers.size());
+  for (const HBOJumper *jumper : jumpers)
+    if (jumper)
+      states.emplace_back(jumper->getName(), jumper->getDefaultValue());
+  return HBOBoard::evaluateEnablementDependency(expression, states, hasTerms);
+}
+
+const char *boolText(bool value) { return value ? "true" : "false"; }
+
+} // namespace
+
+bool HBOBoard::evaluateEnablementDependency(
+    const std::string &expression, const std::vector<std::pair<std::string, bool>> &jumperStates,
+    bool &hasTerms) {
   std::string flat;
   flat.reserve(expression.size());
   for (char c : expression)
@@ -44,15 +59,13 @@ bool evaluateExpression(const std::string &expression, const std::vector<HBOJump
   boost::algorithm::split(tokens, flat, boost::algorithm::is_any_of(" "),
                           boost::algorithm::token_compress_on);
   bool enabled = true;
-  for (const HBOJumper *jumper : jumpers) {
-    if (!jumper)
-      continue;
+  for (const auto &jumper : jumperStates) {
     for (std::size_t i = 0; i < tokens.size(); i += 2) {
-      if (!HBOCommon::iEquals(tokens[i], jumper->getName()))
+      if (!HBOCommon::iEquals(tokens[i], jumper.first))
         continue;
       // Only the first term of a jumper counts; a name with no value after
       // it can match neither state.
-      const char *state = jumper->getDefaultValue() ? "true" : "false";
+      const char *state = jumper.second ? "true" : "false";
       if (i + 1 >= tokens.size() || tokens[i + 1] != state)
         enabled = false;
       break;
@@ -60,10 +73,6 @@ bool evaluateExpression(const std::string &expression, const std::vector<HBOJump
   }
   return enabled;
 }
-
-const char *boolText(bool value) { return value ? "true" : "false"; }
-
-} // namespace
 
 HBOBoard::~HBOBoard() {
   zeb::forgetScriptHandles(this);

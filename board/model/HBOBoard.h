@@ -348,6 +348,14 @@ public:
   /// Recomputes what the jumpers enable: the is-enabled texts of every
   /// connection, net, component, interface and component mode.
   void updateEnablement();
+  /// Whether an enablement expression holds with the jumpers in the given
+  /// states, in that order, as updateEnablement judges it; \p hasTerms is
+  /// false when the expression names nothing. For those who ask about a
+  /// setting without making it, such as a diagram drawn for one.
+  static bool
+  evaluateEnablementDependency(const std::string &expression,
+                               const std::vector<std::pair<std::string, bool>> &jumperStates,
+                               bool &hasTerms);
 
   // ---- IP association ----
 
