@@ -152,6 +152,9 @@ const Entry kEntries[] = {
                        "pin file '%s' could not be read."},
     {"@49-192@%s%s", "Board file '%s': schema_version '%s' is no version number such as 2.1, so "
                      "no reader can take the board."},
+    {"@49-200@%s%s%s", "Board '%s' has no jumper '%s'. Its jumpers are: %s."},
+    {"@49-201@%s%s", "Jumper '%s' cannot be set to '%s'. Its values are true and false."},
+    {"@49-202@%s%s", "Cannot write the diagram to '%s': %s."},
     {"@49-220@%s%s", "Cannot write the file '%s' of the catalog site: %s."},
     {"@49-221@%s%s", "Cannot make the folder '%s' of the catalog site: %s."},
     {"@50-1@%s%d%s", "XML syntax error in '%s' at line %d: %s."},

@@ -11,6 +11,11 @@
 class HBOBoard;
 
 namespace HBOBoardDiagram {
+/// Whether \p options suit \p board: every jumper it sets is one of the
+/// board's, set to true or false. Each that is not is told as a message
+/// that lists what would do. toSvg leaves such settings out; writeSvg
+/// refuses them.
+bool checkOptions(const HBOBoard &board, const HBODiagramOptions &options);
 /// The diagram of \p board as an SVG document.
 std::string toSvg(const HBOBoard &board, const HBODiagramOptions &options = HBODiagramOptions());
 /// Writes the diagram of \p board to \p path, replacing it once it is
