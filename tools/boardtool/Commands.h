@@ -27,6 +27,11 @@ extern const Command siteCommand;
 /// properties); a failure is told as "boardtool COMMAND: ...".
 int writeDump(const HBOBoard &board, bool all, const char *command);
 extern const Command migrateCommand;
+extern const Command diagramCommand;
+
+/// Whether a board operand names a file rather than a board of the catalog:
+/// it has a "/", ends in ".xml" or is a file in the working directory.
+bool looksLikeBoardFile(const std::string &operand);
 
 /// Where the commands that load the catalog load boards from: --data-dir
 /// and --repo, and --jobs where the command takes it.
@@ -64,6 +69,11 @@ private:
   std::unique_ptr<HBOBoardCDataManager> m_manager;
   HBOBoardCReposMgr *m_global = nullptr;
 };
+/// The one board of \p catalog that \p name means, as 'boardtool show' finds
+/// it: any of its names, else the one board whose name holds \p name or
+/// matches it as a glob. Null when there is none or more than one, told as
+/// "boardtool COMMAND: ..." with the boards that match or the closest names.
+HBOBoard *findOneBoard(const Command &command, LoadedCatalog &catalog, const std::string &name);
 } // namespace boardtool
 
 #endif

@@ -168,13 +168,13 @@ int writeDump(const HBOBoard &board, bool all, const char *command) {
   return Success;
 }
 
-namespace {
-
-bool looksLikeFile(const std::string &source) {
+bool looksLikeBoardFile(const std::string &source) {
   boost::system::error_code ec;
   return source.find('/') != std::string::npos || boost::filesystem::is_regular_file(source, ec) ||
          HSTStringUtils::endsWith(source, ".xml");
 }
+
+namespace {
 
 int run(const Arguments &args) {
   LoadOptions load;
@@ -191,7 +191,7 @@ int run(const Arguments &args) {
   MessageOutput output(args.jsonMessages());
   HBOScriptedClasses::registerAll();
 
-  if (looksLikeFile(source)) {
+  if (looksLikeBoardFile(source)) {
     std::unique_ptr<HBOBoard> board(new HBOBoard());
     HBOParser parser;
     if (!parser.parseFile(absolutePath(source), board.get())) {

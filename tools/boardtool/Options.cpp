@@ -21,9 +21,9 @@ constexpr unsigned InOperands = 1u << 2;
 constexpr unsigned MayBeEmpty = 1u << 3;
 
 constexpr unsigned loading = cmd::catalog | cmd::show | cmd::dump | cmd::shell | cmd::tcl |
-                             cmd::fit | cmd::compose | cmd::site;
+                             cmd::fit | cmd::compose | cmd::site | cmd::diagram;
 constexpr unsigned reporting = cmd::read | cmd::check | cmd::catalog | cmd::show | cmd::dump |
-                               cmd::fit | cmd::compose | cmd::migrate | cmd::site;
+                               cmd::fit | cmd::compose | cmd::migrate | cmd::site | cmd::diagram;
 constexpr unsigned allButParams = reporting | cmd::shell | cmd::tcl;
 
 } // namespace
@@ -52,6 +52,11 @@ const Option kOptions[] = {
     {"--name", "NAME", cmd::compose, 0,
      "the board name of the new board; by default the base board's name followed by each "
      "connection"},
+    {"-o", "FILE.svg", cmd::diagram, 0,
+     "write the diagram to FILE.svg, replacing it once it is whole, instead of to standard "
+     "output"},
+    {"--jumper", "NAME=VALUE", cmd::diagram, Repeatable,
+     "draw the board with its jumper NAME set to VALUE (true or false); repeatable"},
     {"--schema-dir", "DIR", cmd::check, 0,
      "take the DTDs from DIR instead of the data directories' boards/board_schemas/current"},
     {"--data-dir", "DIR", loading, Repeatable,

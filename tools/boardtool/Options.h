@@ -29,6 +29,7 @@ constexpr unsigned compose = 1u << 8;
 constexpr unsigned fit = 1u << 9;
 constexpr unsigned migrate = 1u << 10;
 constexpr unsigned site = 1u << 11;
+constexpr unsigned diagram = 1u << 12;
 } // namespace cmd
 
 struct Option;

@@ -124,41 +124,49 @@ int run(const Arguments &args) {
   HBOBoardCDataManager *manager = &catalog.manager();
   HBOBoardCReposMgr *global = &catalog.global();
 
-  HBOBoard *board = name.empty() ? nullptr : resolve(*manager, *global, name);
-  std::vector<HBOBoard *> found;
-  if (!board && !name.empty()) {
-    found = matching(*global, name);
-    if (found.size() == 1)
-      board = found.front();
-  }
+  HBOBoard *board = findOneBoard(showCommand, catalog, name);
   if (board) {
     board->display(0);
     std::cout << "Display name: " << board->getDisplayName() << "\n";
     printFamily(*manager->getBoardPartReposMgr(), *board);
     printHidden(*global, *board);
     std::cout.flush();
-  } else if (found.size() > 1) {
-    std::cerr << "boardtool show: " << found.size() << " boards match '" << name
-              << "'; name one of them:\n";
-    for (const HBOBoard *candidate : found)
-      std::cerr << "  " << candidate->getName() << "\n";
-    status = Failure;
   } else {
-    std::cerr << "boardtool show: no board matches '" << name << "'";
-    std::vector<std::string> close = suggestions(*global, name);
-    if (!close.empty()) {
-      std::cerr << "; the closest names are:\n";
-      for (const std::string &candidate : close)
-        std::cerr << "  " << candidate << "\n";
-    } else {
-      std::cerr << "; 'boardtool catalog' lists the boards\n";
-    }
     status = Failure;
   }
   return status;
 }
 
 } // namespace
+
+HBOBoard *findOneBoard(const Command &command, LoadedCatalog &catalog, const std::string &name) {
+  HBOBoard *board = name.empty() ? nullptr : resolve(catalog.manager(), catalog.global(), name);
+  std::vector<HBOBoard *> found;
+  if (!board && !name.empty()) {
+    found = matching(catalog.global(), name);
+    if (found.size() == 1)
+      board = found.front();
+  }
+  if (board)
+    return board;
+  if (found.size() > 1) {
+    std::cerr << "boardtool " << command.name << ": " << found.size() << " boards match '" << name
+              << "'; name one of them:\n";
+    for (const HBOBoard *candidate : found)
+      std::cerr << "  " << candidate->getName() << "\n";
+    return nullptr;
+  }
+  std::cerr << "boardtool " << command.name << ": no board matches '" << name << "'";
+  std::vector<std::string> close = suggestions(catalog.global(), name);
+  if (!close.empty()) {
+    std::cerr << "; the closest names are:\n";
+    for (const std::string &candidate : close)
+      std::cerr << "  " << candidate << "\n";
+  } else {
+    std::cerr << "; 'boardtool catalog' lists the boards\n";
+  }
+  return nullptr;
+}
 
 const Command showCommand = {
     "show",

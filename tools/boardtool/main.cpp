@@ -17,6 +17,7 @@ const boardtool::Command *const kCommands[] = {
     &boardtool::catalogCommand, &boardtool::showCommand,    &boardtool::dumpCommand,
     &boardtool::shellCommand,   &boardtool::tclCommand,     &boardtool::fitCommand,
     &boardtool::composeCommand, &boardtool::migrateCommand, &boardtool::siteCommand,
+    &boardtool::diagramCommand,
 };
 
 void printHelp(std::ostream &out) {
