@@ -408,6 +408,63 @@ PyObject *getCompatibleConnectors(PyObject *, PyObject *args, PyObject *kwargs) 
   return toList(found);
 }
 
+/// write_board_diagram(board, file, jumpers=None): board is a board object
+/// or a name, file a str or a path, jumpers a mapping of jumper names to
+/// True, False or their texts.
+PyObject *writeBoardDiagram(PyObject *, PyObject *args, PyObject *kwargs) {
+  static const char *kwlist[] = {"board", "file", "jumpers", nullptr};
+  PyObject *board = nullptr, *file = nullptr, *jumpers = nullptr;
+  if (!PyArg_ParseTupleAndKeywords(args, kwargs, "OO|O:write_board_diagram",
+                                   const_cast<char **>(kwlist), &board, &file, &jumpers))
+    return nullptr;
+  std::string path;
+  PyObject *fsPath = PyOS_FSPath(file);
+  if (!fsPath)
+    return nullptr;
+  const bool pathOk = toStringArg(fsPath, path, "file");
+  Py_DECREF(fsPath);
+  if (!pathOk)
+    return nullptr;
+  std::vector<std::pair<std::string, std::string>> setting;
+  if (jumpers && jumpers != Py_None) {
+    if (!PyMapping_Check(jumpers)) {
+      PyErr_Format(PyExc_TypeError, "jumpers must be a mapping of names to values, not %.200s",
+                   Py_TYPE(jumpers)->tp_name);
+      return nullptr;
+    }
+    PyObject *items = PyMapping_Items(jumpers);
+    if (!items)
+      return nullptr;
+    bool ok = true;
+    for (Py_ssize_t i = 0; ok && i < PyList_GET_SIZE(items); ++i) {
+      PyObject *item = PyList_GET_ITEM(items, i);
+      if (!PyTuple_Check(item) || PyTuple_GET_SIZE(item) != 2) {
+        PyErr_SetString(PyExc_TypeError, "jumpers must map names to values");
+        ok = false;
+        break;
+      }
+      setting.emplace_back();
+      ok = toStringArg(PyTuple_GET_ITEM(item, 0), setting.back().first, "a jumper name") &&
+           toText(PyTuple_GET_ITEM(item, 1), setting.back().second, "a jumper value");
+    }
+    Py_DECREF(items);
+    if (!ok)
+      return nullptr;
+  }
+  if (PyUnicode_Check(board)) {
+    std::string name;
+    if (!toText(board, name, "board") ||
+        !BoardPy::call([&] { g_commands->writeBoardDiagram(name, path, setting); }))
+      return nullptr;
+    Py_RETURN_NONE;
+  }
+  tclany handle;
+  if (!toOneObject(board, handle, "write_board_diagram") ||
+      !BoardPy::call([&] { g_commands->writeBoardDiagram(handle, path, setting); }))
+    return nullptr;
+  Py_RETURN_NONE;
+}
+
 /// The value the last getter delivered to Python on this thread, or None.
 PyObject *lastResult(PyObject *, PyObject *) {
   PyObject *value = t_lastResult ? t_lastResult : Py_None;
@@ -451,6 +508,10 @@ PyMethodDef g_functions[] = {
     {"get_compatible_connectors", keywords(getCompatibleConnectors), METH_VARARGS | METH_KEYWORDS,
      "get_compatible_connectors(connector, latest=False): the daughter connectors that fit a base "
      "connector; with latest, only the newest version of each."},
+    {"write_board_diagram", keywords(writeBoardDiagram), METH_VARARGS | METH_KEYWORDS,
+     "write_board_diagram(board, file, jumpers=None): writes the block diagram of a board (an "
+     "object or a name) to file as SVG, with each jumper of the mapping jumpers set to its value "
+     "(True or False)."},
     {"_last_result", lastResult, METH_NOARGS,
      "The value the last property getter delivered to Python."},
     {nullptr, nullptr, 0, nullptr}};

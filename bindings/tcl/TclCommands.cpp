@@ -427,6 +427,59 @@ int createIntegratedBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_
   });
 }
 
+// write_board_diagram ?-jumper {NAME VALUE}?... board file: the board is an
+// object, a one-object list, or a name.
+int writeBoardDiagramCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  static const char usage[] = "write_board_diagram ?-jumper {name value}?... board file";
+  std::vector<std::pair<std::string, std::string>> jumpers;
+  int at = 1;
+  while (at < objc && !TclHandles::isHandle(objv[at]) && argText(objv[at]) == "-jumper") {
+    if (at + 1 >= objc) {
+      setResult(interp, "Missing {name value} after -jumper. Usage: " + std::string(usage));
+      return TCL_ERROR;
+    }
+    int size = 0;
+    Tcl_Obj **pair = nullptr;
+    if (Tcl_ListObjGetElements(interp, objv[at + 1], &size, &pair) != TCL_OK)
+      return TCL_ERROR;
+    if (size != 2) {
+      setResult(interp, "-jumper takes a pair {name value}, not '" + argText(objv[at + 1]) +
+                            "'. Usage: " + usage);
+      return TCL_ERROR;
+    }
+    jumpers.emplace_back(argText(pair[0]), argText(pair[1]));
+    at += 2;
+  }
+  if (objc - at != 2) {
+    setResult(interp, std::string("Wrong arguments. Usage: ") + usage);
+    return TCL_ERROR;
+  }
+  Tcl_Obj *arg = objv[at];
+  Tcl_Obj *single = nullptr;
+  if (TclHandles::isHandle(arg)) {
+    single = arg;
+  } else {
+    int count = 0;
+    Tcl_Obj **items = nullptr;
+    if (arg->typePtr && std::strcmp(arg->typePtr->name, "list") == 0 &&
+        Tcl_ListObjGetElements(nullptr, arg, &count, &items) == TCL_OK && count == 1 &&
+        TclHandles::isHandle(items[0]))
+      single = items[0];
+  }
+  tclany board;
+  if (single && !TclHandles::getHandle(interp, single, board))
+    return TCL_ERROR;
+  const std::string file = argText(objv[at + 1]);
+  return guarded(interp, [&] {
+    if (single)
+      commandsOf(data).writeBoardDiagram(board, file, jumpers);
+    else
+      commandsOf(data).writeBoardDiagram(argText(arg), file, jumpers);
+    Tcl_ResetResult(interp);
+    return TCL_OK;
+  });
+}
+
 struct PlainCommand {
   const char *name;
   Tcl_ObjCmdProc *proc;
@@ -449,6 +502,8 @@ const PlainCommand kPlainCommands[] = {
      "the daughter connectors that fit a connector"},
     {"create_integrated_board", &createIntegratedBoardCmd,
      "compose a base board and daughter boards into one"},
+    {"write_board_diagram", &writeBoardDiagramCmd,
+     "write the block diagram of a board as an SVG file"},
 };
 
 } // namespace

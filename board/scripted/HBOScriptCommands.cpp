@@ -7,6 +7,7 @@
 #include "HBOBoardCDataManager.h"
 #include "HBOBoardCReposMgr.h"
 #include "HBOBoardComponent.h"
+#include "HBOBoardDiagram.h"
 #include "HBOBusIf.h"
 #include "HBOBusIfPreference.h"
 #include "HBOComponentMode.h"
@@ -497,4 +498,30 @@ std::vector<tclany> HBOScriptCommands::getCompatibleConnectors(const tclany &obj
     if (component)
       result.push_back(tclany::of(component));
   return result;
+}
+
+void HBOScriptCommands::writeBoardDiagram(
+    const tclany &object, const std::string &file,
+    const std::vector<std::pair<std::string, std::string>> &jumpers) {
+  HCPProperty::infoOf(object);
+  if (!is<HBOBoard>(object))
+    throw Error("write_board_diagram takes a board, not " + HCPProperty::describe(object) + ".");
+  const HBOBoard &board = *static_cast<const HBOBoard *>(object.object);
+  HBODiagramOptions options;
+  options.jumpers = jumpers;
+  if (!HBOBoardDiagram::checkOptions(board, options))
+    throw Error("write_board_diagram: board '" + board.getName() +
+                "' cannot be drawn with that jumper setting.");
+  if (!HBOBoardDiagram::writeSvg(board, file, options))
+    throw Error("write_board_diagram: cannot write '" + file + "'.");
+}
+
+void HBOScriptCommands::writeBoardDiagram(
+    const std::string &name, const std::string &file,
+    const std::vector<std::pair<std::string, std::string>> &jumpers) {
+  bool usedLegacy = false;
+  HBOBoard *board = name.empty() ? nullptr : m_manager->getBoard(name, usedLegacy, true);
+  if (!board)
+    throw Error("write_board_diagram: no board is named '" + name + "'.");
+  writeBoardDiagram(tclany::of(board), file, jumpers);
 }

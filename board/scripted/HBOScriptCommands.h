@@ -112,6 +112,18 @@ public:
   tclany createIntegratedBoard(const std::string &base, const std::string &name,
                                const std::vector<std::pair<std::string, std::string>> &connections);
 
+  /// write_board_diagram: writes the block diagram of \p board (a board
+  /// object, or a one-object list of one) to \p file as SVG, drawn with each
+  /// (jumper, "true" or "false") of \p jumpers; the other jumpers keep
+  /// their states. A composed board works as any other. An unknown jumper
+  /// or value, or a file that cannot be written, is told as a message and
+  /// then thrown.
+  void writeBoardDiagram(const tclany &board, const std::string &file,
+                         const std::vector<std::pair<std::string, std::string>> &jumpers);
+  /// The same for the board of that name (any name current_board takes).
+  void writeBoardDiagram(const std::string &board, const std::string &file,
+                         const std::vector<std::pair<std::string, std::string>> &jumpers);
+
   /// The live objects named exactly \p name, for a console whose value lost
   /// the object it showed: a board of the catalog, else a component of a
   /// board of the catalog (both names are unique there), else any object of
