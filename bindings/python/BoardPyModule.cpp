@@ -427,7 +427,7 @@ PyObject *writeBoardDiagram(PyObject *, PyObject *args, PyObject *kwargs) {
     return nullptr;
   std::vector<std::pair<std::string, std::string>> setting;
   if (jumpers && jumpers != Py_None) {
-    if (!PyMapping_Check(jumpers)) {
+    if (!PyDict_Check(jumpers) && !PyObject_HasAttrString(jumpers, "items")) {
       PyErr_Format(PyExc_TypeError, "jumpers must be a mapping of names to values, not %.200s",
                    Py_TYPE(jumpers)->tp_name);
       return nullptr;

@@ -4,6 +4,8 @@ errors. What the commands select and what the properties hold is checked
 once, in the C++ tests."""
 import ast
 import os
+import pathlib
+import tempfile
 import unittest
 
 import boardlib
@@ -202,6 +204,34 @@ class IntegratedBoardTest(unittest.TestCase):
         self.assertEqual(caught.exception.id, "49-127")
         with self.assertRaises(TypeError):
             boardlib.create_integrated_board(base=FALCON, connections=[("pmod_ja",)])
+
+
+class DiagramTest(unittest.TestCase):
+    """write_board_diagram's options: a board by name or object, a path
+    object, jumpers given as booleans or texts, and what it refuses."""
+
+    def test_options(self):
+        with tempfile.TemporaryDirectory() as scratch:
+            target = pathlib.Path(scratch) / "kit.svg"
+            self.assertIsNone(boardlib.write_board_diagram(
+                "kestrel-boards:sample_kit:1.0", target, jumpers={"J1": False, "j2": "true"}))
+            svg = target.read_text()
+            self.assertIn('class="connection disabled" data-name="part0_led_2bits_1"', svg)
+            self.assertIn('class="connection disabled" data-name="part0_usb_uart_1"', svg)
+            boardlib.write_board_diagram(board("kestrel-boards:sample_kit:1.0"), str(target))
+            self.assertNotIn('class="connection disabled"', target.read_text())
+            with self.assertRaisesRegex(boardlib.BoardError, "jumper setting"):
+                boardlib.write_board_diagram("kestrel-boards:sample_kit:1.0", target,
+                                             jumpers={"J7": True})
+            with self.assertRaisesRegex(boardlib.BoardError, "no board is named"):
+                boardlib.write_board_diagram("no:such:board:1.0", target)
+            with self.assertRaisesRegex(boardlib.BoardError, "cannot write"):
+                boardlib.write_board_diagram("kestrel-boards:sample_kit:1.0",
+                                             os.path.join(scratch, "no", "kit.svg"))
+            with self.assertRaises(TypeError):
+                boardlib.write_board_diagram("kestrel-boards:sample_kit:1.0", target,
+                                             jumpers=["J1"])
+            self.assertEqual(os.listdir(scratch), ["kit.svg"])
 
 
 class LegacyBoardTest(unittest.TestCase):

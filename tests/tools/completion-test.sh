@@ -30,6 +30,8 @@ expect() {
 }
 
 expect "catalog check compose" "c"
+expect "--jumper" "diagram --ju"
+expect "kite:1.0 kite:1.10 kite:1.2" "diagram --data-dir $data/catalog_install kestrel-boards:ki"
 expect "--version" "--v"
 expect "--data-dir --debug" "catalog --d"
 expect "--jobs --json" "catalog --j"

@@ -31,7 +31,12 @@ _boardtool() {
       compopt -o nospace 2>/dev/null
       return
       ;;
-    --debug | --jobs | --name | --connect | -e)
+    -o)
+      compopt -o filenames 2>/dev/null
+      mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+      return
+      ;;
+    --debug | --jobs | --name | --connect | --jumper | -e)
       return
       ;;
   esac
@@ -45,7 +50,7 @@ _boardtool() {
   fi
 
   case "$command" in
-    show | dump | fit | compose)
+    show | dump | fit | compose | diagram)
       # The boards of the catalog that the line's own options select.
       local i load=()
       for ((i = 2; i < COMP_CWORD; i++)); do
@@ -66,7 +71,7 @@ _boardtool() {
         local prefix=${name%"${name##*:}"}
         COMPREPLY=("${COMPREPLY[@]#"$prefix"}")
       fi
-      if [ "$command" = dump ]; then
+      if [ "$command" = dump ] || [ "$command" = diagram ]; then
         compopt -o filenames 2>/dev/null
         mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -f -- "$cur")
       fi
