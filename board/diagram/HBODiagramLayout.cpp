@@ -365,7 +365,8 @@ std::vector<std::string> HBODiagramLayout::railLines(const HBODiagramContent::Ra
       continue;
     }
     const std::string piece = (line.empty() ? "" : ", ") + supply;
-    if (!line.empty() && line.size() + piece.size() > s_detailChars) {
+    // Supply names are upper case and wide: fewer of them fit a line.
+    if (!line.empty() && line.size() + piece.size() > s_detailChars - 5) {
       lines.push_back(line + ",");
       line = supply;
     } else {
@@ -397,7 +398,7 @@ void HBODiagramLayout::placeRails(const HBODiagramContent &content, int top) {
     for (const std::string &member : rails[i].rails) {
       const std::size_t j = find(member);
       if (j < count && j != i)
-        m_railEdges.push_back({i, j});
+        m_railEdges.push_back({i, j, {}});
     }
   std::vector<std::size_t> depth(count, 0);
   for (std::size_t pass = 0; pass < count; ++pass) {
@@ -434,6 +435,29 @@ void HBODiagramLayout::placeRails(const HBODiagramContent &content, int top) {
     if (rowHeight > 0)
       y += rowHeight + 40;
   }
+  // A line leaves its rail downwards and turns below the lowest box of the
+  // rail's row, at a height of the rail's own, so that it crosses no box
+  // and runs along no other rail's line.
+  std::map<int, int> rowBottom;
+  std::map<int, std::vector<std::size_t>> rowSources;
+  for (const Rect &rect : m_rails)
+    rowBottom[rect.y] = std::max(rowBottom[rect.y], rect.bottom());
+  for (RailEdge &edge : m_railEdges) {
+    const Rect &from = m_rails[edge.from];
+    const Rect &to = m_rails[edge.to];
+    std::vector<std::size_t> &sources = rowSources[from.y];
+    std::size_t lane = std::find(sources.begin(), sources.end(), edge.from) - sources.begin();
+    if (lane == sources.size())
+      sources.push_back(edge.from);
+    const int bend = rowBottom[from.y] + 8 + kLaneStep * static_cast<int>(lane % 4);
+    const int fromX = from.x + from.w / 2;
+    const int toX = to.x + to.w / 2 + (to.y > bend ? 0 : 12);
+    edge.points = {{fromX, from.bottom()},
+                   {fromX, bend},
+                   {toX, bend},
+                   {toX, to.y > bend ? to.y : to.bottom()}};
+  }
+
   int right = kMargin;
   for (const Rect &rect : m_rails)
     right = std::max(right, rect.right());
@@ -451,12 +475,12 @@ void HBODiagramLayout::placeLegend(const HBODiagramContent &content, int top) {
     line += piece;
   }
   m_jumperLines.push_back(line);
-  // Five rows of samples, then the jumper setting; a board file can have
+  // Six rows of samples, then the jumper setting; a board file can have
   // any number of jumpers, but the legend lists at most twenty lines.
   if (m_jumperLines.size() > 20) {
     m_jumperLines.resize(20);
     m_jumperLines.back() = "  ...";
   }
   m_legend = {kMargin, top, s_legendWidth,
-              30 + 5 * 22 + 8 + s_lineHeight * static_cast<int>(m_jumperLines.size()) + 8};
+              30 + 6 * 22 + 8 + s_lineHeight * static_cast<int>(m_jumperLines.size()) + 8};
 }

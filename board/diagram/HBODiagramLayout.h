@@ -62,6 +62,7 @@ public:
   struct RailEdge {
     std::size_t from = 0;
     std::size_t to = 0;
+    std::vector<Point> points;
   };
 
   // Sizes the writer draws with.

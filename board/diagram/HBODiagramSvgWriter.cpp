@@ -45,7 +45,7 @@ g.daughter text { font-size: 12px; font-weight: bold; fill: #5b3a7d; }
 g.fitting rect, g.sample[data-kind="fitting"] rect { fill: #fafbfc; stroke: #9aa5b1; stroke-dasharray: 4 3; }
 g.fitting text { font-size: 11px; }
 g.fitting text.card-title { font-weight: bold; fill: #56616d; }
-g.rail rect { fill: #fdf0ee; stroke: #b5473c; }
+g.rail rect, g.sample[data-kind="rail"] rect { fill: #fdf0ee; stroke: #b5473c; }
 g.rail text { font-size: 11px; fill: #56616d; }
 g.rail text.rail-name { font-size: 12px; font-weight: bold; fill: #1f2a36; }
 g.power-band rect { fill: none; stroke: #e0c4c0; stroke-dasharray: 2 4; }
@@ -185,7 +185,11 @@ void writeLegend(std::string &out, const HBODiagramLayout &layout) {
   out += "<g class=\"sample\" data-kind=\"fitting\">" +
          rectXml({right, y + 4 * 22, 28, 16}, " rx=\"3\"") + "</g>";
   out += textXml("legend-text", right + 36, y + 4 * 22 + 12, "daughter boards that fit");
-  y += 5 * 22 + 8;
+  out += "<g class=\"sample\" data-kind=\"rail\">" +
+         rectXml({left, y + 5 * 22, 28, 16}, " rx=\"3\"") + "</g>";
+  out += textXml("legend-text", left + 36, y + 5 * 22 + 12, "power rail, with its supplies");
+  line(right, 5, "rail-link", "from a rail to a rail it lists");
+  y += 6 * 22 + 8;
   for (const std::string &text : layout.getJumperLines()) {
     y += HBODiagramLayout::s_lineHeight;
     out += textXml("legend-text", left, y, HBODiagramSvgWriter::shorten(text, 80));
@@ -360,19 +364,8 @@ std::string HBODiagramSvgWriter::write(const HBODiagramContent &content,
     out += "<g class=\"power-band\">" + rectXml(band, " rx=\"8\"") + "</g>\n";
     out += textXml("heading", band.x + 8, band.y + 18, "POWER RAILS") + "\n";
     const auto &railRects = layout.getRails();
-    for (const auto &edge : layout.getRailEdges()) {
-      const Rect &from = railRects[edge.from];
-      const Rect &to = railRects[edge.to];
-      const int fromX = from.x + from.w / 2;
-      const int toX = to.x + to.w / 2;
-      // Each rail bends at a height of its own, so that the lines of two
-      // rails never run along one another.
-      const int bend = from.bottom() + 8 + 6 * static_cast<int>(edge.from % 4);
-      out += "<path class=\"rail-link\" d=\"M" + std::to_string(fromX) + " " +
-             std::to_string(from.bottom()) + " L" + std::to_string(fromX) + " " +
-             std::to_string(bend) + " L" + std::to_string(toX) + " " + std::to_string(bend) + " L" +
-             std::to_string(toX) + " " + std::to_string(to.y) + "\"/>\n";
-    }
+    for (const auto &edge : layout.getRailEdges())
+      out += "<path class=\"rail-link\" d=\"" + pathData(edge.points) + "\"/>\n";
     for (std::size_t r = 0; r < rails.size(); ++r) {
       const Rect &rect = railRects[r];
       out += "<g class=\"rail\" data-name=\"" + escape(rails[r].name) + "\">";
