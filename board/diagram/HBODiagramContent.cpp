@@ -242,6 +242,9 @@ void HBODiagramContent::gatherBoxes(const HBOBoard &board, const HBODiagramOptio
     m_boxes.push_back(box);
   }
 
+  for (std::size_t i = 0; i < m_boxes.size(); ++i)
+    m_boxIndex.emplace(m_boxes[i].name, i);
+
   m_hub = m_boxes.size();
   for (std::size_t i = 0; i < m_boxes.size() && m_hub == m_boxes.size(); ++i)
     if (m_boxes[i].kind == Kind::Fpga)
@@ -254,10 +257,8 @@ void HBODiagramContent::gatherBoxes(const HBOBoard &board, const HBODiagramOptio
 }
 
 std::size_t HBODiagramContent::findBox(const std::string &name) const {
-  for (std::size_t i = 0; i < m_boxes.size(); ++i)
-    if (m_boxes[i].name == name)
-      return i;
-  return m_boxes.size();
+  const auto found = m_boxIndex.find(name);
+  return found == m_boxIndex.end() ? m_boxes.size() : found->second;
 }
 
 void HBODiagramContent::gatherLinks(const HBOBoard &board) {

@@ -11,6 +11,7 @@
 #include "HBODiagramOptions.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -134,6 +135,7 @@ private:
   std::string m_name;
   std::string m_subtitle;
   std::vector<Box> m_boxes;
+  std::map<std::string, std::size_t> m_boxIndex;
   std::vector<Link> m_links;
   std::vector<Daughter> m_daughters;
   std::vector<Rail> m_rails;

@@ -388,40 +388,47 @@ void HBODiagramLayout::placeRails(const HBODiagramContent &content, int top) {
   // what a board file says, so a cycle in it must not loop: no rail goes
   // deeper than there are rails.
   const std::size_t count = rails.size();
-  auto find = [&](const std::string &name) {
-    for (std::size_t i = 0; i < count; ++i)
-      if (rails[i].name == name)
-        return i;
-    return count;
-  };
+  std::map<std::string, std::size_t> index;
+  for (std::size_t i = 0; i < count; ++i)
+    index.emplace(rails[i].name, i);
+  std::vector<std::size_t> waiting(count, 0);
+  std::vector<std::vector<std::size_t>> next(count);
   for (std::size_t i = 0; i < count; ++i)
     for (const std::string &member : rails[i].rails) {
-      const std::size_t j = find(member);
-      if (j < count && j != i)
-        m_railEdges.push_back({i, j, {}});
+      const auto found = index.find(member);
+      if (found == index.end() || found->second == i)
+        continue;
+      m_railEdges.push_back({i, found->second, {}});
+      next[i].push_back(found->second);
+      ++waiting[found->second];
     }
+  // Longest paths from the rails that none lists, each rail and line taken
+  // once; the rails of a cycle stay where their first feeders put them.
   std::vector<std::size_t> depth(count, 0);
-  for (std::size_t pass = 0; pass < count; ++pass) {
-    bool changed = false;
-    for (const RailEdge &edge : m_railEdges)
-      if (depth[edge.to] < depth[edge.from] + 1 && depth[edge.from] + 1 < count) {
-        depth[edge.to] = depth[edge.from] + 1;
-        changed = true;
-      }
-    if (!changed)
-      break;
+  std::vector<std::size_t> ready;
+  for (std::size_t i = 0; i < count; ++i)
+    if (waiting[i] == 0)
+      ready.push_back(i);
+  while (!ready.empty()) {
+    const std::size_t rail = ready.back();
+    ready.pop_back();
+    for (std::size_t member : next[rail]) {
+      depth[member] = std::max(depth[member], depth[rail] + 1);
+      if (--waiting[member] == 0)
+        ready.push_back(member);
+    }
   }
 
   const int width = std::max(m_rightEdge - kMargin, 4 * (s_railWidth + 24));
   m_rails.resize(count);
   int y = top + 34;
-  const std::size_t deepest = *std::max_element(depth.begin(), depth.end());
-  for (std::size_t level = 0; level <= deepest; ++level) {
+  std::map<std::size_t, std::vector<std::size_t>> levels;
+  for (std::size_t i = 0; i < count; ++i)
+    levels[depth[i]].push_back(i);
+  for (const auto &level : levels) {
     int x = kMargin;
     int rowHeight = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-      if (depth[i] != level)
-        continue;
+    for (std::size_t i : level.second) {
       const int height = 26 + s_lineHeight * static_cast<int>(railLines(rails[i]).size()) + 4;
       if (x > kMargin && x + s_railWidth > kMargin + width) {
         x = kMargin;
