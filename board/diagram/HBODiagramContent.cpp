@@ -331,9 +331,11 @@ void HBODiagramContent::gatherLinks(const HBOBoard &board) {
     const HBOBoardComponent *component = entry.second;
     if (!component)
       continue;
-    // The FPGA's interfaces follow its connections, or, on an integrated
-    // board, lead through a connector that is drawn already.
-    if (component == fpga)
+    // On an integrated board the FPGA's interfaces lead through a connector
+    // that is drawn already. Elsewhere they tell what its connections would,
+    // on a board that describes none, such as a lifted legacy board part;
+    // a pair that a connection joins is drawn once.
+    if (component == fpga && board.isIntegratedBoard())
       continue;
     const std::size_t from = findBox(component->getComponentName());
     std::vector<HBOBusIf *> interfaces;

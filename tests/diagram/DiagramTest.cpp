@@ -91,8 +91,16 @@ TEST_F(SampleDiagrams, EveryBoardDrawsOneGroupPerComponentAndOnePathPerConnectio
     EXPECT_EQ(live, svg.names("//path[@class='connection']"));
     EXPECT_EQ(off, svg.names("//path[@class='connection disabled']"));
   }
-  // The Falcon's connectors list the catalog's daughter boards beside them.
+  // A lifted legacy board part describes no connections: its FPGA's
+  // interfaces tell which chip hangs off it.
   bool used = false;
+  const HBOBoard *osprey =
+      HBOBoardCDataManager().getBoard("kestrel-boards:osprey_soc:1.1", used, true);
+  ASSERT_NE(nullptr, osprey);
+  ASSERT_TRUE(osprey->getBuses().empty());
+  EXPECT_EQ((std::set<std::string>{"ddr3_sdram", "fixed_io", "push_btns_2bits", "temp_sensor"}),
+            Svg(HBOBoardDiagram::toSvg(*osprey)).names("//path[@class='link'][@data-name]"));
+  // The Falcon's connectors list the catalog's daughter boards beside them.
   const HBOBoard *falcon =
       HBOBoardCDataManager().getBoard("kestrel-boards:falcon_eval:1.1", used, true);
   ASSERT_NE(nullptr, falcon);
