@@ -172,12 +172,28 @@ int queryCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[
 
 void deleteQueryClientData(ClientData data) { delete static_cast<QueryClientData *>(data); }
 
+// What each command takes, for its errors and its -help.
+namespace arguments {
+constexpr char getProperty[] = "?-quiet? name object";
+constexpr char setProperty[] = "name value objects";
+constexpr char allAndObject[] = "?-all? object";
+constexpr char setParam[] = "name value";
+constexpr char getParam[] = "name";
+constexpr char reportParam[] = "?pattern?";
+constexpr char currentBoard[] = "?name|object?";
+constexpr char compatibleConnectors[] = "?-latest? connector";
+constexpr char none[] = "";
+constexpr char createIntegratedBoard[] =
+    "-base name ?-name name? {{base_connector vendor:board:connector:version} ...}";
+constexpr char writeBoardDiagram[] = "?-jumper {name value}?... board file";
+} // namespace arguments
+
 // ---- properties ----
 
 int getPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   bool quiet = objc >= 2 && std::strcmp(Tcl_GetString(objv[1]), "-quiet") == 0;
   if (objc != (quiet ? 4 : 3)) {
-    Tcl_WrongNumArgs(interp, 1, objv, "?-quiet? name object");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::getProperty);
     return TCL_ERROR;
   }
   std::string name = argText(objv[quiet ? 2 : 1]);
@@ -194,7 +210,7 @@ int getPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const
 
 int setPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   if (objc != 4) {
-    Tcl_WrongNumArgs(interp, 1, objv, "name value objects");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::setProperty);
     return TCL_ERROR;
   }
   std::string name = argText(objv[1]);
@@ -214,7 +230,7 @@ bool allAndObject(Tcl_Interp *interp, const char *command, int objc, Tcl_Obj *co
                   bool &all, tclany &object) {
   all = objc >= 2 && std::strcmp(Tcl_GetString(objv[1]), "-all") == 0;
   if (objc != (all ? 3 : 2)) {
-    Tcl_WrongNumArgs(interp, 1, objv, "?-all? object");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::allAndObject);
     return false;
   }
   return oneObject(interp, command, objv[all ? 2 : 1], object);
@@ -272,7 +288,7 @@ int redoCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]
 
 int setParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   if (objc != 3) {
-    Tcl_WrongNumArgs(interp, 1, objv, "name value");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::setParam);
     return TCL_ERROR;
   }
   return guarded(interp, [&] {
@@ -284,7 +300,7 @@ int setParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const ob
 
 int getParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   if (objc != 2) {
-    Tcl_WrongNumArgs(interp, 1, objv, "name");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::getParam);
     return TCL_ERROR;
   }
   return guarded(interp, [&] {
@@ -295,7 +311,7 @@ int getParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const ob
 
 int reportParamCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   if (objc > 2) {
-    Tcl_WrongNumArgs(interp, 1, objv, "?pattern?");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::reportParam);
     return TCL_ERROR;
   }
   std::string report;
@@ -320,7 +336,7 @@ int refreshBoardsCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *con
 
 int currentBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
   if (objc > 2) {
-    Tcl_WrongNumArgs(interp, 1, objv, "?name|object?");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::currentBoard);
     return TCL_ERROR;
   }
   HBOScriptCommands &commands = commandsOf(data);
@@ -365,7 +381,7 @@ int getCompatibleConnectorsCmd(ClientData data, Tcl_Interp *interp, int objc,
     at = 2;
   }
   if (objc != at + 1) {
-    Tcl_WrongNumArgs(interp, 1, objv, "?-latest? connector");
+    Tcl_WrongNumArgs(interp, 1, objv, arguments::compatibleConnectors);
     return TCL_ERROR;
   }
   tclany connector;
@@ -381,8 +397,8 @@ int getCompatibleConnectorsCmd(ClientData data, Tcl_Interp *interp, int objc,
 // create_integrated_board -base NAME ?-name NAME? CONNECTIONS, CONNECTIONS a
 // list of {BASECONN DAUGHTER_PART_TEXT} pairs.
 int createIntegratedBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
-  static const char usage[] = "create_integrated_board -base name ?-name name? {{base_connector "
-                              "vendor:board:connector:version} ...}";
+  static const std::string usage =
+      std::string("create_integrated_board ") + arguments::createIntegratedBoard;
   std::string base, name;
   bool hasBase = false;
   Tcl_Obj *connectionList = nullptr;
@@ -430,12 +446,13 @@ int createIntegratedBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_
 // write_board_diagram ?-jumper {NAME VALUE}?... board file: the board is an
 // object, a one-object list, or a name.
 int writeBoardDiagramCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
-  static const char usage[] = "write_board_diagram ?-jumper {name value}?... board file";
+  static const std::string usage =
+      std::string("write_board_diagram ") + arguments::writeBoardDiagram;
   std::vector<std::pair<std::string, std::string>> jumpers;
   int at = 1;
   while (at < objc && !TclHandles::isHandle(objv[at]) && argText(objv[at]) == "-jumper") {
     if (at + 1 >= objc) {
-      setResult(interp, "Missing {name value} after -jumper. Usage: " + std::string(usage));
+      setResult(interp, "Missing {name value} after -jumper. Usage: " + usage);
       return TCL_ERROR;
     }
     int size = 0;
@@ -451,7 +468,7 @@ int writeBoardDiagramCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj 
     at += 2;
   }
   if (objc - at != 2) {
-    setResult(interp, std::string("Wrong arguments. Usage: ") + usage);
+    setResult(interp, "Wrong arguments. Usage: " + usage);
     return TCL_ERROR;
   }
   Tcl_Obj *arg = objv[at];
@@ -484,27 +501,55 @@ struct PlainCommand {
   const char *name;
   Tcl_ObjCmdProc *proc;
   const char *summary;
+  const char *arguments;
 };
 
 const PlainCommand kPlainCommands[] = {
-    {"get_property", &getPropertyCmd, "the value of a property of an object"},
-    {"set_property", &setPropertyCmd, "set a property of objects (undo takes it back)"},
-    {"list_property", &listPropertyCmd, "the names of an object's properties"},
-    {"report_property", &reportPropertyCmd, "print an object's properties with types and values"},
-    {"undo", &undoCmd, "take back the last set_property"},
-    {"redo", &redoCmd, "do again what undo took back"},
-    {"set_param", &setParamCmd, "set a parameter"},
-    {"get_param", &getParamCmd, "the value of a parameter"},
-    {"report_param", &reportParamCmd, "print parameters with their values and descriptions"},
-    {"current_board", &currentBoardCmd, "the current board, or make a board current"},
-    {"refresh_boards", &refreshBoardsCmd, "load the catalog again"},
+    {"get_property", &getPropertyCmd, "the value of a property of an object",
+     arguments::getProperty},
+    {"set_property", &setPropertyCmd, "set a property of objects (undo takes it back)",
+     arguments::setProperty},
+    {"list_property", &listPropertyCmd, "the names of an object's properties",
+     arguments::allAndObject},
+    {"report_property", &reportPropertyCmd, "print an object's properties with types and values",
+     arguments::allAndObject},
+    {"undo", &undoCmd, "take back the last set_property", arguments::none},
+    {"redo", &redoCmd, "do again what undo took back", arguments::none},
+    {"set_param", &setParamCmd, "set a parameter", arguments::setParam},
+    {"get_param", &getParamCmd, "the value of a parameter", arguments::getParam},
+    {"report_param", &reportParamCmd, "print parameters with their values and descriptions",
+     arguments::reportParam},
+    {"current_board", &currentBoardCmd, "the current board, or make a board current",
+     arguments::currentBoard},
+    {"refresh_boards", &refreshBoardsCmd, "load the catalog again", arguments::none},
     {"get_compatible_connectors", &getCompatibleConnectorsCmd,
-     "the daughter connectors that fit a connector"},
+     "the daughter connectors that fit a connector", arguments::compatibleConnectors},
     {"create_integrated_board", &createIntegratedBoardCmd,
-     "compose a base board and daughter boards into one"},
+     "compose a base board and daughter boards into one", arguments::createIntegratedBoard},
     {"write_board_diagram", &writeBoardDiagramCmd,
-     "write the block diagram of a board as an SVG file"},
+     "write the block diagram of a board as an SVG file", arguments::writeBoardDiagram},
 };
+
+struct PlainClientData {
+  HBOScriptCommands *commands;
+  const PlainCommand *command;
+};
+
+// Every command answers -help alone with what it does and takes, before
+// its own reading of the arguments sees it.
+int plainCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[]) {
+  const PlainClientData &cd = *static_cast<PlainClientData *>(data);
+  if (objc == 2 && !TclHandles::isHandle(objv[1]) && argText(objv[1]) == "-help") {
+    std::string usage = cd.command->name;
+    if (*cd.command->arguments)
+      usage += std::string(" ") + cd.command->arguments;
+    return printOut(interp, std::string(cd.command->name) + "\n  " + cd.command->summary +
+                                "\nUsage: " + usage + "\n");
+  }
+  return cd.command->proc(cd.commands, interp, objc, objv);
+}
+
+void deletePlainClientData(ClientData data) { delete static_cast<PlainClientData *>(data); }
 
 } // namespace
 
@@ -522,5 +567,6 @@ void TclCommands::createAll(Tcl_Interp *interp, HBOScriptCommands &commands) {
     Tcl_CreateObjCommand(interp, query.name, &queryCmd, new QueryClientData{&commands, &query},
                          &deleteQueryClientData);
   for (const PlainCommand &command : kPlainCommands)
-    Tcl_CreateObjCommand(interp, command.name, command.proc, &commands, nullptr);
+    Tcl_CreateObjCommand(interp, command.name, &plainCmd, new PlainClientData{&commands, &command},
+                         &deletePlainClientData);
 }
