@@ -471,7 +471,47 @@ void HBODiagramLayout::placeRails(const HBODiagramContent &content, int top) {
   m_powerBand = {kMargin - 8, top, right - kMargin + 16, y - 40 - top + 12};
 }
 
+int HBODiagramLayout::getLegendRows() const {
+  return static_cast<int>(std::max(m_legendBoxes.size(), m_legendLines.size()));
+}
+
 void HBODiagramLayout::placeLegend(const HBODiagramContent &content, int top) {
+  using Kind = HBODiagramContent::Kind;
+  bool kinds[3] = {false, false, false};
+  bool off = false, daughter = false, fitting = false;
+  for (const HBODiagramContent::Box &box : content.getBoxes()) {
+    kinds[static_cast<int>(box.kind)] = true;
+    off = off || !box.enabled;
+    daughter = daughter || box.daughter >= 0;
+    fitting = fitting || !box.fitting.empty();
+  }
+  bool live = false, dead = false, link = false, bank = false;
+  for (const HBODiagramContent::Link &line : content.getLinks()) {
+    live = live || (line.connection && line.enabled);
+    dead = dead || (line.connection && !line.enabled);
+    link = link || !line.connection;
+    bank = bank || !line.banks.empty();
+  }
+  bool railLink = false;
+  for (const HBODiagramContent::Rail &rail : content.getRails())
+    railLink = railLink || !rail.rails.empty();
+  const std::pair<bool, Sample> boxes[] = {
+      {kinds[static_cast<int>(Kind::Fpga)], Sample::Fpga},
+      {kinds[static_cast<int>(Kind::Chip)], Sample::Chip},
+      {kinds[static_cast<int>(Kind::Connector)], Sample::Connector},
+      {off, Sample::Off},
+      {daughter, Sample::Daughter},
+      {!content.getRails().empty(), Sample::Rail}};
+  const std::pair<bool, Sample> lines[] = {
+      {live, Sample::Connection}, {dead, Sample::ConnectionOff}, {link, Sample::Link},
+      {bank, Sample::Bank},       {fitting, Sample::Fitting},    {railLink, Sample::RailLink}};
+  for (const auto &entry : boxes)
+    if (entry.first)
+      m_legendBoxes.push_back(entry.second);
+  for (const auto &entry : lines)
+    if (entry.first)
+      m_legendLines.push_back(entry.second);
+
   std::string line = content.getJumperStates().empty() ? "No jumpers." : "Jumpers drawn:";
   for (const auto &state : content.getJumperStates()) {
     const std::string piece = " " + state.first + "=" + (state.second ? "true" : "false");
@@ -482,12 +522,13 @@ void HBODiagramLayout::placeLegend(const HBODiagramContent &content, int top) {
     line += piece;
   }
   m_jumperLines.push_back(line);
-  // Six rows of samples, then the jumper setting; a board file can have
+  // The rows of samples, then the jumper setting; a board file can have
   // any number of jumpers, but the legend lists at most twenty lines.
   if (m_jumperLines.size() > 20) {
     m_jumperLines.resize(20);
     m_jumperLines.back() = "  ...";
   }
   m_legend = {kMargin, top, s_legendWidth,
-              30 + 6 * 22 + 8 + s_lineHeight * static_cast<int>(m_jumperLines.size()) + 8};
+              30 + getLegendRows() * 22 + 8 +
+                  s_lineHeight * static_cast<int>(m_jumperLines.size()) + 8};
 }

@@ -96,6 +96,27 @@ public:
   /// The lines of the legend's jumper setting, made to fit its width.
   const std::vector<std::string> &getJumperLines() const { return m_jumperLines; }
 
+  /// What the legend explains, only what the diagram shows: boxes in its
+  /// left column, lines and tags in its right.
+  enum class Sample {
+    Fpga,
+    Chip,
+    Connector,
+    Off,
+    Daughter,
+    Rail,
+    Connection,
+    ConnectionOff,
+    Link,
+    Bank,
+    Fitting,
+    RailLink
+  };
+  const std::vector<Sample> &getLegendBoxes() const { return m_legendBoxes; }
+  const std::vector<Sample> &getLegendLines() const { return m_legendLines; }
+  /// The rows of samples, the taller of the two columns.
+  int getLegendRows() const;
+
   /// The height of a box that has \p links lines to the FPGA: each line
   /// gets a height of its own, far enough from the next for its label.
   static int boxHeight(int links);
@@ -122,6 +143,8 @@ private:
   Rect m_powerBand;
   Rect m_legend;
   std::vector<std::string> m_jumperLines;
+  std::vector<Sample> m_legendBoxes;
+  std::vector<Sample> m_legendLines;
   // Which side of the FPGA each box stands on: -1 left, 1 right, 2 in a
   // daughter frame or beyond, 0 the FPGA itself.
   std::vector<int> m_side;

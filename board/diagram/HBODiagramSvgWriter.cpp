@@ -169,27 +169,63 @@ void writeLegend(std::string &out, const HBODiagramLayout &layout) {
   };
   // The samples take the look of the real thing from the same style rules,
   // but are no component, connection or daughter board themselves.
-  swatch(left, 0, "sample", "fpga", "true", "FPGA, with its I/O banks");
-  swatch(left, 1, "sample", "chip", "true", "chip, under its group");
-  swatch(left, 2, "sample", "connector", "true", "connector");
-  swatch(left, 3, "sample", "chip", "false", "off under this jumper setting");
-  out += "<g class=\"sample\" data-kind=\"daughter\">" +
-         rectXml({left, y + 4 * 22, 28, 16}, " rx=\"3\"") + "</g>";
-  out += textXml("legend-text", left + 36, y + 4 * 22 + 12, "daughter board on its connector");
-  line(right, 0, "legend-connection", "connection; the label counts its wires");
-  line(right, 1, "legend-connection disabled", "connection off under this setting");
-  line(right, 2, "link", "interface, where no connection is given");
-  out += "<g class=\"bank-tag\">" + rectXml({right + 2, y + 3 * 22, 24, 16}, " rx=\"3\"") +
-         textXml("bank-text", right + 14, y + 3 * 22 + 12, "B") + "</g>";
-  out += textXml("legend-text", right + 36, y + 3 * 22 + 12, "FPGA bank the connection uses");
-  out += "<g class=\"sample\" data-kind=\"fitting\">" +
-         rectXml({right, y + 4 * 22, 28, 16}, " rx=\"3\"") + "</g>";
-  out += textXml("legend-text", right + 36, y + 4 * 22 + 12, "daughter boards that fit");
-  out += "<g class=\"sample\" data-kind=\"rail\">" +
-         rectXml({left, y + 5 * 22, 28, 16}, " rx=\"3\"") + "</g>";
-  out += textXml("legend-text", left + 36, y + 5 * 22 + 12, "power rail, with its supplies");
-  line(right, 5, "rail-link", "from a rail to a rail it lists");
-  y += 6 * 22 + 8;
+  using Sample = HBODiagramLayout::Sample;
+  auto plain = [&](int x, int row, const char *kind, const std::string &text) {
+    out += "<g class=\"sample\" data-kind=\"" + std::string(kind) + "\">" +
+           rectXml({x, y + row * 22, 28, 16}, " rx=\"3\"") + "</g>";
+    out += textXml("legend-text", x + 36, y + row * 22 + 12, text);
+  };
+  int row = 0;
+  for (Sample sample : layout.getLegendBoxes()) {
+    switch (sample) {
+    case Sample::Fpga:
+      swatch(left, row, "sample", "fpga", "true", "FPGA, with its I/O banks");
+      break;
+    case Sample::Chip:
+      swatch(left, row, "sample", "chip", "true", "chip, under its group");
+      break;
+    case Sample::Connector:
+      swatch(left, row, "sample", "connector", "true", "connector");
+      break;
+    case Sample::Off:
+      swatch(left, row, "sample", "chip", "false", "off under this jumper setting");
+      break;
+    case Sample::Daughter:
+      plain(left, row, "daughter", "daughter board on its connector");
+      break;
+    default:
+      plain(left, row, "rail", "power rail, with its supplies");
+      break;
+    }
+    ++row;
+  }
+  row = 0;
+  for (Sample sample : layout.getLegendLines()) {
+    switch (sample) {
+    case Sample::Connection:
+      line(right, row, "legend-connection", "connection; the label counts its wires");
+      break;
+    case Sample::ConnectionOff:
+      line(right, row, "legend-connection disabled", "connection off under this setting");
+      break;
+    case Sample::Link:
+      line(right, row, "link", "interface, where no connection is given");
+      break;
+    case Sample::Bank:
+      out += "<g class=\"bank-tag\">" + rectXml({right + 2, y + row * 22, 24, 16}, " rx=\"3\"") +
+             textXml("bank-text", right + 14, y + row * 22 + 12, "B") + "</g>";
+      out += textXml("legend-text", right + 36, y + row * 22 + 12, "FPGA bank the connection uses");
+      break;
+    case Sample::Fitting:
+      plain(right, row, "fitting", "daughter boards that fit");
+      break;
+    default:
+      line(right, row, "rail-link", "from a rail to a rail it lists");
+      break;
+    }
+    ++row;
+  }
+  y += layout.getLegendRows() * 22 + 8;
   for (const std::string &text : layout.getJumperLines()) {
     y += HBODiagramLayout::s_lineHeight;
     out += textXml("legend-text", left, y, HBODiagramSvgWriter::shorten(text, 80));

@@ -127,6 +127,15 @@ TEST(Diagram, AJumperSettingGreysExactlyWhatItTurnsOff) {
   EXPECT_NE(nullptr, set.doc.find_node([](const pugi::xml_node &node) {
     return std::string(node.child_value()).find("J1=false J2=true") != std::string::npos;
   }));
+  // The legend explains what is drawn, and only that: what is off only
+  // under the setting, never the rails or frames this board lacks.
+  const std::string offSamples = "//g[@class='legend']/g[@data-enabled='false'] | "
+                                 "//g[@class='legend']/path[@class='legend-connection disabled']";
+  EXPECT_TRUE(defaults.all(offSamples).empty());
+  EXPECT_EQ(2u, set.all(offSamples).size());
+  EXPECT_TRUE(set.all("//g[@class='legend']/g[@data-kind='rail' or @data-kind='daughter' or "
+                      "@data-kind='fitting']")
+                  .empty());
   // Drawing for a setting leaves the board as it was.
   for (const HBOBoardBus *bus : board->getBuses())
     EXPECT_EQ("true", bus->getIsEnabled()) << bus->getName();
