@@ -1,5 +1,6 @@
 #include "HUTFileUtils.h"
 #include "HPAParamMgr.h"
+#include "HUTFileReplacement.h"
 
 #include <boost/filesystem.hpp>
 
@@ -195,4 +196,20 @@ std::string HUTFileUtils::canonical(const std::string &path) {
   if (ec)
     return path;
   return resolved.string();
+}
+
+bool HUTFileUtils::replaceFile(const std::string &path, std::string_view bytes,
+                               std::string *error) {
+  HUTFileReplacement replacement(path);
+  if (!replacement.isOpen()) {
+    if (error)
+      *error = replacement.getError();
+    return false;
+  }
+  if (!replacement.write(bytes) || !replacement.commit()) {
+    if (error)
+      *error = replacement.getError();
+    return false;
+  }
+  return true;
 }

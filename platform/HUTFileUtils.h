@@ -1,10 +1,11 @@
-// File helpers of the platform: whole-file reads, searches and canonical
-// names. None of them throws.
+// File helpers of the platform: whole-file reads and writes, searches and
+// canonical names. None of them throws.
 #ifndef BOARDLIB_PLATFORM_HUTFILEUTILS_H
 #define BOARDLIB_PLATFORM_HUTFILEUTILS_H
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace HUTFileUtils {
@@ -39,6 +40,14 @@ std::vector<std::string> findFiles(const std::string &dir, const std::string &fi
                                    std::vector<std::string> *unreadable = nullptr,
                                    std::vector<std::string> *notRegular = nullptr,
                                    std::size_t maxDepth = static_cast<std::size_t>(-1));
+/// Puts \p bytes in place of the file \p path, whole or not at all: they
+/// go to a new file beside it, which reaches the disk and is then renamed
+/// over it, so that a reader never sees half a file and a failed write
+/// leaves the file that stood there. Where \p path is a link, the file it
+/// leads to is replaced and the link stays. A file in place keeps its
+/// permissions, and one that may not be written stays as it is. On failure
+/// returns false and, when \p error is given, says why.
+bool replaceFile(const std::string &path, std::string_view bytes, std::string *error);
 /// The absolute path with links, "." and ".." resolved; the path as given
 /// when it cannot be resolved (for instance when it does not exist).
 std::string canonical(const std::string &path);

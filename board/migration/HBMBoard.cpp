@@ -1,18 +1,12 @@
 #include "HBMBoard.h"
 
 #include "ComMsgMgr.h"
+#include "HUTFileReplacement.h"
 #include "HXMLWInterface.h"
 #include "KqStream.h"
 
-#include <atomic>
-#include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <fcntl.h>
 #include <filesystem>
 #include <iostream>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -43,46 +37,6 @@ template <typename Record> bool parseWith(const std::string &path, Record &recor
     return false;
   }
   return record.parse(doc.getRootElement());
-}
-
-// Creates a file of a name no one uses yet beside \p path, readable as the
-// target would be, and gives its name; empty when the directory takes no new
-// file.
-std::string reserveTemporary(const std::string &path) {
-  static std::atomic<unsigned> counter{0};
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    const std::string name = path + "." + std::to_string(::getpid()) + "-" +
-                             std::to_string(counter.fetch_add(1)) + ".tmp";
-    const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd >= 0) {
-      ::close(fd);
-      return name;
-    }
-    if (errno != EEXIST)
-      break;
-  }
-  return std::string();
-}
-
-// The file that writing to \p path would change: the target of a link,
-// so that the rename replaces that file and leaves the link alone.
-std::string fileToReplace(const std::string &path) {
-  struct stat link;
-  if (::lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode))
-    return path;
-  char resolved[PATH_MAX];
-  return ::realpath(path.c_str(), resolved) ? std::string(resolved) : path;
-}
-
-// Whether the bytes of \p path reached the disk, so that the rename cannot
-// put a file in place whose content a crash would lose.
-bool syncToDisk(const std::string &path) {
-  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0)
-    return false;
-  const bool synced = ::fsync(fd) == 0;
-  ::close(fd);
-  return synced;
 }
 
 } // namespace
@@ -121,26 +75,18 @@ bool HBMBoard::writePresetsFile(std::string dir) {
 bool HBMBoard::writeFile_(const std::string &dir, const char *name,
                           const std::function<void(std::ofstream &)> &body) const {
   const std::string path = joinPath(dir, name);
-  const std::string target = fileToReplace(path);
   // A file in place that may not be written stays, as it would if it were
   // opened for output; one that may keeps its permissions.
-  struct stat existing;
-  const bool exists = ::stat(target.c_str(), &existing) == 0;
-  std::string temporary;
-  if (!exists || ::access(target.c_str(), W_OK) == 0)
-    temporary = reserveTemporary(target);
+  HUTFileReplacement replacement(path);
   bool written = false;
-  if (!temporary.empty()) {
-    std::ofstream out(temporary, std::ios::out | std::ios::trunc | std::ios::binary);
+  if (replacement.isOpen()) {
+    std::ofstream out(replacement.getTemporaryPath(),
+                      std::ios::out | std::ios::trunc | std::ios::binary);
     if (out) {
       body(out);
       out.close();
-      written = !out.fail() &&
-                (!exists || ::chmod(temporary.c_str(), existing.st_mode & 07777) == 0) &&
-                syncToDisk(temporary) && std::rename(temporary.c_str(), target.c_str()) == 0;
+      written = !out.fail() && replacement.commit();
     }
-    if (!written)
-      std::remove(temporary.c_str());
   }
   if (!written)
     std::cout << "Cannot open" << path << "for output.\n";
