@@ -328,3 +328,30 @@ std::string HSTStringUtils::utf16ToUtf8(std::string_view in, bool littleEndian) 
   }
   return out;
 }
+
+std::string HSTStringUtils::escapeMarkup(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (char c : text) {
+    switch (c) {
+    case '&':
+      out += "&amp;";
+      break;
+    case '<':
+      out += "&lt;";
+      break;
+    case '>':
+      out += "&gt;";
+      break;
+    case '"':
+      out += "&quot;";
+      break;
+    case '\'':
+      out += "&#39;";
+      break;
+    default:
+      out += static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t' && c != '\r' ? '?' : c;
+    }
+  }
+  return out;
+}

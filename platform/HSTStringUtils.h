@@ -43,6 +43,12 @@ std::string numberedName(std::string_view base, long long number);
 /// Appends the code point \p cp as UTF-8; what is no Unicode scalar value
 /// becomes U+FFFD.
 void appendUtf8(std::string &out, unsigned long cp);
+/// \p text as the text or the quoted attribute value of XML, SVG or HTML:
+/// the five markup characters as references (an apostrophe as "&#39;",
+/// which all three know), and the control characters that XML forbids as
+/// '?'. Board files are user input, so a name such as "<script>" must stay
+/// text wherever it is shown.
+std::string escapeMarkup(std::string_view text);
 /// UTF-16 text as UTF-8, a byte order mark at its start dropped. Surrogate
 /// pairs are joined; a lone surrogate becomes U+FFFD, an odd last byte is
 /// dropped.

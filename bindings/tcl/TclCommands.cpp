@@ -265,6 +265,20 @@ int reportPropertyCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *co
   return rc == TCL_OK ? printOut(interp, table) : rc;
 }
 
+// The board object \p arg holds: itself, or the one element of a one-object
+// list, as get_boards gives; null when it is anything else, such as a name.
+Tcl_Obj *boardObjectOf(Tcl_Obj *arg) {
+  if (TclHandles::isHandle(arg))
+    return arg;
+  int count = 0;
+  Tcl_Obj **items = nullptr;
+  if (arg->typePtr && std::strcmp(arg->typePtr->name, "list") == 0 &&
+      Tcl_ListObjGetElements(nullptr, arg, &count, &items) == TCL_OK && count == 1 &&
+      TclHandles::isHandle(items[0]))
+    return items[0];
+  return nullptr;
+}
+
 // ---- undo, parameters, current board ----
 
 int undoRedo(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *const objv[], bool undo) {
@@ -350,17 +364,7 @@ int currentBoardCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj *cons
   // An object (or a one-object list, as get_boards gives) is taken as
   // itself; anything else is a name.
   Tcl_Obj *arg = objv[1];
-  Tcl_Obj *single = nullptr;
-  if (TclHandles::isHandle(arg)) {
-    single = arg;
-  } else {
-    int count = 0;
-    Tcl_Obj **items = nullptr;
-    if (arg->typePtr && std::strcmp(arg->typePtr->name, "list") == 0 &&
-        Tcl_ListObjGetElements(nullptr, arg, &count, &items) == TCL_OK && count == 1 &&
-        TclHandles::isHandle(items[0]))
-      single = items[0];
-  }
+  Tcl_Obj *single = boardObjectOf(arg);
   tclany board;
   if (single && !TclHandles::getHandle(interp, single, board))
     return TCL_ERROR;
@@ -472,17 +476,7 @@ int writeBoardDiagramCmd(ClientData data, Tcl_Interp *interp, int objc, Tcl_Obj 
     return TCL_ERROR;
   }
   Tcl_Obj *arg = objv[at];
-  Tcl_Obj *single = nullptr;
-  if (TclHandles::isHandle(arg)) {
-    single = arg;
-  } else {
-    int count = 0;
-    Tcl_Obj **items = nullptr;
-    if (arg->typePtr && std::strcmp(arg->typePtr->name, "list") == 0 &&
-        Tcl_ListObjGetElements(nullptr, arg, &count, &items) == TCL_OK && count == 1 &&
-        TclHandles::isHandle(items[0]))
-      single = items[0];
-  }
+  Tcl_Obj *single = boardObjectOf(arg);
   tclany board;
   if (single && !TclHandles::getHandle(interp, single, board))
     return TCL_ERROR;

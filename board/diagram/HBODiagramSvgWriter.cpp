@@ -1,4 +1,5 @@
 #include "HBODiagramSvgWriter.h"
+#include "HSTStringUtils.h"
 
 #include "HBODiagramContent.h"
 #include "HBODiagramLayout.h"
@@ -236,33 +237,7 @@ void writeLegend(std::string &out, const HBODiagramLayout &layout) {
 } // namespace
 
 std::string HBODiagramSvgWriter::escape(const std::string &text) {
-  std::string out;
-  out.reserve(text.size());
-  for (char c : text) {
-    switch (c) {
-    case '&':
-      out += "&amp;";
-      break;
-    case '<':
-      out += "&lt;";
-      break;
-    case '>':
-      out += "&gt;";
-      break;
-    case '"':
-      out += "&quot;";
-      break;
-    case '\'':
-      out += "&apos;";
-      break;
-    default:
-      if (static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t' && c != '\r')
-        out += '?';
-      else
-        out += c;
-    }
-  }
-  return out;
+  return HSTStringUtils::escapeMarkup(text);
 }
 
 std::string HBODiagramSvgWriter::shorten(const std::string &text, std::size_t chars) {

@@ -4,32 +4,7 @@
 
 namespace boardtool {
 
-std::string SiteHtml::escape(const std::string &text) {
-  std::string out;
-  out.reserve(text.size());
-  for (char c : text) {
-    switch (c) {
-    case '&':
-      out += "&amp;";
-      break;
-    case '<':
-      out += "&lt;";
-      break;
-    case '>':
-      out += "&gt;";
-      break;
-    case '"':
-      out += "&quot;";
-      break;
-    case '\'':
-      out += "&#39;";
-      break;
-    default:
-      out += c;
-    }
-  }
-  return out;
-}
+std::string SiteHtml::escape(const std::string &text) { return HSTStringUtils::escapeMarkup(text); }
 
 std::string SiteHtml::link(const std::string &href, const std::string &text) {
   return "<a href=\"" + escape(href) + "\">" + escape(text) + "</a>";
