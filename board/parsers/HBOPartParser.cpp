@@ -150,6 +150,18 @@ void replaceIpPreset(HBOBoard &board, const std::string &name, std::vector<HBOIp
     delete record;
 }
 
+// Sends a finding about the element \p at with its file and line, which a
+// check shows and a load leaves aside; the line is looked up only now, for
+// a file that has a finding.
+template <typename... Args>
+void sendAt(const HXMLWElement &at, unsigned severity, const char *key, const Args &...args) {
+  ComMsgMgrInstance msg("board", severity, key);
+  (msg.arg(args), ...);
+  if (at && at.getDocument())
+    msg.setPlace(at.getDocument()->getFileName(), static_cast<unsigned long>(at.getLine()));
+  ComMsgMgr::sendMessage(msg);
+}
+
 } // namespace
 
 void HBOPartParser::validate_(const std::string &fileName, const char *dtdName) {
@@ -311,11 +323,12 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
   // Legacy numbers are read leniently (text after the digits is ignored),
   // but text without a number, or a number that an int cannot hold, is
   // refused: it would stand for 0 or for a cut value unseen.
-  auto readNumber = [this](std::string_view text, const std::string &what, int &out) {
+  auto readNumber = [this](const HXMLWElement &at, std::string_view text, const std::string &what,
+                           int &out) {
     const std::string problem = HBOParseContext::readInteger(text, what, out);
     if (problem.empty())
       return true;
-    ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(), problem);
+    sendAt(at, ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(), problem);
     return false;
   };
   for (HXMLWElement ports : root->children()) {
@@ -334,8 +347,8 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
       const char *rightText = element.findAttribute("right");
       const bool isVector = leftText || rightText;
       int left = 0, right = 0;
-      if ((leftText && !readNumber(leftText, "port '" + name + "' left", left)) ||
-          (rightText && !readNumber(rightText, "port '" + name + "' right", right))) {
+      if ((leftText && !readNumber(element, leftText, "port '" + name + "' left", left)) ||
+          (rightText && !readNumber(element, rightText, "port '" + name + "' right", right))) {
         delete port;
         return false;
       }
@@ -344,10 +357,9 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
       const long long width = (left > right ? 1LL * left - right : 1LL * right - left) + 1;
       if (isVector && left >= 0 && right >= 0 && width > kMaxPortWidth) {
         delete port;
-        ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(),
-                           "Port '" + name + "' spans " + std::to_string(width) +
-                               " pins; at most " + std::to_string(kMaxPortWidth) +
-                               " are supported.");
+        sendAt(element, ComMsg::Warning, "@49-69@%s%s", m_board->getBoardFile(),
+               "Port '" + name + "' spans " + std::to_string(width) + " pins; at most " +
+                   std::to_string(kMaxPortWidth) + " are supported.");
         return false;
       }
       port->setIsVector(isVector);
@@ -376,7 +388,7 @@ bool HBOPartParser::readPorts(HXMLWElement *root) {
             std::string indexText = pinElement.getAttribute("index");
             pinName = name + "[" + indexText + "]";
             int number = 0;
-            if (!readNumber(indexText, "pin '" + pinName + "' index", number))
+            if (!readNumber(pinElement, indexText, "pin '" + pinName + "' index", number))
               return false;
             index = number;
             position = left > right ? index - right : index - left;
@@ -419,7 +431,7 @@ bool HBOPartParser::readInstances(HXMLWElement *root) {
 
       std::vector<std::string> type = splitAtColons(element.getAttribute("type"));
       if (type.size() != 4) {
-        ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-37@%s", name);
+        sendAt(element, ComMsg::Warning, "@49-37@%s", name);
         return false;
       }
       busIf->setAbstractTypeVendor(type[0]);
@@ -431,8 +443,7 @@ bool HBOPartParser::readInstances(HXMLWElement *root) {
         if (isTag(child, "port_maps")) {
           for (HXMLWElement mapElement : child.children()) {
             if (!isTag(mapElement, "port_map")) {
-              ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-39@%s%s", mapElement.getTag(),
-                                 name);
+              sendAt(mapElement, ComMsg::Warning, "@49-39@%s%s", mapElement.getTag(), name);
               return false;
             }
             auto *map = new HBOPortMap();
@@ -443,7 +454,7 @@ bool HBOPartParser::readInstances(HXMLWElement *root) {
         } else if (isTag(child, "parameters")) {
           for (HXMLWElement param : child.children()) {
             if (!isTag(param, "parameter")) {
-              ComMsgMgr::sendMsg("board", ComMsg::Warning, "@49-38@%s%s", param.getTag(), name);
+              sendAt(param, ComMsg::Warning, "@49-38@%s%s", param.getTag(), name);
               return false;
             }
             busIf->setParam(param.getAttribute("name"), param.getAttribute("value"));
