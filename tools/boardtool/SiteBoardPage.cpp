@@ -103,7 +103,7 @@ std::string facts(const SiteEntry &entry, const SitePageNames &pages) {
   if (!b.getBoardFile().empty())
     out += fact("File", "<span class=\"mono\">" + H::escape(b.getBoardFile()) + "</span>");
   if (!b.getSpecUrl().empty())
-    out += fact("Specification", H::externalLink(b.getSpecUrl()));
+    out += fact("Web page", H::externalLink(b.getSpecUrl()));
   if (const HBOBoard *base = b.getBaseBoard())
     out += fact("Base board", boardRef(base, pages));
   return out + "</dl>\n";
