@@ -200,16 +200,12 @@ std::string HUTFileUtils::canonical(const std::string &path) {
 
 bool HUTFileUtils::replaceFile(const std::string &path, std::string_view bytes,
                                std::string *error) {
+  // Each step refuses to run after one that failed, and the error is that
+  // step's.
   HUTFileReplacement replacement(path);
-  if (!replacement.isOpen()) {
-    if (error)
-      *error = replacement.getError();
-    return false;
-  }
-  if (!replacement.write(bytes) || !replacement.commit()) {
-    if (error)
-      *error = replacement.getError();
-    return false;
-  }
-  return true;
+  if (replacement.write(bytes) && replacement.commit())
+    return true;
+  if (error)
+    *error = replacement.getError();
+  return false;
 }

@@ -4,6 +4,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardBus.h"
 #include "HBOBoardComponent.h"
+#include "HBOBoardUtils.h"
 #include "HBOBusIf.h"
 #include "HBOCommon.h"
 #include "HBOJumper.h"
@@ -61,13 +62,6 @@ std::string bankOf(const HBOPinProps &pin) {
   return bank;
 }
 
-std::string joined(const std::vector<std::string> &texts, const char *separator) {
-  std::string out;
-  for (const std::string &text : texts)
-    out += (out.empty() ? "" : separator) + text;
-  return out;
-}
-
 } // namespace
 
 HBODiagramContent::HBODiagramContent(const HBOBoard &board, const HBODiagramOptions &options) {
@@ -110,7 +104,7 @@ bool HBODiagramContent::checkJumpers(const HBOBoard &board, const HBODiagramOpti
         if (jumper)
           names.push_back(jumper->getName());
       ComMsgMgr::sendMsg("board", ComMsg::Error, "@49-200@%s%s%s", board.getName(), setting.first,
-                         names.empty() ? std::string("none") : joined(names, ", "));
+                         names.empty() ? std::string("none") : HBOBoardUtils::join(names, ", "));
       ok = false;
       continue;
     }
@@ -307,7 +301,7 @@ void HBODiagramContent::gatherLinks(const HBOBoard &board) {
           break;
       }
       std::sort(banks.begin(), banks.end(), bankLess);
-      link.banks = ::joined(banks, "+");
+      link.banks = HBOBoardUtils::join(banks, "+");
     }
 
     if (link.from < m_boxes.size() && link.to < m_boxes.size()) {

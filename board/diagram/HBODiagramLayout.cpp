@@ -296,21 +296,20 @@ void HBODiagramLayout::routeLinks(const HBODiagramContent &content) {
       route.label = {(base.right() + inner.x) / 2, y - 4};
       continue;
     }
-    if (frameA && frameB && boxes[link.from].daughter == boxes[link.to].daughter) {
-      int &lane = frameLanes[static_cast<std::size_t>(boxes[link.from].daughter)];
-      const int x = a.x - 8 - kLaneStep * (lane++ % 3);
+    // Two boxes of one column are joined down a lane at \p x left of them.
+    auto alongLane = [&](int x) {
       const int ya = a.y + a.h / 2;
       const int yb = b.y + b.h / 2;
       route.points = {{a.x, ya}, {x, ya}, {x, yb}, {b.x, yb}};
       route.hasLabel = false;
+    };
+    if (frameA && frameB && boxes[link.from].daughter == boxes[link.to].daughter) {
+      int &lane = frameLanes[static_cast<std::size_t>(boxes[link.from].daughter)];
+      alongLane(a.x - 8 - kLaneStep * (lane++ % 3));
       continue;
     }
     if (m_side[link.from] == -1 && m_side[link.to] == -1) {
-      const int x = a.x - 10 - kLaneStep * (leftLanes++ % 5);
-      const int ya = a.y + a.h / 2;
-      const int yb = b.y + b.h / 2;
-      route.points = {{a.x, ya}, {x, ya}, {x, yb}, {b.x, yb}};
-      route.hasLabel = false;
+      alongLane(a.x - 10 - kLaneStep * (leftLanes++ % 5));
       continue;
     }
     // Anything else goes round the right of everything, and from the left

@@ -65,7 +65,7 @@ bool HBOBoard::evaluateEnablementDependency(
         continue;
       // Only the first term of a jumper counts; a name with no value after
       // it can match neither state.
-      const char *state = jumper.second ? "true" : "false";
+      const char *state = boolText(jumper.second);
       if (i + 1 >= tokens.size() || tokens[i + 1] != state)
         enabled = false;
       break;

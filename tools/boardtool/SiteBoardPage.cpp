@@ -3,6 +3,7 @@
 #include "HBOBoard.h"
 #include "HBOBoardComponent.h"
 #include "HBOBoardDataProps.h"
+#include "HBOBoardUtils.h"
 #include "HBOBusIf.h"
 #include "HBOIpPreset.h"
 #include "HBOJumper.h"
@@ -304,13 +305,6 @@ std::string jumperTable(const HBOBoard &board) {
   return out + "</tbody>\n</table>\n</section>\n";
 }
 
-std::string joined(const std::vector<std::string> &names) {
-  std::string out;
-  for (const std::string &name : names)
-    out += (out.empty() ? "" : ", ") + name;
-  return out;
-}
-
 // A rail draws from FPGA supplies and from other rails, some of them a
 // number of phases of a phased rail.
 std::string powerTable(const HBOBoard &board) {
@@ -329,7 +323,8 @@ std::string powerTable(const HBOBoard &board) {
     }
     out += "<tr>" + td(rail.getName(), "mono") + "<td class=\"num\">" +
            (rail.getNumPhases() > 0 ? std::to_string(rail.getNumPhases()) : orDash("")) + "</td>" +
-           td(rail.isDirect() ? "yes" : "no") + td(orDash(joined(rail.getSupplyNames())), "mono") +
+           td(rail.isDirect() ? "yes" : "no") +
+           td(orDash(HBOBoardUtils::join(rail.getSupplyNames(), ", ")), "mono") +
            td(orDash(rails), "mono") + "</tr>\n";
   }
   return out + "</tbody>\n</table>\n</section>\n";
